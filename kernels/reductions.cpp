@@ -1,0 +1,144 @@
+#include "kernels/reductions.h"
+
+#include "kernels/bands.h"
+#include "kernels/rows.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "kernels/reductions.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+HWY_BEFORE_NAMESPACE();
+namespace Kernels::HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// Sum over a row of values(d, x), the doubles of the pixels from x on, as many as d has lanes.
+template <class Values>
+HWY_INLINE double SumRow(int width, const Values& values) {
+    const hn::CappedTag<double, kSumLanes> d;  // a vector never spans more than the sums
+    const int step = static_cast<int>(hn::Lanes(d));
+    HWY_ALIGN double sums[kSumLanes] = {};
+    int x = 0;
+    for (; x + kSumLanes <= width; x += kSumLanes) {
+        for (int lane = 0; lane < kSumLanes; lane += step) {
+            hn::Store(hn::Add(hn::Load(d, sums + lane), values(d, x + lane)), d, sums + lane);
+        }
+    }
+    const hn::CappedTag<double, 1> one;
+    for (; x < width; ++x) {
+        double* sum = sums + x % kSumLanes;
+        hn::Store(hn::Add(hn::Load(one, sum), values(one, x)), one, sum);
+    }
+    double total = 0;
+    for (double sum : sums) total += sum;
+    return total;
+}
+
+double SumSquaredDifferences(const float* HWY_RESTRICT first, const float* HWY_RESTRICT second, int width) {
+    return SumRow(width, [=](auto d, int x) HWY_ATTR {
+        const hn::Rebind<float, decltype(d)> f;
+        const auto difference = hn::Sub(hn::LoadU(f, first + x), hn::LoadU(f, second + x));
+        const auto wide = hn::PromoteTo(d, difference);
+        return hn::Mul(wide, wide);
+    });
+}
+
+double SumPixels(const float* HWY_RESTRICT row, int width) {
+    return SumRow(width, [=](auto d, int x) HWY_ATTR {
+        const hn::Rebind<float, decltype(d)> f;
+        return hn::PromoteTo(d, hn::LoadU(f, row + x));
+    });
+}
+
+double MaxPixel(const float* HWY_RESTRICT row, int width) {
+    const hn::ScalableTag<float> d;
+    const int step = static_cast<int>(hn::Lanes(d));
+    auto lanes = hn::Set(d, -std::numeric_limits<float>::infinity());
+    int x = 0;
+    for (; x + step <= width; x += step) {
+        const auto pixels = hn::LoadU(d, row + x);
+        // Not hn::Max: what that gives for a NaN depends on the target.
+        lanes = hn::IfThenElse(hn::Gt(pixels, lanes), pixels, lanes);
+    }
+    float greatest = hn::GetLane(hn::MaxOfLanes(d, lanes));
+    for (; x < width; ++x) {
+        if (row[x] > greatest) greatest = row[x];
+    }
+    return greatest;
+}
+
+}  // namespace
+}  // namespace Kernels::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace Kernels {
+
+namespace {
+
+HWY_EXPORT(SumSquaredDifferences);
+HWY_EXPORT(SumPixels);
+HWY_EXPORT(MaxPixel);
+
+// The rows' values wait here for their turn; on the stack, so that a call allocates nothing.
+constexpr int kRowsAtOnce = 2048;
+
+// Makes valueOfRow(y) for every row on a team and hands the values to `take` from the top row downward.
+template <class ValueOfRow, class Take>
+void TakeRowsInOrder(int width, int height, const ValueOfRow& valueOfRow, const Take& take) {
+    std::array<double, kRowsAtOnce> values;
+    for (int first = 0; first < height; first += kRowsAtOnce) {
+        const int rows = std::min(kRowsAtOnce, height - first);
+        ForEachBand(width, rows, [&](const Band& band) {
+            for (int y = band.first; y < band.end; ++y) {
+                values[static_cast<std::size_t>(y)] = valueOfRow(first + y);
+            }
+        });
+        std::for_each_n(values.begin(), rows, take);
+    }
+}
+
+}  // namespace
+
+double NormDiffL2(const float* first, int firstStride, const float* second, int secondStride, int width,
+                  int height, AccuracyHint) {
+    if (width <= 0 || height <= 0) return 0;
+    const auto sumRow = HWY_DYNAMIC_DISPATCH(SumSquaredDifferences);
+    double total = 0;
+    TakeRowsInOrder(
+        width, height,
+        [=](int y) { return sumRow(Row(first, firstStride, y), Row(second, secondStride, y), width); },
+        [&](double sum) { total += sum; });
+    return std::sqrt(total);
+}
+
+double Mean(const float* plane, int stride, int width, int height, AccuracyHint) {
+    if (width <= 0 || height <= 0) return 0;
+    const auto sumRow = HWY_DYNAMIC_DISPATCH(SumPixels);
+    double total = 0;
+    TakeRowsInOrder(
+        width, height, [=](int y) { return sumRow(Row(plane, stride, y), width); },
+        [&](double sum) { total += sum; });
+    return total / static_cast<double>(std::int64_t{width} * height);
+}
+
+float Max(const float* plane, int stride, int width, int height) {
+    double greatest = -std::numeric_limits<double>::infinity();
+    if (width <= 0 || height <= 0) return static_cast<float>(greatest);
+    const auto maxRow = HWY_DYNAMIC_DISPATCH(MaxPixel);
+    TakeRowsInOrder(
+        width, height, [=](int y) { return maxRow(Row(plane, stride, y), width); },
+        [&](double pixel) { greatest = std::max(greatest, pixel); });
+    return static_cast<float>(greatest) + 0.0f;  // which of the two zeros came first depends on the target
+}
+
+}  // namespace Kernels
+#endif

@@ -1,0 +1,99 @@
+#include "kernels/ordered_sum.h"
+
+#include "kernels/reference/ordered_sum.h"
+#include "tests/kernels/targets.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace Kernels {
+namespace {
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+
+void ExpectSameBits(float expected, float actual) {
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(expected), std::bit_cast<std::uint32_t>(actual));
+}
+
+void ExpectSameBits(double expected, double actual) {
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(expected), std::bit_cast<std::uint64_t>(actual));
+}
+
+using Random = std::mt19937;
+
+float Between(Random& random, float low, float high) {
+    return std::uniform_real_distribution<float>(low, high)(random);
+}
+
+// Kinds of values that the additions round in different ways. The sums start at powers of two from 2^-6 to
+// 2^31, a bit off, so that a kind meets units from far below its values to above them.
+const struct {
+    const char* what;
+    std::function<float(Random&)> value;
+} kKinds[] = {
+    {"near 1", [](Random& random) { return Between(random, 0.9f, 1.0f); }},
+    {"of both signs", [](Random& random) { return Between(random, -1, 1); }},
+    {"half ways up to a unit of 2^8",
+     [](Random& random) {
+         return std::ldexp(Between(random, 0, 1) < 0.5f ? 1.0f : 3.0f, static_cast<int>(random() % 16) - 8);
+     }},
+    {"of all sizes",
+     [](Random& random) { return std::ldexp(Between(random, -1, 1), static_cast<int>(random() % 60) - 30); }},
+    {"tiny", [](Random& random) { return Between(random, 0, 1e-30f); }},
+    {"great now and then", [](Random& random) { return random() % 300 == 0 ? 1e6f : Between(random, 0, 1); }},
+    {"leaving the range and coming back", [](Random& random) { return Between(random, -64, 64); }},
+    {"not finite now and then",
+     [](Random& random) { return random() % 900 == 0 ? kInfinity : Between(random, 0, 1); }},
+};
+
+TEST(OrderedSum, EveryTargetGivesTheBitsOfTheChain) {
+    Random random(1);
+    for (const auto& kind : kKinds) {
+        SCOPED_TRACE(kind.what);
+        for (int exponent = -6; exponent < 32; ++exponent) {
+            std::vector<float> values(static_cast<std::size_t>(600 + exponent));
+            for (float& value : values) value = kind.value(random);
+            const float start = std::ldexp(Between(random, 0.97f, 1.03f), exponent);
+            const int width = static_cast<int>(values.size());
+            for (const float from : {start, -start, 0.0f}) {
+                const float chain = Reference::OrderedSum(from, values.data(), 0, width, 1);
+                const double wideChain = Reference::OrderedSum(double{from}, values.data(), 0, width, 1);
+                ForEachTarget([&] {
+                    ExpectSameBits(chain, OrderedSum(from, values.data(), 0, width, 1));
+                    ExpectSameBits(wideChain, OrderedSum(double{from}, values.data(), 0, width, 1));
+                });
+            }
+        }
+    }
+}
+
+// A million times 1/4 to a float: from 2^22 on the additions change nothing, so the sum stands still there.
+// The rows have a gap, and are shorter than a vector, as long as one, or longer than a run.
+TEST(OrderedSum, RowsOfAPlane) {
+    for (const int width : {1, 3, 16, 257, 1000}) {
+        SCOPED_TRACE(width);
+        const int height = 40;
+        const int rowFloats = width + 5;
+        std::vector<float> plane(static_cast<std::size_t>(rowFloats * height), kInfinity);
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) plane[static_cast<std::size_t>(y * rowFloats + x)] = 0.25f;
+        const int stride = rowFloats * static_cast<int>(sizeof(float));
+        const float below = 4194304 - 100;
+        const auto count = static_cast<float>(width * height);
+        ForEachTarget([&] {
+            EXPECT_EQ(count / 4, OrderedSum(0.0f, plane.data(), stride, width, height));
+            EXPECT_EQ(std::min(below + count / 4, 4194304.0f),
+                      OrderedSum(below, plane.data(), stride, width, height));
+        });
+    }
+}
+
+}  // namespace
+}  // namespace Kernels
