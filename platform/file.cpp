@@ -1,0 +1,117 @@
+#include "platform/file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+#include "platform/text.h"
+
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;
+
+void CloseDescriptor(int& descriptor) {
+    if (descriptor >= 0) close(descriptor);
+    descriptor = -1;
+}
+
+bool WriteAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// Permission bits that a file gets from `open` here: mkostemp alone would give it to its owner only.
+mode_t DefaultMode() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return kNewFileMode & ~mask;
+}
+
+bool WriteInPlace(const std::string& path, std::string_view bytes) {
+    int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode);
+    if (descriptor < 0) return false;
+    const bool written = WriteAll(descriptor, bytes);
+    return close(descriptor) == 0 && written;
+}
+
+}  // namespace
+
+bool ReadOnlyFile::Open(const std::wstring& path) {
+    Close();
+    // Without O_NONBLOCK a pipe would wait here for its writer.
+    descriptor = open(ToUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat status = {};
+    if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) Close();
+    return IsOpen();
+}
+
+void ReadOnlyFile::Close() {
+    CloseDescriptor(descriptor);
+}
+
+std::uint64_t ReadOnlyFile::Size() const {
+    struct stat status = {};
+    return IsOpen() && fstat(descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+std::size_t ReadOnlyFile::ReadAt(std::uint64_t offset, void* buffer, std::size_t bytes) const {
+    std::size_t done = 0;
+    while (done < bytes && offset + done <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
+        const ssize_t count = pread(descriptor, static_cast<char*>(buffer) + done, bytes - done,
+                                    static_cast<off_t>(offset + done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) break;
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+bool AppendFile::Open(const std::wstring& path) {
+    Close();
+    // Without O_NONBLOCK a pipe without a reader would hang here.
+    descriptor =
+        open(ToUtf8(path).c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
+    return IsOpen();
+}
+
+void AppendFile::Close() {
+    CloseDescriptor(descriptor);
+}
+
+bool AppendFile::Append(std::string_view bytes) {
+    return IsOpen() && WriteAll(descriptor, bytes);
+}
+
+bool ReplaceFile(const std::wstring& path, std::string_view bytes) {
+    std::string target = ToUtf8(path);
+    struct stat status = {};
+    const bool exists = stat(target.c_str(), &status) == 0;
+    if (exists && !S_ISREG(status.st_mode)) return WriteInPlace(target, bytes);
+
+    // A link stays a link: its file is the one that is replaced.
+    if (char* resolved = exists ? realpath(target.c_str(), nullptr) : nullptr) {
+        target = resolved;
+        std::free(resolved);
+    }
+
+    std::string temporary = target + ".XXXXXX";
+    int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
+    if (descriptor < 0) return false;
+    const bool modeSet = fchmod(descriptor, exists ? status.st_mode & 07777 : DefaultMode()) == 0;
+    const bool written = WriteAll(descriptor, bytes) && fsync(descriptor) == 0;
+    const bool closed = close(descriptor) == 0;
+    if (modeSet && written && closed && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
+    unlink(temporary.c_str());
+    return false;
+}

@@ -1,0 +1,86 @@
+#include "platform/file.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "platform/text.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Files : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = (fs::temp_directory_path() / "files.XXXXXX").native();
+        ASSERT_NE(nullptr, mkdtemp(name.data()));
+        directory = name;
+    }
+    void TearDown() override { fs::remove_all(directory); }
+
+    std::wstring Path(const char* name) const { return FromUtf8((directory / name).native()); }
+    std::string Content(const char* name) const {
+        std::ifstream in(directory / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+
+    fs::path directory;
+};
+
+TEST_F(Files, ReadsAtPositionsAndStopsAtTheEnd) {
+    ASSERT_TRUE(ReplaceFile(Path("a"), "0123456789"));
+    ReadOnlyFile file;
+    ASSERT_TRUE(file.Open(Path("a")));
+    EXPECT_EQ(10u, file.Size());
+    char buffer[8] = {};
+    EXPECT_EQ(4u, file.ReadAt(3, buffer, 4));
+    EXPECT_STREQ("3456", buffer);
+    EXPECT_EQ(2u, file.ReadAt(8, buffer, 4));
+    EXPECT_EQ(0u, file.ReadAt(10, buffer, 4));
+    EXPECT_EQ(0u, file.ReadAt(~std::uint64_t{0} - 1, buffer, 4))
+        << "an offset beyond what the system can say";
+}
+
+TEST_F(Files, OnlyRegularFilesOpenForReading) {
+    ReadOnlyFile file;
+    EXPECT_FALSE(file.Open(Path("missing")));
+    EXPECT_FALSE(file.Open(FromUtf8(directory.native())));
+    EXPECT_FALSE(file.Open(L"/dev/zero"));
+    ASSERT_EQ(0, mkfifo((directory / "pipe").c_str(), 0600));
+    EXPECT_FALSE(file.Open(Path("pipe"))) << "and doesn't wait for a writer";
+    EXPECT_EQ(0u, file.Size());
+}
+
+TEST_F(Files, AppendsBehindWhatIsThere) {
+    for (const char* run : {"one\n", "two\n"}) {
+        AppendFile file;
+        ASSERT_TRUE(file.Open(Path("log")));
+        EXPECT_TRUE(file.Append(run));
+    }
+    EXPECT_EQ("one\ntwo\n", Content("log"));
+    AppendFile refused;
+    EXPECT_FALSE(refused.Open(FromUtf8(directory.native())));
+    EXPECT_FALSE(refused.Append("x"));
+}
+
+TEST_F(Files, ReplacesWholeOrNotAtAll) {
+    ASSERT_TRUE(ReplaceFile(Path("a"), "old"));
+    chmod((directory / "a").c_str(), 0640);
+    fs::create_symlink("a", directory / "link");
+    ASSERT_TRUE(ReplaceFile(Path("link"), "new"));
+    EXPECT_EQ("new", Content("a"));
+    EXPECT_TRUE(fs::is_symlink(directory / "link"));
+    EXPECT_EQ(fs::perms(0640), fs::status(directory / "a").permissions());
+
+    EXPECT_FALSE(ReplaceFile(Path("missing/a"), "x"));
+    EXPECT_FALSE(ReplaceFile(FromUtf8(directory.native()), "x"));
+    EXPECT_FALSE(ReplaceFile(L"/dev/full", "x"));
+    EXPECT_EQ(2, std::distance(fs::directory_iterator(directory), {})) << "no temporary file stays behind";
+}
+
+}  // namespace

@@ -1,0 +1,4 @@
+int Answer(void);
+int Answer(void) {
+    return 42;
+}

@@ -1,0 +1,57 @@
+#include "platform/text.h"
+
+#include <gtest/gtest.h>
+
+TEST(Text, Utf8) {
+    const struct {
+        const char* what;
+        std::string bytes;
+        std::wstring text;
+    } kCases[] = {
+        {"plain", "orig.avi", L"orig.avi"},
+        {"two, three and four bytes", "\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8E\xA5", L"\u00E4\u20AC\U0001F3A5"},
+        {"last code point", "\xF4\x8F\xBF\xBF", L"\U0010FFFF"},
+        {"Latin-1 byte", "caf\xE9.avi", std::wstring(L"caf") + wchar_t(0xDCE9) + L".avi"},
+        {"cut sequence", "\xE2\x82", {wchar_t(0xDCE2), wchar_t(0xDC82)}},
+        {"overlong slash", "\xC0\xAF", {wchar_t(0xDCC0), wchar_t(0xDCAF)}},
+        {"surrogate", "\xED\xA0\x80", {wchar_t(0xDCED), wchar_t(0xDCA0), wchar_t(0xDC80)}},
+        {"beyond the last code point",
+         "\xF4\x90\x80\x80",
+         {wchar_t(0xDCF4), wchar_t(0xDC90), wchar_t(0xDC80), wchar_t(0xDC80)}},
+        {"empty", "", L""},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(c.text, FromUtf8(c.bytes));
+        EXPECT_EQ(c.bytes, ToUtf8(c.text)) << "every name must come back as it was";
+    }
+    EXPECT_EQ("\xEF\xBF\xBD", ToUtf8(std::wstring(1, wchar_t(0xD800)))) << "a lone surrogate is no character";
+}
+
+TEST(Text, Utf16Le) {
+    const std::string expected("a\0\xAC\x20\x3C\xD8\xA5\xDF\xFD\xFF", 10);  // U+1F3A5 is D83C DFA5
+    EXPECT_EQ(expected, ToUtf16Le(L"a\u20AC\U0001F3A5" + std::wstring(1, wchar_t(0xDC80))));
+}
+
+TEST(Text, FileNamePart) {
+    EXPECT_EQ(L"a.avi", FileNamePart(L"/clips/a.avi"));
+    EXPECT_EQ(L"a.avi", FileNamePart(L"C:\\clips/x\\a.avi"));
+    EXPECT_EQ(L"a.avi", FileNamePart(L"a.avi"));
+    EXPECT_EQ(L"", FileNamePart(L"/clips/"));
+}
+
+TEST(Text, EndsWithNoCase) {
+    EXPECT_TRUE(EndsWithNoCase(L"A.Y4M", L"y4m"));
+    EXPECT_FALSE(EndsWithNoCase(L"4m", L"y4m"));
+    EXPECT_FALSE(EndsWithNoCase(L"a.y4", L"y4m"));
+}
+
+TEST(Text, CopyTextStaysInsideItsBuffer) {
+    wchar_t buffer[] = L"######";
+    CopyText(L"abcdef", buffer, 4);
+    EXPECT_STREQ(L"abc", buffer);
+    EXPECT_EQ(L'#', buffer[4]);
+    CopyText(L"abc", buffer, 0);
+    CopyText(L"abc", nullptr, 4);
+    EXPECT_STREQ(L"abc", buffer);
+}
