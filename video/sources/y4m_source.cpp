@@ -1,0 +1,157 @@
+#include "video/sources/y4m_source.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <new>
+
+namespace {
+
+constexpr std::array<const wchar_t*, 6> kErrorTexts = {
+    L"No error occured!",                                  // NoError
+    L"Error in YUV reader!",                               // ReaderError
+    L"Failed to open file! File is missed or corrupted.",  // OpenFailed
+    L"Failed to read frame!",                              // ReadFailed
+    L"Bad frame number occured!",                          // BadFrameNumber
+    L"Cannot poarse y4m header!",                          // BadHeader
+};
+static_assert(kErrorTexts.size() == rkY4mSource::BadHeader + 1);
+
+/// The shortest frame line: the mark and its line feed.
+constexpr std::size_t kShortestFrameLine = kY4mFrameMark.size() + 1;
+
+/// Reads the text from `offset` on, at most the array's size.
+template <std::size_t size>
+std::string_view ReadText(const ReadOnlyFile& file, std::uint64_t offset, std::array<char, size>& text) {
+    return {text.data(), file.ReadAt(offset, text.data(), size)};
+}
+
+using FrameLineText = std::array<char, kY4mLongestFrameLine>;
+
+}  // namespace
+
+rkY4mSource::rkY4mSource() : rkFileSource(kErrorTexts) {}
+
+int rkY4mSource::Open(const std::wstring& name) {
+    Close();
+    const int result = OpenFile(name);
+    if (result != NoError) Close();
+    fileName = name;
+    return result;
+}
+
+int rkY4mSource::OpenFile(const std::wstring& name) {
+    if (!file.Open(name)) return OpenFailed;
+    if (!ReadHeader()) return BadHeader;
+    const std::vector<Y4mLayout> layouts = Y4mLayouts(header);
+    if (layouts.empty()) return BadHeader;
+    layout = FittingLayout(layouts);
+
+    const std::uint64_t available = std::max(file.Size(), frameOffsets[0]) - frameOffsets[0];
+    const auto pictureBytes = static_cast<std::uint64_t>(layout.storedBytes);
+    if (available >= pictureBytes) {
+        if (!Allocate(frameBuffer, layout.frameBytes)) return OpenFailed;
+        if (!layout.IsStoredAsHandedOver() && !Allocate(storedPicture, layout.storedBytes)) return OpenFailed;
+    }
+    SetShape(layout.colorSpace, layout.width, layout.height);
+    SetFrameCount(available / (pictureBytes + kShortestFrameLine));
+    return NoError;
+}
+
+/// Parses the header and learns where frame 0 starts.
+bool rkY4mSource::ReadHeader() {
+    std::array<char, kY4mSignature.size() + kY4mMaxParameters> text;
+    std::string_view line = ReadText(file, 0, text);
+    const auto end = line.find('\n');
+    if (!line.starts_with(kY4mSignature) || end == line.npos) return false;
+
+    const auto parsed = ParseY4mParameters(line.substr(kY4mSignature.size(), end - kY4mSignature.size()));
+    if (!parsed) return false;
+    header = *parsed;
+    return AppendOffset(end + 1);
+}
+
+Y4mLayout rkY4mSource::FittingLayout(const std::vector<Y4mLayout>& layouts) const {
+    FrameLineText text;
+    const std::uint64_t picture =
+        frameOffsets[0] + FindY4mFrameLine(ReadText(file, frameOffsets[0], text)).bytes;
+    const auto fits = [&](const Y4mLayout& candidate) {
+        return StartsFrame(picture + static_cast<std::uint64_t>(candidate.storedBytes));
+    };
+    const auto found = std::find_if(layouts.begin(), layouts.end(), fits);
+    return found != layouts.end() ? *found : layouts.front();
+}
+
+/// Whether the file ends at `offset` or goes on with a frame mark, or with what a cut file has of one.
+bool rkY4mSource::StartsFrame(std::uint64_t offset) const {
+    if (offset > file.Size()) return false;
+    std::array<char, kY4mFrameMark.size()> mark;
+    return kY4mFrameMark.starts_with(ReadText(file, offset, mark));
+}
+
+int rkY4mSource::ReadFrame(std::uint8_t* buffer, int frame) {
+    if (IsBadFrameNumber(frame)) return BadFrameNumber;
+    if (!FindFrame(frame)) {
+        position = 0;
+        return ReadFailed;
+    }
+    position = frame;
+    return ReadNextFrame(buffer);
+}
+
+/// Learns the starts of the frames up to this one. False if the file ends before it, or without memory.
+bool rkY4mSource::FindFrame(int frame) {
+    while (frameOffsets.size() <= static_cast<std::size_t>(frame)) {
+        FrameLineText text;
+        const std::uint64_t start = frameOffsets.back();
+        const std::uint64_t end = start + FindY4mFrameLine(ReadText(file, start, text)).bytes +
+                                  static_cast<std::uint64_t>(layout.storedBytes);
+        if (end > file.Size() || !AppendOffset(end)) return false;
+    }
+    return true;
+}
+
+int rkY4mSource::ReadNextFrame(std::uint8_t* buffer) {
+    const auto frame = static_cast<std::size_t>(position);
+    if (position < std::numeric_limits<int>::max()) ++position;
+    // Behind a frame that couldn't be read there is no knowing where the next one starts.
+    if (frame >= frameOffsets.size()) return ReadFailed;
+
+    FrameLineText text;
+    const Y4mFrameLine line = FindY4mFrameLine(ReadText(file, frameOffsets[frame], text));
+    TakeY4mComment(line.parameters, header.comment);
+
+    const std::uint64_t offset = frameOffsets[frame] + line.bytes;
+    const auto bytes = static_cast<std::size_t>(layout.storedBytes);
+    std::uint8_t* picture = layout.IsStoredAsHandedOver() ? buffer : storedPicture.get();
+    if (buffer == nullptr || picture == nullptr || file.ReadAt(offset, picture, bytes) != bytes)
+        return ReadFailed;
+    if (picture != buffer) UnpackY4mPicture(layout, picture, buffer);
+
+    if (frame + 1 == frameOffsets.size() && !AppendOffset(offset + bytes)) return ReaderError;
+    frameCount = std::max(frameCount, position);
+    return NoError;
+}
+
+/// False without memory.
+bool rkY4mSource::AppendOffset(std::uint64_t offset) {
+    try {
+        frameOffsets.push_back(offset);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+int rkY4mSource::Close() {
+    file.Close();
+    header = {};
+    layout = {};
+    storedPicture.reset();
+    frameOffsets.clear();
+    return rkFileSource::Close();
+}
+
+std::wstring rkY4mSource::Description() const {
+    return rkFileSource::Description() + Y4mLayoutRemark(layout);
+}

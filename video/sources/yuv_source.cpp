@@ -1,0 +1,57 @@
+#include "video/sources/yuv_source.h"
+
+#include <array>
+
+#include "video/raw_layout.h"
+
+namespace {
+
+constexpr std::array<const wchar_t*, 5> kErrorTexts = {
+    L"No error occured!",                                  // NoError
+    L"Error in YUV reader!",                               // ReaderError
+    L"Failed to open file! File is missed or corrupted.",  // OpenFailed
+    L"Failed to read frame!",                              // ReadFailed
+    L"Bad frame number occured!",                          // BadFrameNumber
+};
+static_assert(kErrorTexts.size() == rkYuvSource::BadFrameNumber + 1);
+
+}  // namespace
+
+rkYuvSource::rkYuvSource() : rkFileSource(kErrorTexts) {}
+
+int rkYuvSource::Open(const std::wstring& name, int layout, int pictureWidth, int pictureHeight) {
+    Close();
+    fileName = name;
+    const int bytes = RawFrameBytes(layout, pictureWidth, pictureHeight);
+    if (bytes == 0 || !file.Open(name)) return OpenFailed;
+
+    const std::uint64_t frames = file.Size() / static_cast<std::uint64_t>(bytes);
+    if (frames > 0 && !Allocate(frameBuffer, bytes)) {
+        file.Close();
+        return OpenFailed;
+    }
+    SetShape(layout, pictureWidth, pictureHeight);
+    SetFrameCount(frames);
+    frameBytes = bytes;
+    return NoError;
+}
+
+int rkYuvSource::ReadFrame(std::uint8_t* buffer, int frame) {
+    if (IsBadFrameNumber(frame)) return BadFrameNumber;
+    position = frame;
+    return ReadNextFrame(buffer);
+}
+
+int rkYuvSource::ReadNextFrame(std::uint8_t* buffer) {
+    if (IsEndOfVideo()) return NoError;
+    const auto bytes = static_cast<std::size_t>(frameBytes);
+    const std::uint64_t offset = static_cast<std::uint64_t>(position) * bytes;
+    ++position;
+    return buffer != nullptr && file.ReadAt(offset, buffer, bytes) == bytes ? NoError : ReadFailed;
+}
+
+int rkYuvSource::Close() {
+    file.Close();
+    frameBytes = 0;
+    return rkFileSource::Close();
+}
