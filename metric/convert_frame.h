@@ -1,0 +1,21 @@
+#pragma once
+
+class rkVideoImage;
+
+namespace Metric {
+
+class CMetricImage;
+
+/// Fills `image` for `component` from a frame as its source delivered it: the one road from a frame to float
+/// planes.
+///
+/// `matrix` is the colour matrix, 0 REC.601 or 1 PC.601. The scratch images belong to the caller, who reuses
+/// them from frame to frame. False if there is no conversion for the frame's layout, and for a frame without
+/// pixels or of another size than the image; then `image` keeps the last good frame.
+/// A layout that is neither of the YUV nor of the RGB family fills nothing and returns true.
+/// The frame is only read, so several images may be filled from it at once, each with scratch images of its
+/// own.
+bool ConvertFrame(const rkVideoImage& frame, rkVideoImage& scratchFirst, rkVideoImage& scratchSecond,
+                  CMetricImage& image, int matrix, int component);
+
+}  // namespace Metric

@@ -1,0 +1,110 @@
+#include "metrics/psnr_family.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <utility>
+
+#include "kernels/reductions.h"
+#include "metric/painting.h"
+
+namespace Metric {
+
+namespace {
+
+constexpr float kLargestValue = 100;  // dB; also the value of equal frames
+constexpr float kFixedPeak = 256;
+constexpr float kFixedPeakL = 100;
+
+/// A brightness that falls by `step` with every whole dB above `from`.
+std::uint8_t Shade(float decibels, float from, int step, int darkest = 0) {
+    return static_cast<std::uint8_t>(std::max(darkest, 255 - step * static_cast<int>(decibels - from)));
+}
+
+Bgr Color(float decibels) {
+    if (decibels >= 99) return {};
+    if (decibels >= 35) return {Shade(decibels, 25, 6, 40), 0, 0};
+    if (decibels >= 20) return {0, Shade(decibels, 20, 15), 0};
+    if (decibels >= 17) return {0, Shade(decibels, 17, 5), Shade(decibels, 17, 5)};
+    if (decibels >= 0) return {0, 0, Shade(decibels, 0, 3)};
+    return {};
+}
+
+}  // namespace
+
+CPsnrFamily::CPsnrFamily(MetricParameters metricParameters, const wchar_t* metricId,
+                         const wchar_t* metricName, PsnrPeak peakKind, PsnrAverage averageKind)
+    : CMetric(std::move(metricParameters)), peak(peakKind), averageOf(averageKind) {
+    id = metricId;
+    name = metricName;
+    unit = L"dB";
+    infoUrl = InfoUrl(L"/video/quality_measure/info_en.html#psnr");
+}
+
+std::vector<MetricValue> CPsnrFamily::Measure(const std::vector<CMetricImage*>& images) {
+    TakePeak(images);
+    const auto [first, second] = GetPlanes(images, parameters.component);
+    const int stride = paddedWidth * static_cast<int>(sizeof(float));
+    const double norm =
+        Kernels::NormDiffL2(first, stride, second, stride, paddedWidth, paddedHeight, Kernels::AccuracyHigh);
+    AddFrame(norm * norm / static_cast<double>(PaddedPixelCount()));
+    return Result(value);
+}
+
+std::vector<MetricValue> CPsnrFamily::MeasureAndVisualize(const std::vector<CMetricImage*>& images,
+                                                          rkVideoImage& target) {
+    TakePeak(images);
+    const auto [first, second] = GetPlanes(images, parameters.component);
+    AddFrame(FillMap(first, second) / static_cast<double>(PaddedPixelCount()));
+    Visualize(target, parameters.component);
+    return Result(value);
+}
+
+std::vector<MetricValue> CPsnrFamily::GetAverages(bool visualize) {
+    if (averageOf == PsnrAverage::OfValues) return CMetric::GetAverages(visualize);
+    average = sum == 0 ? kLargestValue : SequenceDecibels(static_cast<float>(sum / count));
+    return Result(average);
+}
+
+void CPsnrFamily::Visualize(rkVideoImage& target, int component) {
+    PaintPixels(target, GetMap(component), paddedWidth, Color);
+}
+
+double CPsnrFamily::Square(float samplePeak) const {
+    return static_cast<double>(samplePeak) * samplePeak;
+}
+
+float CPsnrFamily::FrameDecibels(double error) const {
+    return static_cast<float>(10 * std::log10(peakSquared / error));
+}
+
+float CPsnrFamily::SequenceDecibels(float meanError) const {
+    return static_cast<float>(10 * std::log10(peakSquared / meanError));
+}
+
+void CPsnrFamily::TakePeak(const std::vector<CMetricImage*>& images) {
+    if (peak == PsnrPeak::OfImages)
+        peakSquared = Square(std::min(images[0]->GetPeak(), images[1]->GetPeak()));
+    else
+        peakSquared = Square(parameters.component == ComponentL ? kFixedPeakL : kFixedPeak);
+}
+
+/// Fills the map of the component; the sum of the squared errors, added in memory order.
+double CPsnrFamily::FillMap(const float* first, const float* second) {
+    float* map = GetMap(parameters.component);
+    double errorSum = 0;
+    for (std::size_t i = 0; i < PaddedPixelCount(); ++i) {
+        const float difference = first[i] - second[i];
+        const double error = difference * difference;
+        errorSum += error;
+        map[i] = error <= 1 ? kLargestValue : static_cast<float>(10 * std::log10(peakSquared / error));
+    }
+    return errorSum;
+}
+
+void CPsnrFamily::AddFrame(double error) {
+    value = error == 0 ? kLargestValue : std::min(kLargestValue, FrameDecibels(error));
+    AddFrameValues({averageOf == PsnrAverage::OfErrors ? static_cast<float>(error) : value});
+}
+
+}  // namespace Metric

@@ -1,0 +1,77 @@
+#include "metrics/vqm.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "kernels/bands.h"
+#include "metric/painting.h"
+#include "metrics/vqm_blocks.h"
+
+namespace Metric {
+
+namespace {
+constexpr float kMeanOfBlock = 0.015625f;  // 1 / 64
+}
+
+CVQMMetric::CVQMMetric(MetricParameters metricParameters)
+    : CMetric(std::move(metricParameters), kVqmBlockSize, kVqmBlockSize, true),
+      blockColumns(paddedWidth / kVqmBlockSize),
+      blockRows(paddedHeight / kVqmBlockSize),
+      blockSums(static_cast<std::size_t>(blockColumns) * static_cast<std::size_t>(blockRows)),
+      greatest(static_cast<std::size_t>(blockRows)) {
+    id = L"vqm";
+    name = L"VQM";
+    infoUrl = InfoUrl(L"/video/quality_measure/info_en.html#vqm");
+    higherIsBetter = false;
+}
+
+std::vector<MetricValue> CVQMMetric::Measure(const std::vector<CMetricImage*>& images) {
+    CompareFrame(images);
+    AddFrameValues({value});
+    return Result(value);
+}
+
+std::vector<MetricValue> CVQMMetric::MeasureAndVisualize(const std::vector<CMetricImage*>& images,
+                                                         rkVideoImage& target) {
+    CompareFrame(images);
+    FillMap(GetMap(parameters.component));
+    AddFrameValues({value});
+    Visualize(target, parameters.component);
+    return Result(value);
+}
+
+void CVQMMetric::Visualize(rkVideoImage& target, int component) {
+    PaintPixels(target, GetMap(component), paddedWidth, Grey);
+}
+
+void CVQMMetric::CompareFrame(const std::vector<CMetricImage*>& images) {
+    const std::pair<const float*, const float*> planes = GetPlanes(images, parameters.component);
+    Kernels::ForEachRow(paddedWidth * kVqmBlockSize, blockRows, [&](int row) {
+        const std::ptrdiff_t offset = std::ptrdiff_t{row} * kVqmBlockSize * paddedWidth;
+        greatest[static_cast<std::size_t>(row)] =
+            CompareVqmBlocks(tables, planes.first + offset, planes.second + offset, paddedWidth,
+                             blockSums.data() + std::ptrdiff_t{row} * blockColumns);
+    });
+
+    float meanSum = 0;
+    for (float blockSum : blockSums) meanSum += blockSum * kMeanOfBlock;
+    float maxDiff = 0;
+    for (float difference : greatest) maxDiff = std::max(maxDiff, difference);
+    const auto pixels = static_cast<float>(PaddedPixelCount());
+    value = ((meanSum * 64000) / pixels + maxDiff * 5) * 10;
+}
+
+void CVQMMetric::FillMap(float* map) const {
+    const float* blockSum = blockSums.data();
+    for (int row = 0; row < blockRows; ++row) {
+        float* first = map + std::ptrdiff_t{row} * kVqmBlockSize * paddedWidth;
+        for (int column = 0; column < blockColumns; ++column, ++blockSum) {
+            const float grey = std::min(255.0f, *blockSum * kMeanOfBlock * 256000);
+            std::fill_n(first + column * kVqmBlockSize, kVqmBlockSize, grey);
+        }
+        for (int y = 1; y < kVqmBlockSize; ++y) std::copy_n(first, paddedWidth, first + y * paddedWidth);
+    }
+}
+
+}  // namespace Metric
