@@ -1,0 +1,84 @@
+#include "engine/model/log.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "engine/model/measuring_line.h"
+#include "platform/text.h"
+#include "tests/engine/fake_metric.h"
+
+namespace {
+
+std::string ReadAll(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Every digit as a 9: the time isn't known.
+std::string WithoutDigits(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; }, '9');
+    return text;
+}
+
+TEST(Log, FileGrowsOverRuns) {
+    const std::string path = testing::TempDir() + "tolvane_log_test.txt";
+    std::filesystem::remove(path);
+    for (const wchar_t* message : {L"first run", L"second \x1F600"}) {
+        CLogFile log(FromUtf8(path));
+        EXPECT_TRUE(log.Log(message));
+    }
+
+    // Two bytes a letter, low byte first; U+1F600 is the surrogate pair D83D DE00.
+    std::string expected;
+    for (const char c : std::string("99:99:99 : first run\r\n99:99:99 : second ")) expected += {c, '\0'};
+    expected += std::string("\x3D\xD8\x00\xDE\r\0\n\0", 8);
+    EXPECT_EQ(expected, WithoutDigits(ReadAll(path)));
+}
+
+TEST(Log, ConsoleRepeatsTheLine) {
+    const std::string path = testing::TempDir() + "tolvane_console_test.txt";
+    std::filesystem::remove(path);
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(CLogConsole(FromUtf8(path)).Log(L"caf\xE9"));
+    const std::string output = testing::internal::GetCapturedStdout();
+    EXPECT_EQ("99:99:99 : caf\xC3\xA9\n", WithoutDigits(output)) << "in UTF-8";
+    EXPECT_EQ(2 * (8 + 3 + 4 + 2), std::filesystem::file_size(path)) << "time, colon, four letters, line end";
+}
+
+TEST(Log, WritesNothingWithoutAFile) {
+    CLogConsole log(FromUtf8(testing::TempDir() + "no/such/directory/log.txt"));
+    testing::internal::CaptureStdout();
+    EXPECT_FALSE(log.Log(L"lost"));
+    EXPECT_EQ("", testing::internal::GetCapturedStdout());
+}
+
+TEST(MeasuringLine, NamesMetricsAndFiles) {
+    FakeKind psnr, ssim;
+    psnr.name = L"PSNR";
+    ssim.name = L"SSIM (fast)";
+    const Metric::CMetricList metrics = FakeList({psnr, ssim});
+    const struct {
+        MetricSelection selection;
+        std::vector<std::wstring> names;
+        const wchar_t* line;
+    } cases[] = {
+        {{{0, 0, {}}}, {L"C:\\v\\a.yuv", L"/v/b.yuv"}, L" : Measuring YYUV-PSNR on a.yuv b.yuv "},
+        {{{1, 0, {}}, {0, 6, {}}, {0, 1, {}}},
+         {L"whole.y4m"},
+         L" : Measuring UYUV-PSNR, BRGB-PSNR, YYUV-SSIM (fast) on whole.y4m "},
+    };
+    for (const auto& c : cases) {
+        const std::wstring line = MeasuringLine(c.selection, c.names, metrics);
+        EXPECT_EQ("99:99:99", WithoutDigits(ToUtf8(line.substr(0, 8))));
+        const int hour = std::stoi(line.substr(0, 2));
+        EXPECT_TRUE(hour >= 1 && hour <= 12) << hour;
+        EXPECT_EQ(c.line, line.substr(8));
+    }
+}
+
+}  // namespace
