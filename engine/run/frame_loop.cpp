@@ -1,0 +1,183 @@
+#include "engine/run/frame_loop.h"
+
+#include <omp.h>
+
+#include <initializer_list>
+
+#include "engine/run/mask.h"
+#include "engine/run/parallel.h"
+#include "engine/run/run_log.h"
+#include "metric/convert_frame.h"
+
+namespace {
+
+/// The steps of one frame.
+class FrameMeasurer {
+public:
+    FrameMeasurer(RunState& runState, const RunParameters& parameters, CResultsStore& results,
+                  RunOutcome& runOutcome)
+        : state(runState), run(parameters), store(results), outcome(runOutcome) {
+        for (auto& [index, file] : state.opened) {
+            if (index == kMaskFile) continue;
+            for (auto& [component, target] : file.components)
+                conversions.push_back({index, &file, component, &target});
+        }
+    }
+
+    void MeasureFrame(int frame) {
+        ReadFrames();
+        FindMask();
+        ConvertFrames();
+        MeasureOneFileSets(frame);
+        MeasureTwoFileSets(frame);
+    }
+
+private:
+    struct Conversion {
+        int index;
+        const OpenedFile* file;
+        int component;
+        ComponentImage* target;
+    };
+
+    void ReadFrames() {
+        for (auto& [index, file] : state.opened) {
+            if (file.failed || file.source->ReadNextFrameImage(*file.frameImage) == 0) continue;
+            file.failed = true;
+            outcome.measurement = CompletionPartial;
+            LogLine(run, L"Failed to read frame from sequence " + Quoted(RecordOf(run, index).name) +
+                             L", measurement skipped");
+        }
+    }
+
+    void FindMask() {
+        mask = FindFile(kMaskFile);
+        if (mask == nullptr || mask->failed ||
+            !FindMaskPixel(*mask->frameImage, run.blackMask, maskX, maskY)) {
+            mask = nullptr;
+            return;
+        }
+        for (auto& [component, target] : mask->components)
+            if (!target.failed) target.failed = !Convert({kMaskFile, mask, component, &target});
+    }
+
+    void ConvertFrames() {
+        const int count = static_cast<int>(conversions.size());
+        ForEachInParallel(count, count > 1, [&](int i) {
+            const Conversion& conversion = conversions[static_cast<std::size_t>(i)];
+            if (conversion.file->failed) return;
+            Convert(conversion);
+            if (mask == nullptr) return;
+            const auto found = mask->components.find(conversion.component);
+            if (found == mask->components.end() || found->second.failed) return;
+            ApplyMask(*conversion.target->image, *found->second.image, maskX, maskY);
+        });
+    }
+
+    bool Convert(const Conversion& conversion) {
+        ComponentImage& target = *conversion.target;
+        if (Metric::ConvertFrame(*conversion.file->frameImage, *target.scratchFirst, *target.scratchSecond,
+                                 *target.image, run.yuvTable, conversion.component))
+            return true;
+
+        InCriticalSection([&] {
+            outcome.measurement = CompletionPartial;
+            LogLine(run, L"Failed to convert image frame from sequence " +
+                             Quoted(RecordOf(run, conversion.index).name) + L" into " +
+                             Metric::ComponentName(conversion.component) + L" color, measurement skipped");
+        });
+        return false;
+    }
+
+    void MeasureOneFileSets(int frame) {
+        for (const OneFileSet& set : state.oneFileSchedule) {
+            const OpenedFile* file = FindFile(set.file);
+            if (file == nullptr) {
+                LogLine(run,
+                        L"Trying to calculate metric using incorrect file, developer error, skipping...");
+                continue;
+            }
+            if (!file->failed) MeasureSet(set.metrics, {file}, frame);
+        }
+    }
+
+    void MeasureTwoFileSets(int frame) {
+        for (const TwoFileSet& set : state.twoFileSchedule) {
+            const OpenedFile* first = FindFile(set.first);
+            const OpenedFile* second = FindFile(set.second);
+            if (first == nullptr || second == nullptr) {
+                LogLine(run,
+                        L"Trying to calculate metric using incorrect files, developer error, skipping...");
+                continue;
+            }
+            if (!first->failed && !second->failed) MeasureSet(set.metrics, {first, second}, frame);
+        }
+    }
+
+    void MeasureSet(const std::vector<ScheduledMetric>& metrics,
+                    std::initializer_list<const OpenedFile*> files, int frame) {
+        // Metrics have loops of their own that can use the threads which a short set would leave idle.
+        const int count = static_cast<int>(metrics.size());
+        ForEachInParallel(count, count > 1 && count >= omp_get_max_threads(),
+                          [&](int i) { MeasureMetric(metrics[static_cast<std::size_t>(i)], files, frame); });
+    }
+
+    void MeasureMetric(const ScheduledMetric& scheduled, std::initializer_list<const OpenedFile*> files,
+                       int frame) {
+        std::vector<Metric::CMetricImage*> images;
+        for (const OpenedFile* file : files) {
+            const auto found = file->components.find(scheduled.component);
+            if (found == file->components.end()) return;
+            images.push_back(found->second.image.get());
+        }
+
+        const std::vector<Metric::MetricValue> values = scheduled.metric->Measure(images);
+        if (frame < scheduled.lag) return;
+        InCriticalSection([&] {
+            for (const Metric::MetricValue& result : values)
+                store.AddValue(result.resultId, frame - scheduled.lag, result.value);
+        });
+    }
+
+    OpenedFile* FindFile(int index) {
+        const auto found = state.opened.find(index);
+        return found == state.opened.end() ? nullptr : &found->second;
+    }
+
+    RunState& state;
+    const RunParameters& run;
+    CResultsStore& store;
+    RunOutcome& outcome;
+    std::vector<Conversion> conversions;  // what a frame needs: every component of every file but the mask
+
+    // Of the current frame: the mask file if it has a marked pixel, and where its first one is.
+    OpenedFile* mask = nullptr;
+    int maskX = 0;
+    int maskY = 0;
+};
+
+bool IsInterrupted(const RunParameters& run) {
+    return run.interruption != nullptr && !run.interruption->KeepRunning();
+}
+
+}  // namespace
+
+void RunFrameLoop(RunState& state, const RunParameters& run, CResultsStore& store, RunOutcome& outcome) {
+    int frame = 0;
+    try {
+        FrameMeasurer measurer(state, run, store, outcome);
+        for (; frame < state.length; ++frame) {
+            measurer.MeasureFrame(frame);
+            if (run.progress != nullptr) run.progress->SetPosition(frame);
+            if (!IsInterrupted(run)) continue;
+
+            if (run.progress != nullptr) run.progress->Finish();
+            LogLine(run, L"Measurement interrupted");
+            outcome.measurement = CompletionPartial;
+            break;
+        }
+    } catch (...) {
+        LogLine(run, CaughtFailure());
+        outcome.measurement = frame > 0 ? CompletionPartial : CompletionNothing;
+    }
+}

@@ -1,0 +1,67 @@
+#include "engine/run/measurement_worker.h"
+
+#include <utility>
+
+#include "engine/run/run_log.h"
+#include "engine/run/run_measurement.h"
+#include "output/csv_writer.h"
+#include "platform/program_directory.h"
+
+namespace {
+
+constexpr const wchar_t* kLogFile = L"log.txt";
+
+/// The job's selection with the settings that the job has for each metric.
+MetricSelection ConfiguredSelection(const MeasurementJob& job) {
+    MetricSelection configured;
+    for (SelectedMetric selected : job.selection) {
+        const auto index = static_cast<std::size_t>(selected.metricIndex);
+        if (index < job.metricSettings.size()) selected.settings = job.metricSettings[index];
+        configured.insert(std::move(selected));
+    }
+    return configured;
+}
+
+/// The path of the file, empty if it couldn't be written.
+std::wstring SaveCsv(const MeasurementJob& job, const CResultsStore& store,
+                     const Metric::CMetricList& metrics) {
+    LogLine(job.run, L"Saving CSV to " + Quoted(job.csv.outputDir));
+    CsvWriter writer(job.csv, metrics);
+    const bool isSaved = writer.Save(store);
+    LogLine(job.run, (isSaved ? L"CSV saved to " : L"Failed to save CSV to ") + Quoted(writer.GetPath()));
+    return isSaved ? writer.GetPath() : std::wstring();
+}
+
+}  // namespace
+
+void MeasurementWorker(MeasurementJob& job, IRunVoices& voices, IRunObserver& observer,
+                       const Metric::CMetricList& metrics) {
+    observer.SetRunActive(true);
+    RunParameters& run = job.run;
+    auto finish = std::make_unique<FinishRecord>();
+    finish->results = std::make_unique<CResultsStore>();
+    finish->outcome = std::make_unique<RunOutcome>();
+
+    // 1. The run's own copies and voices.
+    run.visualization = job.visualization;
+    run.visualization.caption = job.caption;
+    run.progress = voices.CreateProgress();
+    run.log = voices.CreateLog(WritableProgramDirectory() + kLogFile);
+    job.selection = ConfiguredSelection(job);
+
+    // 2. The measurement.
+    finish->runResult = RunMeasurement(run, *finish->results, job.selection, finish->outcome.get(), metrics);
+    finish->yuvTable = run.yuvTable;
+    observer.WithdrawStop();
+
+    // 3. What is kept of it, also of a part.
+    const bool hasResults =
+        finish->outcome->measurement != CompletionNothing && finish->results->GetResultCount() > 0;
+    if (job.csv.save && hasResults) finish->csvPath = SaveCsv(job, *finish->results, metrics);
+
+    // 4. The end: nothing is said after it.
+    run.progress.reset();
+    run.log.reset();
+    observer.SetRunActive(false);
+    observer.RunFinished(std::move(finish));
+}

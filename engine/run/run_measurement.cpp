@@ -1,0 +1,122 @@
+#include "engine/run/run_measurement.h"
+
+#include <string>
+#include <vector>
+
+#include <boost/make_shared.hpp>
+
+#include "engine/run/frame_loop.h"
+#include "engine/run/open_input_files.h"
+#include "engine/run/run_log.h"
+#include "engine/run/run_state.h"
+#include "engine/run/schedule.h"
+
+namespace {
+
+bool StopWithNothing(const RunParameters& run, const std::wstring& reason, RunOutcome& outcome) {
+    LogLine(run, reason);
+    outcome = {CompletionNothing, CompletionNothing};
+    return false;
+}
+
+void CreateSchedules(RunState& state, const RunParameters& run, CResultsStore& store,
+                     const MetricSelection& selection, RunOutcome& outcome,
+                     const Metric::CMetricList& metrics) {
+    LogLine(run, L"Creating measurement schedule...");
+    CreateOneFileSchedule(state.oneFileSchedule, state.opened, selection, run, store, outcome, metrics);
+
+    const std::wstring skipped = L"Calculation of metrics on two files will be skipped because ";
+    if (!state.originalOpened)
+        LogLine(run, skipped + L"original file was not opened.");
+    else if (state.opened.size() < 2)
+        LogLine(run, skipped + L"there is no enough files opened.");
+    else
+        CreateTwoFileSchedule(state.twoFileSchedule, state.opened, selection, run, store, outcome, metrics);
+}
+
+void StartProgress(const RunParameters& run, const MetricSelection& selection, int length) {
+    if (run.progress == nullptr) return;
+
+    std::vector<std::wstring> names;
+    for (const FileRecord& record : run.inputFiles) names.push_back(record.name);
+    run.progress->Start(selection, names);
+    run.progress->SetMinimum(0);
+    run.progress->SetMaximum(length);
+}
+
+void CreateComponentImages(RunState& state, const MetricSelection& selection) {
+    for (const SelectedMetric& selected : selection) {
+        for (auto& [index, file] : state.opened) {
+            ComponentImage& target = file.components[selected.component];
+            if (target.image != nullptr) continue;
+            target.scratchFirst = boost::make_shared<rkVideoImage>();
+            target.scratchSecond = boost::make_shared<rkVideoImage>();
+            target.image = boost::make_shared<Metric::CMetricImage>(state.width, state.height);
+        }
+    }
+}
+
+/// Everything before the first frame; false if there is nothing to measure.
+bool PrepareRun(RunState& state, RunParameters& run, CResultsStore& store, const MetricSelection& selection,
+                RunOutcome& outcome, const Metric::CMetricList& metrics) {
+    OpenInputFiles(state.opened, run, &outcome, state.width, state.height, state.length,
+                   state.originalOpened);
+    if (state.opened.empty())
+        return StopWithNothing(run, L"No files were opened, can not perform measurement.", outcome);
+
+    run.width = state.width;
+    run.height = state.height;
+    run.length = state.length;
+    run.maskOpened = state.opened.contains(kMaskFile);
+    if (run.visualization.save) {
+        run.visualization.width = state.width;
+        run.visualization.height = state.height;
+    }
+    CreateSchedules(state, run, store, selection, outcome, metrics);
+    if (state.oneFileSchedule.empty() && state.twoFileSchedule.empty()) return false;
+
+    StartProgress(run, selection, state.length);
+    CreateComponentImages(state, selection);
+    return true;
+}
+
+template <typename Sets>
+void StoreAverages(const Sets& schedule, bool visualize, CResultsStore& store) {
+    for (const auto& set : schedule)
+        for (const ScheduledMetric& scheduled : set.metrics)
+            for (const Metric::MetricValue& result : scheduled.metric->GetAverages(visualize))
+                store.SetAverage(result.resultId, result.value);
+}
+
+}  // namespace
+
+bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelection& selection,
+                    RunOutcome* outcome, const Metric::CMetricList& metrics) {
+    RunOutcome unwatched;
+    RunOutcome& result = outcome == nullptr ? unwatched : *outcome;
+    result = {CompletionAll, CompletionAll};
+    run.width = run.height = run.length = 0;
+    run.maskOpened = false;
+    if (run.inputFiles.empty()) return StopWithNothing(run, L"No files for measurement!", result);
+
+    RunState state;
+    try {
+        if (!PrepareRun(state, run, store, selection, result, metrics)) return false;
+    } catch (...) {
+        return StopWithNothing(run, CaughtFailure(), result);
+    }
+
+    RunFrameLoop(state, run, store, result);
+    if (run.progress != nullptr) run.progress->Finish();
+
+    LogLine(run, L"Saving average results");
+    try {
+        StoreAverages(state.oneFileSchedule, run.visualization.save, store);
+        StoreAverages(state.twoFileSchedule, run.visualization.save, store);
+    } catch (...) {
+        LogLine(run, CaughtFailure());
+        if (result.measurement == CompletionAll) result.measurement = CompletionPartial;
+    }
+    LogLine(run, L"Done!");
+    return true;
+}
