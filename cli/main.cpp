@@ -1,0 +1,75 @@
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include <omp.h>
+
+#include "cli/exit_status.h"
+#include "cli/headless_run.h"
+#include "cli/job.h"
+#include "cli/options.h"
+#include "cli/report.h"
+#include "platform/file.h"
+#include "platform/text.h"
+
+namespace {
+
+/// False if standard output is closed or full.
+bool Print(const std::string& text) {
+    return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+}
+
+void Complain(const std::string& text) {
+    std::fprintf(stderr, "tolvane-measure: %s\n", text.c_str());
+}
+
+/// Writes `text` to a file, or to standard output for "-". Says so if that fails.
+bool Deliver(const std::wstring& path, const std::string& text) {
+    if (path == L"-" ? Print(text) : ReplaceFile(path, text)) return true;
+    Complain("can't write the results to \"" + ToUtf8(path) + "\"");
+    return false;
+}
+
+int ListMetrics(const Options& options) {
+    if (!options.json) return Deliver(L"-", MetricListText()) ? ExitComplete : ExitPartial;
+    return Deliver(options.json->empty() ? L"-" : *options.json, MetricListJson()) ? ExitComplete
+                                                                                   : ExitPartial;
+}
+
+int Measure(const Options& options) {
+    MeasurementJob job;
+    FillJob(options, job);
+    if (options.threads > 0) omp_set_num_threads(options.threads);
+
+    const HeadlessRun run = RunHeadless(options, job);
+    const RunReport report = {*run.finish, job.run.width, job.run.height, job.run.length, run.logLines};
+    ExitStatus status = StatusOf(*run.finish, job);
+    if (options.json && !Deliver(*options.json, JsonReport(report)) && status == ExitComplete)
+        status = ExitPartial;
+    if (options.json != L"-" && !Deliver(L"-", TextReport(report)) && status == ExitComplete)
+        status = ExitPartial;
+    return status;
+}
+
+int Run(int argc, const char* const* argv) {
+    try {
+        std::string message;
+        const std::optional<Options> options = ParseOptions(argc, argv, message);
+        if (!options) return Deliver(L"-", message) ? ExitComplete : ExitPartial;
+        return options->listMetrics ? ListMetrics(*options) : Measure(*options);
+    } catch (const UsageError& error) {
+        Complain(error.what());
+        return ExitUsage;
+    } catch (const std::bad_alloc&) {
+        Complain("not enough memory");
+        return ExitNothing;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);  // a closed pipe shows as a failed write
+    return Run(argc, argv);
+}

@@ -1,0 +1,206 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/cli/program.h"
+
+namespace {
+
+using nlohmann::json;
+
+const std::string kOriginal = SAMPLES_DIR "/yard.y4m";
+const std::string kProcessed = SAMPLES_DIR "/yard_x264.y4m";
+const std::string kPair = "--original " + kOriginal + " --processed " + kProcessed;
+
+json Measured(const std::string& arguments) {
+    return json::parse(RunProgram(arguments + " -q --json -").output);
+}
+
+/// A raw file of `frames` grey frames, each a step brighter.
+std::string GreyFrames(int frames, std::size_t frameBytes) {
+    std::string bytes;
+    for (int i = 0; i < frames; ++i) bytes += std::string(frameBytes, static_cast<char>(100 + i));
+    return bytes;
+}
+
+// The sums come from a separate program, in integers. A PSNR in float has a relative error of 2^-24 in its logarithm and
+// again in the product: about 6e-8 of 35 dB each.
+TEST(Measure, SamplesAgreeWithExactSums) {
+    std::ifstream exact(SAMPLES_DIR "/yard_x264.exact.csv");
+    std::string line;
+    std::getline(exact, line);
+    const json results = Measured(kPair + " -m psnr:Y -m psnr:U -m psnr:V")["results"];
+    ASSERT_EQ(3u, results.size());
+    for (std::size_t frame = 0; std::getline(exact, line); ++frame) {
+        std::istringstream cells(line);
+        double cell[6];
+        char comma;
+        for (double& number : cell) cells >> number >> comma;
+        for (std::size_t plane = 0; plane < 3; ++plane) {
+            const double mse = cell[1 + plane] / (plane == 0 ? cell[4] : cell[5]);
+            EXPECT_NEAR(10 * std::log10(255 * 255 / mse), results[plane]["values"][frame].get<double>(),
+                        8e-6);
+        }
+    }
+    EXPECT_EQ(6u, results[0]["values"].size());
+    EXPECT_EQ("VYUV", results[2]["component"]);
+}
+
+TEST(Measure, PrintsOneLineAResult) {
+    const ProgramRun run = RunProgram(kPair + " -q -m psnr:Y -m mse:U");
+    EXPECT_EQ(0, run.status);
+    EXPECT_EQ(
+        "PSNR YYUV yard.y4m yard_x264.y4m 33.3095894 dB\n"
+        "MSE UYUV yard.y4m yard_x264.y4m 4.98550606\n",
+        run.output);  // 189529 / 38016, frame by frame in float
+    EXPECT_EQ("", run.errors);
+}
+
+TEST(Measure, LogsInTheDesktopsFormat) {
+    const TemporaryDirectory directory;
+    const std::string log = directory.Path("log.txt");
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(0, RunProgram(kPair + " -q --log " + log).status);
+    const std::string bytes = ReadWhole(log);
+    ASSERT_GT(bytes.size(), 8u);
+    EXPECT_EQ(std::string(":\0", 2), bytes.substr(4, 2)) << "HH:MM:SS : text, two bytes a character";
+    const std::string lastLine("D\0o\0n\0e\0!\0\r\0\n\0", 14);
+    EXPECT_EQ(lastLine, bytes.substr(bytes.size() - lastLine.size()));
+    EXPECT_NE(bytes.find(lastLine), bytes.rfind(lastLine)) << "the first run's lines stay";
+}
+
+TEST(Measure, BadInputsEndWithTheirMessageAndStatus) {
+    const TemporaryDirectory directory;
+    const std::string good = directory.Write("good.yuv", GreyFrames(3, 384));
+    const std::string whole = ReadWhole(kOriginal);
+    const std::string unreadable = directory.Write("locked.yuv", "x");
+    std::filesystem::permissions(unreadable, std::filesystem::perms::none);
+
+    const struct {
+        const char* what;
+        std::string original;
+        int status;
+        std::string message;
+    } kCases[] = {
+        {"missing", directory.Path("missing.y4m"), 2, "Failed to open file \""},
+        {"directory", directory.Path("."), 2, "Failed to open file \""},
+        {"no kind that is known", directory.Write("a.txt", whole), 2, "Failed to open file \""},
+        {"empty header", directory.Write("empty.y4m", ""), 2, "Failed to open file \""},
+        {"huge header", directory.Write("huge.y4m", "YUV4MPEG2 W999999 H999999\nFRAME\n"), 2,
+         "Failed to open file \""},
+        {"big picture, no frame", directory.Write("big.y4m", "YUV4MPEG2 W20000 H20000\nFRAME\n"), 2,
+         "default length is set to 0"},
+        {"truncated in a frame", directory.Write("cut.y4m", whole.substr(0, whole.size() - 38050)), 0,
+         "default length is set to 4"},
+        {"empty raw file", directory.Write("empty.yuv", ""), 2, "default length is set to 0"},
+        {"raw file of two and a half frames",
+         directory.Write("half.yuv", GreyFrames(3, 384).substr(0, 2 * 384 + 192)), 0,
+         "default length is set to 2"},
+        {"another size", good, 2, " is different from default, skipping file."},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.what);
+        const bool raw = c.original.ends_with("yuv");
+        const std::string processed = raw && c.original != good ? good : kProcessed;
+        const ProgramRun run =
+            RunProgram("--size 16x16 --original " + c.original + " --processed " + processed + " --json -");
+        EXPECT_EQ(c.status, run.status) << run.errors;
+        EXPECT_NE(run.errors.npos, run.errors.find(c.message)) << run.errors;
+        EXPECT_TRUE(json::accept(run.output));
+    }
+    if (geteuid() != 0) {  // root reads everything
+        EXPECT_EQ(2, RunProgram("--size 16x16 --original " + unreadable + " --processed " + good).status);
+    }
+}
+
+TEST(Measure, FewerFramesThanTheSizeSuggests) {
+    const TemporaryDirectory directory;
+    std::string bytes = "YUV4MPEG2 W2 H2\n";
+    for (int i = 0; i < 3; ++i) bytes += "FRAME X" + std::string(70, 'x') + "\nyyyyuv";
+    const std::string clip = directory.Write("few.y4m", bytes);
+    const ProgramRun run = RunProgram("--original " + clip + " --processed " + clip + " --json -");
+    EXPECT_EQ(1, run.status);
+    EXPECT_NE(run.errors.npos,
+              run.errors.find("Failed to read frame from sequence \"" + clip + "\", measurement skipped"));
+    EXPECT_EQ(3u, json::parse(run.output)["results"][0]["values"].size());
+}
+
+TEST(Measure, WhatCannotBeSavedIsSaid) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.Write("file", "");
+    EXPECT_EQ(1, RunProgram(kPair + " --json " + file + "/r.json").status);
+    EXPECT_EQ(1, RunProgram(kPair + " --json /dev/full").status);
+    EXPECT_EQ(1, RunProgram(kPair + " --json - >/dev/full").status);
+    const ProgramRun csv = RunProgram(kPair + " --csv " + file);
+    EXPECT_EQ(1, csv.status);
+    EXPECT_NE(csv.errors.npos,
+              csv.errors.find("Failed to save CSV to \"" + file + "/psnr_yyuv_yard_yard_x264.csv\""));
+}
+
+TEST(Measure, CsvAndJsonAgree) {
+    const TemporaryDirectory directory;
+    const json run = Measured(kPair + " --processed2 " + kOriginal + " -m psnr:Y -m msad:R --csv " +
+                              directory.Path("new"));
+    const std::string path = run["outputs"]["csv"];
+    EXPECT_EQ(directory.Path("new/psnr_yyuv_msad_rrgb_yard_yard_x264.csv"), path);
+    std::istringstream csv(ReadWhole(path));
+    std::string line;
+    for (int i = 0; i < 4; ++i) std::getline(csv, line);
+    std::size_t frame = 0;
+    for (; std::getline(csv, line); ++frame) {
+        std::istringstream cells(line);
+        std::string cell;
+        for (const json& result : run["results"]) {
+            std::getline(cells, cell, ',');
+            char expected[32];
+            std::snprintf(expected, sizeof expected, "%5.5f", result["values"][frame].get<double>());
+            EXPECT_EQ(std::string(expected), cell.substr(0, cell.find('\r')));
+        }
+    }
+    EXPECT_EQ(6u, frame);
+    EXPECT_EQ(4u, run["results"].size()) << "two metrics, two pairs";
+    EXPECT_EQ(100, run["results"][2]["average"]) << "the original against itself";
+}
+
+TEST(Measure, ThreadsDoNotChangeABit) {
+    const std::string run = kPair + " -m psnr:Y -m psnr:L -m psnr:R -m apsnr:B -m mse:V -m delta:U -m msad:G";
+    const json one = Measured(run + " --threads 1")["results"];
+    for (const char* threads : {"2", "8"})
+        EXPECT_EQ(one, Measured(run + " --threads " + threads)["results"]) << threads;
+    for (const json& result : one) {
+        const std::string id = result["id"];
+        const std::string component = result["component"].get<std::string>().substr(0, 1);
+        EXPECT_EQ(result, Measured(kPair + " -m " + id + ":" + component)["results"][0]) << id;
+    }
+}
+
+TEST(Measure, ASignalStopsAtTheEndOfAFrame) {
+    const TemporaryDirectory directory;
+    // A sparse file of zeros: far more frames than the test waits for.
+    const std::string clip = directory.Write("long.yuv", "");
+    std::filesystem::resize_file(clip, 352ULL * 288 * 3 / 2 * 4'000'000);
+    const std::string arguments = "--size 352x288 --original " + clip + " --processed " + clip + " --csv " +
+                                  directory.Path("") + " --json " + directory.Path("r.json");
+    // The signal comes once the frame loop is running; the log tells.
+    const ProgramRun run = RunProgram("--log " + directory.Path("log") + " " + arguments +
+                                      " & measuring=$!; until tr -d '\\0' <" + directory.Path("log") +
+                                      " | grep -q Loaded; do sleep 0.1; done; sleep 0.3; " +
+                                      "kill -INT $measuring; wait $measuring");
+    EXPECT_EQ(1, run.status) << run.errors;
+    const json results = json::parse(ReadWhole(directory.Path("r.json")))["results"];
+    const std::size_t frames = results[0]["values"].size();
+    EXPECT_GT(frames, 0u);
+    EXPECT_LT(frames, 4'000'000u);
+    EXPECT_EQ(100, results[0]["average"]) << "over the frames done";
+    const std::string csv = ReadWhole(directory.Path("psnr_yyuv_long.csv"));
+    EXPECT_EQ(frames + 4, static_cast<std::size_t>(std::count(csv.begin(), csv.end(), '\n')));
+}
+
+}  // namespace

@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/cli/program.h"
+
+// A wrong option ends with 64 and exactly one line, which names the option.
+TEST(Options, WrongOnesAreNamed) {
+    const struct {
+        const char* arguments;
+        const char* named;
+    } kCases[] = {
+        {"--foo", "--foo"},
+        {"", "--original"},
+        {"--original", "--original"},
+        {"--original ''", "--original"},
+        {"--original a.y4m", "--processed"},
+        {"--original a.yuv --processed b.yuv", "--size"},
+        {"--original a.yuv --processed b.yuv --size 0x16", "--size"},
+        {"--original a.yuv --processed b.yuv --size 16x", "--size"},
+        {"--original a.yuv --processed b.yuv --size 99999999999x16", "--size"},
+        {"--original a.yuv --processed b.yuv --size 65536x65536", "--size"},
+        {"--original a.yuv --processed b.yuv --size 16x16 --layout 420", "--layout"},
+        {"--original a.rgb --processed b.yuv --size 16x16", "--layout"},
+        {"--original a.yuv --processed b.y4m --processed-layout YUV --original-size 16x16", "--size"},
+        {"--original a.y4m --mask-size 4x4 --processed b.y4m", "--mask-size"},
+        {"--original a.y4m --processed b.y4m --black-mask", "--black-mask"},
+        {"--original a.y4m --processed b.y4m -m nothing", "--metric"},
+        {"--original a.y4m --processed b.y4m -m psnr:X", "--metric"},
+        {"--original a.y4m --processed b.y4m -m psnr=x", "--metric"},
+        {"--original a.y4m --processed b.y4m -m :Y", "--metric"},
+        {"--original a.y4m --processed b.y4m --matrix rec709", "--matrix"},
+        {"--original a.y4m --processed b.y4m --threads 0", "--threads"},
+        {"--original a.y4m --processed b.y4m --csv-naming custom", "--csv-name"},
+        {"--original a.y4m --processed b.y4m --progress sometimes", "--progress"},
+        {"--original a.y4m --processed b.y4m --json", "--json"},
+        {"--original a.y4m --processed b.y4m surplus", "surplus"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.arguments);
+        const ProgramRun run = RunProgram(c.arguments);
+        EXPECT_EQ(64, run.status);
+        EXPECT_EQ("", run.output);
+        EXPECT_EQ(1, std::count(run.errors.begin(), run.errors.end(), '\n')) << run.errors;
+        EXPECT_NE(run.errors.npos, run.errors.find(c.named)) << run.errors;
+    }
+}
+
+TEST(Options, HelpVersionAndList) {
+    EXPECT_EQ("Tolvane 3.0.0.0\n", RunProgram("--version").output);
+    const ProgramRun help = RunProgram("--help");
+    EXPECT_EQ(0, help.status);
+    for (const char* option : {"--original", "--metric", "--matrix", "--json", "--csv", "--quiet"}) {
+        EXPECT_NE(help.output.npos, help.output.find(option)) << option;
+    }
+    const ProgramRun list = RunProgram("--list-metrics");
+    EXPECT_EQ(0, list.status);
+    EXPECT_EQ("  0  psnr              PSNR                              YUVRGBL   2  dB\n",
+              list.output.substr(0, list.output.find('\n') + 1));
+}
