@@ -1,10 +1,15 @@
 #include "catalogue/metric_list.h"
 
+#include "metrics/blocking.h"
+#include "metrics/blurring.h"
 #include "metrics/delta.h"
 #include "metrics/msad.h"
 #include "metrics/mse.h"
+#include "metrics/msssim_fast.h"
 #include "metrics/psnr.h"
 #include "metrics/psnr_variants.h"
+#include "metrics/ssim_fast.h"
+#include "metrics/vqm.h"
 #include "platform/program_directory.h"
 
 namespace Metric {
@@ -25,6 +30,11 @@ constexpr struct {
     {6, Make<CPsnr256Metric>},   // psnr_256
     {7, Make<CApsnrMetric>},     // apsnr
     {8, Make<CApsnr256Metric>},  // apsnr_256
+    {9, Make<CSSIMMetric>},      // ssim_fast
+    {14, Make<CMSSSIMMetric>},   // msssim_fast
+    {18, Make<CVQMMetric>},      // vqm
+    {0, Make<CBlockingMetric>},  // blocking_metric
+    {1, Make<CBlurringMetric>},  // blurring_metric
     {2, Make<CDeltaMetric>},     // delta
     {3, Make<CMSADMetric>},      // msad
     {4, Make<CMSEMetric>},       // mse

@@ -10,6 +10,8 @@ namespace {
 const std::vector<int> kAll = {ComponentY, ComponentU, ComponentV, ComponentR,
                                ComponentG, ComponentB, ComponentL};
 
+const std::vector<int> kY = {ComponentY};
+
 /// What users of the list see and settings store.
 const struct {
     int kind;
@@ -24,6 +26,11 @@ const struct {
     {6, L"psnr_256", L"PSNR (256)", kAll, 2, 2, true, L"dB"},
     {7, L"apsnr", L"APSNR", kAll, 2, 2, true, L"dB"},
     {8, L"apsnr_256", L"APSNR (256)", kAll, 2, 2, true, L"dB"},
+    {9, L"ssim_fast", L"SSIM (fast)", kY, 2, 2, true, L""},
+    {14, L"msssim_fast", L"MSSSIM", kY, 2, 2, true, L""},
+    {18, L"vqm", L"VQM", kY, 2, 2, false, L""},
+    {0, L"blocking_metric", L"Lumetry Blocking (MPEG-4) BETA", kY, 1, 1, false, L""},
+    {1, L"blurring_metric", L"Lumetry Blurring BETA", {ComponentY, ComponentU, ComponentV}, 1, 2, true, L""},
     {2, L"delta", L"Delta", kAll, 2, 2, false, L""},
     {3, L"msad", L"MSAD", kAll, 2, 2, false, L""},
     {4, L"mse", L"MSE", kAll, 2, 2, false, L""},
