@@ -2,12 +2,12 @@
 
 #include "platform/text.h"
 
-ConsoleLog::ConsoleLog(Terminal& lineTerminal, bool isQuiet, const std::wstring& path,
-                       std::vector<std::wstring>& logLines)
-    : terminal(lineTerminal), quiet(isQuiet), lines(logLines), file(path), hasFile(!path.empty()) {}
+ConsoleLog::ConsoleLog(Terminal& lineTerminal, bool isQuiet, const std::wstring& path, Record& logRecord)
+    : terminal(lineTerminal), quiet(isQuiet), record(logRecord), file(path), hasFile(!path.empty()) {}
 
 bool ConsoleLog::Log(const std::wstring& message) {
-    lines.push_back(message);
+    record.lines.push_back(message);
     if (!quiet) terminal.Line(ToUtf8(TimedLine(message)));
-    return !hasFile || file.Log(message);
+    if (hasFile && !file.Log(message)) record.fileComplete = false;
+    return record.fileComplete;
 }

@@ -12,15 +12,15 @@ bool HasValues(const CResultsStore& store) {
 /// Every selected metric and every input file stands in a record.
 bool HasEverythingAsked(const CResultsStore& store, const MeasurementJob& job) {
     MetricSelection metrics;
-    std::vector<std::wstring> files;
+    std::vector<FileRecord> files;
     for (const int id : store.GetResultIds()) {
         ResultRecord record;
         store.GetResultRecord(id, record);
         metrics.insert({record.metricIndex, record.component, {}});
-        for (const FileRecord& file : record.files) files.push_back(file.name);
+        files.insert(files.end(), record.files.begin(), record.files.end());
     }
     const auto isInResults = [&files](const FileRecord& file) {
-        return std::find(files.begin(), files.end(), file.name) != files.end();
+        return std::find(files.begin(), files.end(), file) != files.end();
     };
     return metrics.size() == job.selection.size() &&
            std::all_of(job.run.inputFiles.begin(), job.run.inputFiles.end(), isInResults);

@@ -4,9 +4,7 @@
 
 #include <utility>
 
-#include "cli/console_log.h"
 #include "cli/progress_bar.h"
-#include "cli/stop_signals.h"
 #include "cli/terminal.h"
 #include "engine/run/measurement_worker.h"
 
@@ -27,7 +25,7 @@ public:
     }
     /// The log file is the one that the options name, if any.
     std::unique_ptr<ILog> CreateLog(const std::wstring&) override {
-        return std::make_unique<ConsoleLog>(terminal, options.quiet, options.log, run.logLines);
+        return std::make_unique<ConsoleLog>(terminal, options.quiet, options.log, run.log);
     }
 
     void SetRunActive(bool) override {}
@@ -45,8 +43,6 @@ private:
 }  // namespace
 
 HeadlessRun RunHeadless(const Options& options, MeasurementJob& job) {
-    job.run.interruption = std::make_unique<InterruptionToken>();
-    const StopSignals signals(*job.run.interruption);
     HeadlessSession session(options);
     MeasurementWorker(job, session, session);
     return session.TakeRun();

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <memory>
-#include <string>
-#include <vector>
 
+#include "cli/console_log.h"
 #include "cli/options.h"
 #include "engine/model/finish_record.h"
 #include "engine/model/measurement_job.h"
@@ -11,9 +10,8 @@
 /// What a run of the headless program leaves.
 struct HeadlessRun {
     std::unique_ptr<FinishRecord> finish;
-    std::vector<std::wstring> logLines;  ///< without the time
+    ConsoleLog::Record log;
 };
 
-/// Runs the job on this thread, with the log and the progress bar that the options ask for. SIGINT and SIGTERM stop it at
-/// the end of a frame.
+/// Runs the job on this thread, with the log and the progress bar that the options ask for.
 HeadlessRun RunHeadless(const Options& options, MeasurementJob& job);

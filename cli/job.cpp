@@ -42,6 +42,18 @@ int RawLayout(const Options& options, FileRole role) {
                      " takes a layout's name, such as P010");
 }
 
+/// A size or layout for raw files that no file takes would go unnoticed.
+void CheckRawOptionsAreUsed(const Options& options) {
+    if (!options.size && !options.layout) return;
+    for (const FileOptions& file : options.files) {
+        if (!file.path.empty() && IsRaw(file)) return;
+    }
+    throw UsageError(
+        std::string(options.size ? "--size" : "--layout") +
+        " takes effect on raw files, named .yuv, .yuv10, .rgb or with a 6 at the end; there is none, and "
+        "--original-size and the like make any file raw");
+}
+
 FileRecord RecordOf(const Options& options, FileRole role) {
     const FileOptions& file = options.files[role];
     FileRecord record;
@@ -137,6 +149,7 @@ void FillJob(const Options& options, MeasurementJob& job) {
     const CMetricList& metrics = Metric::GetMetricList();
     SelectMetrics(options, metrics, job);
     CheckInputs(options, metrics, job.selection);
+    CheckRawOptionsAreUsed(options);
 
     for (const FileRole role : {RoleOriginal, RoleProcessed, RoleProcessed2}) {
         job.fileSlots[role] = RecordOf(options, role);

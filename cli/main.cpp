@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <memory>
 #include <string>
 
 #include <omp.h>
@@ -10,6 +12,7 @@
 #include "cli/job.h"
 #include "cli/options.h"
 #include "cli/report.h"
+#include "cli/stop_signals.h"
 #include "platform/file.h"
 #include "platform/text.h"
 
@@ -20,7 +23,10 @@ bool Print(const std::string& text) {
     return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
 }
 
-void Complain(const std::string& text) {
+/// Exactly one line, whatever the names in `text` hold.
+void Complain(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
     std::fprintf(stderr, "tolvane-measure: %s\n", text.c_str());
 }
 
@@ -37,19 +43,25 @@ int ListMetrics(const Options& options) {
                                                                                    : ExitPartial;
 }
 
+/// Whether everything that was to be saved is saved; says what isn't.
+bool DeliverResults(const Options& options, const HeadlessRun& run, const MeasurementJob& job) {
+    const RunReport report = {*run.finish, job.run.width, job.run.height, job.run.length, run.log.lines};
+    if (!run.log.fileComplete) Complain("can't write the log to \"" + ToUtf8(options.log) + "\"");
+    const bool hasJson = !options.json || Deliver(*options.json, JsonReport(report));
+    const bool hasText = options.json == L"-" || Deliver(L"-", TextReport(report));
+    return run.log.fileComplete && hasJson && hasText;
+}
+
 int Measure(const Options& options) {
     MeasurementJob job;
     FillJob(options, job);
     if (options.threads > 0) omp_set_num_threads(options.threads);
 
+    job.run.interruption = std::make_unique<InterruptionToken>();
+    const StopSignals signals(*job.run.interruption);  // until the results are delivered
     const HeadlessRun run = RunHeadless(options, job);
-    const RunReport report = {*run.finish, job.run.width, job.run.height, job.run.length, run.logLines};
-    ExitStatus status = StatusOf(*run.finish, job);
-    if (options.json && !Deliver(*options.json, JsonReport(report)) && status == ExitComplete)
-        status = ExitPartial;
-    if (options.json != L"-" && !Deliver(L"-", TextReport(report)) && status == ExitComplete)
-        status = ExitPartial;
-    return status;
+    const ExitStatus status = StatusOf(*run.finish, job);
+    return DeliverResults(options, run, job) || status != ExitComplete ? status : ExitPartial;
 }
 
 int Run(int argc, const char* const* argv) {
@@ -61,8 +73,8 @@ int Run(int argc, const char* const* argv) {
     } catch (const UsageError& error) {
         Complain(error.what());
         return ExitUsage;
-    } catch (const std::bad_alloc&) {
-        Complain("not enough memory");
+    } catch (const std::exception& error) {  // out of memory, for one
+        Complain(error.what());
         return ExitNothing;
     }
 }

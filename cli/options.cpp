@@ -80,6 +80,8 @@ public:
         : options(target), app("Measures objective video quality.", "tolvane-measure") {
         app.set_version_flag("--version", std::string("Tolvane ") + ProgramVersion());
         app.set_help_flag("--help", "Print this help");
+        app.allow_extras();
+        app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
         AddInputs();
         AddMeasurement();
         AddOutputs();
@@ -96,8 +98,12 @@ public:
             message = app.version() + "\n";
             return false;
         } catch (const CLI::ParseError& error) {
-            throw UsageError(OneLine(error.what()));
+            throw UsageError(error.what());
         }
+        if (const auto surplus = app.remaining(); !surplus.empty()) {
+            throw UsageError("\"" + surplus.front() + "\" is no option; --help lists them");
+        }
+        CheckGivenOnce();
         Check();
         return true;
     }
@@ -140,6 +146,7 @@ private:
             ->type_name("ID[:COMPONENT][=SETTINGS]")
             ->description("Metric to measure, may be repeated (default psnr:Y)")
             ->allow_extra_args(false)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
             ->group("Measurement");
         app.add_flag("--list-metrics", options.listMetrics, "Print the list of metrics")
             ->group("Measurement");
@@ -225,6 +232,10 @@ private:
         if (options.csv.naming == 2 && raw.csvName.empty()) {
             throw UsageError("--csv-name is missing: custom naming takes a file name");
         }
+        if (raw.csvName.find_first_of("/\\") != std::string::npos || raw.csvName == "." ||
+            raw.csvName == "..") {
+            throw Wrong("--csv-name", raw.csvName, "takes a file name without directories");
+        }
         if (app.count("--json") > 0) {
             options.json = FromUtf8(raw.json);
             if (raw.json.empty() && !options.listMetrics)
@@ -233,11 +244,14 @@ private:
         options.log = FromUtf8(raw.log);
     }
 
-    static std::string OneLine(std::string text) {
-        for (char& c : text) {
-            if (c == '\n' || c == '\r') c = ' ';
+    /// The parser would take the last value of a repeated option without a word.
+    void CheckGivenOnce() const {
+        for (const CLI::Option* option : app.get_options()) {
+            if (option->count() > 1 && option->get_type_size() > 0 && option->get_name() != "--metric") {
+                throw UsageError(option->get_name() + " takes one " + option->get_type_name() +
+                                 " and may be given once");
+            }
         }
-        return text;
     }
 
     static constexpr std::array<const char*, RoleCount> kFileHelp = {

@@ -39,12 +39,13 @@ ProgressBar::ProgressBar(Terminal& barTerminal, bool isQuiet) : terminal(barTerm
 
 void ProgressBar::Start(const MetricSelection& selection, const std::vector<std::wstring>& names) {
     if (!quiet) terminal.Line(ToUtf8(MeasuringLine(selection, names)));
-    start = drawn = Clock::now();
+    start = Clock::now();
+    drawn = {};
 }
 
 void ProgressBar::SetPosition(int frame) {
     const Clock::time_point now = Clock::now();
-    if (now - drawn < kRedrawInterval) return;
+    if (now - drawn < kRedrawInterval && frame + 1 < length) return;
     drawn = now;
     terminal.ShowBar(ProgressText(frame + 1, length, std::chrono::duration<double>(now - start).count()));
 }

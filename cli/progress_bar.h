@@ -7,7 +7,7 @@
 #include "engine/model/progress.h"
 
 /// The line under the log: a bar with percent, frames a second and the time left, as of the frame just measured. Drawn
-/// ten times a second at most.
+/// ten times a second at most, and after the last frame.
 class ProgressBar : public IProgress {
 public:
     /// The terminal outlives the bar. `quiet` leaves out the line that announces the run.

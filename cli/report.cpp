@@ -26,6 +26,12 @@ Json Number(double value) {
     return std::strtod(NineDigits(value).c_str(), nullptr);
 }
 
+/// Without a frame a metric's answer for the sequence says nothing.
+bool HasAverage(const CResultsStore& store, int id, float& average) {
+    int firstFrame = 0;
+    return store.GetAverage(id, average) && store.GetFirstFrame(id, firstFrame);
+}
+
 Json Optional(const std::wstring& path) {
     return path.empty() ? Json(nullptr) : Json(ToUtf8(path));
 }
@@ -42,7 +48,7 @@ Json ResultJson(const CResultsStore& store, int id) {
     ResultRecord record;
     store.GetResultRecord(id, record);
     float average = 0;
-    const bool hasAverage = store.GetAverage(id, average);
+    const bool hasAverage = HasAverage(store, id, average);
     const std::vector<FrameValue> series = store.GetSeries(id);
 
     Json files = Json::array();
@@ -87,7 +93,7 @@ std::string TextReport(const RunReport& report) {
         ResultRecord record;
         store.GetResultRecord(id, record);
         float average = 0;
-        const bool hasAverage = store.GetAverage(id, average);
+        const bool hasAverage = HasAverage(store, id, average);
         const std::wstring unit = metrics.GetUnit(record.metricIndex);
 
         text += ToUtf8(metrics.GetName(record.metricIndex));
@@ -117,7 +123,10 @@ std::string JsonReport(const RunReport& report) {
           {{"measurement", finish.outcome->measurement}, {"visualization", finish.outcome->visualization}}},
          {"results", results},
          {"bad_frames", BadFramesJson(finish)},
-         {"outputs", {{"csv", Optional(finish.csvPath)}}},
+         {"outputs",
+          {{"csv", Optional(finish.csvPath)},
+           {"visualization", Json::array()},
+           {"bad_frames", Json::array()}}},
          {"log", log}});
 }
 

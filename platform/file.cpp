@@ -31,11 +31,16 @@ bool WriteAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-/// Permission bits that a file gets from `open` here: mkostemp alone would give it to its owner only.
-mode_t DefaultMode() {
-    const mode_t mask = umask(0);
-    umask(mask);
-    return kNewFileMode & ~mask;
+/// A new file beside `target` under a name that nobody has; its descriptor, or -1.
+int OpenTemporary(const std::string& target, std::string& name) {
+    constexpr int kTries = 100;
+    const std::string directory = target.substr(0, target.rfind('/') + 1);
+    for (int i = 0; i < kTries; ++i) {
+        name = directory + ".tolvane-" + std::to_string(getpid()) + "-" + std::to_string(i);
+        const int descriptor = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+        if (descriptor >= 0 || errno != EEXIST) return descriptor;
+    }
+    return -1;
 }
 
 bool WriteInPlace(const std::string& path, std::string_view bytes) {
@@ -105,13 +110,13 @@ bool ReplaceFile(const std::wstring& path, std::string_view bytes) {
         std::free(resolved);
     }
 
-    std::string temporary = target + ".XXXXXX";
-    int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
+    std::string temporary;
+    const int descriptor = OpenTemporary(target, temporary);
     if (descriptor < 0) return false;
-    const bool modeSet = fchmod(descriptor, exists ? status.st_mode & 07777 : DefaultMode()) == 0;
+    const bool modeKept = !exists || fchmod(descriptor, status.st_mode & 07777) == 0;
     const bool written = WriteAll(descriptor, bytes) && fsync(descriptor) == 0;
     const bool closed = close(descriptor) == 0;
-    if (modeSet && written && closed && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
+    if (modeKept && written && closed && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
     unlink(temporary.c_str());
     return false;
 }

@@ -10,11 +10,12 @@
 
 namespace {
 
+/// Empty for a user without a home.
 std::string UserDataDirectory() {
     const char* dataHome = std::getenv("XDG_DATA_HOME");
     if (dataHome != nullptr && dataHome[0] == '/') return std::string(dataHome) + "/tolvane/";
     const char* home = std::getenv("HOME");
-    return std::string(home != nullptr ? home : "") + "/.local/share/tolvane/";
+    return home != nullptr && home[0] == '/' ? std::string(home) + "/.local/share/tolvane/" : std::string();
 }
 
 }  // namespace
@@ -29,7 +30,5 @@ std::wstring WritableProgramDirectory() {
     const std::wstring own = ProgramDirectory();
     if (!own.empty() && access(ToUtf8(own).c_str(), W_OK) == 0) return own;
     const std::string user = UserDataDirectory();
-    std::error_code ignored;  // a directory that can't be made shows when a file in it doesn't open
-    std::filesystem::create_directories(user, ignored);
-    return FromUtf8(user);
+    return user.empty() ? own : FromUtf8(user);
 }

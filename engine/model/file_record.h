@@ -22,4 +22,6 @@ struct FileRecord {
     /// one of `width` and `height` above 0 doesn't open. `preferPlanar` asks a source that can choose for
     /// planar YUV.
     std::unique_ptr<rkIVideoSource> OpenSource(bool preferPlanar) const;
+
+    friend bool operator==(const FileRecord&, const FileRecord&) = default;
 };

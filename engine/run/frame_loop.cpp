@@ -51,14 +51,14 @@ private:
     }
 
     void FindMask() {
-        mask = FindFile(kMaskFile);
-        if (mask == nullptr || mask->failed ||
-            !FindMaskPixel(*mask->frameImage, run.blackMask, maskX, maskY)) {
-            mask = nullptr;
+        activeMask = FindFile(kMaskFile);
+        if (activeMask == nullptr || activeMask->failed ||
+            !FindMaskPixel(*activeMask->frameImage, run.blackMask, maskX, maskY)) {
+            activeMask = nullptr;
             return;
         }
-        for (auto& [component, target] : mask->components)
-            if (!target.failed) target.failed = !Convert({kMaskFile, mask, component, &target});
+        for (auto& [component, target] : activeMask->components)
+            if (!target.failed) target.failed = !Convert({kMaskFile, activeMask, component, &target});
     }
 
     void ConvertFrames() {
@@ -67,9 +67,9 @@ private:
             const Conversion& conversion = conversions[static_cast<std::size_t>(i)];
             if (conversion.file->failed) return;
             Convert(conversion);
-            if (mask == nullptr) return;
-            const auto found = mask->components.find(conversion.component);
-            if (found == mask->components.end() || found->second.failed) return;
+            if (activeMask == nullptr) return;
+            const auto found = activeMask->components.find(conversion.component);
+            if (found == activeMask->components.end() || found->second.failed) return;
             ApplyMask(*conversion.target->image, *found->second.image, maskX, maskY);
         });
     }
@@ -151,7 +151,7 @@ private:
     std::vector<Conversion> conversions;  // what a frame needs: every component of every file but the mask
 
     // Of the current frame: the mask file if it has a marked pixel, and where its first one is.
-    OpenedFile* mask = nullptr;
+    OpenedFile* activeMask = nullptr;
     int maskX = 0;
     int maskY = 0;
 };
@@ -177,7 +177,7 @@ void RunFrameLoop(RunState& state, const RunParameters& run, CResultsStore& stor
             break;
         }
     } catch (...) {
-        LogLine(run, CaughtFailure());
+        LogFailure(run);
         outcome.measurement = frame > 0 ? CompletionPartial : CompletionNothing;
     }
 }

@@ -1,5 +1,6 @@
 #include "engine/run/measurement_worker.h"
 
+#include <new>
 #include <utility>
 
 #include "engine/run/run_log.h"
@@ -27,22 +28,19 @@ std::wstring SaveCsv(const MeasurementJob& job, const CResultsStore& store,
                      const Metric::CMetricList& metrics) {
     LogLine(job.run, L"Saving CSV to " + Quoted(job.csv.outputDir));
     CsvWriter writer(job.csv, metrics);
-    const bool isSaved = writer.Save(store);
+    bool isSaved = false;
+    try {
+        isSaved = writer.Save(store);
+    } catch (const std::bad_alloc&) {  // the text of a long run
+    }
     LogLine(job.run, (isSaved ? L"CSV saved to " : L"Failed to save CSV to ") + Quoted(writer.GetPath()));
     return isSaved ? writer.GetPath() : std::wstring();
 }
 
-}  // namespace
-
-void MeasurementWorker(MeasurementJob& job, IRunVoices& voices, IRunObserver& observer,
-                       const Metric::CMetricList& metrics) {
-    observer.SetRunActive(true);
-    RunParameters& run = job.run;
-    auto finish = std::make_unique<FinishRecord>();
-    finish->results = std::make_unique<CResultsStore>();
-    finish->outcome = std::make_unique<RunOutcome>();
-
+void MeasureAndSave(MeasurementJob& job, IRunVoices& voices, IRunObserver& observer,
+                    const Metric::CMetricList& metrics, FinishRecord& finish) {
     // 1. The run's own copies and voices.
+    RunParameters& run = job.run;
     run.visualization = job.visualization;
     run.visualization.caption = job.caption;
     run.progress = voices.CreateProgress();
@@ -50,18 +48,34 @@ void MeasurementWorker(MeasurementJob& job, IRunVoices& voices, IRunObserver& ob
     job.selection = ConfiguredSelection(job);
 
     // 2. The measurement.
-    finish->runResult = RunMeasurement(run, *finish->results, job.selection, finish->outcome.get(), metrics);
-    finish->yuvTable = run.yuvTable;
+    finish.runResult = RunMeasurement(run, *finish.results, job.selection, finish.outcome.get(), metrics);
+    finish.yuvTable = run.yuvTable;
     observer.WithdrawStop();
 
     // 3. What is kept of it, also of a part.
     const bool hasResults =
-        finish->outcome->measurement != CompletionNothing && finish->results->GetResultCount() > 0;
-    if (job.csv.save && hasResults) finish->csvPath = SaveCsv(job, *finish->results, metrics);
+        finish.outcome->measurement != CompletionNothing && finish.results->GetResultCount() > 0;
+    if (job.csv.save && hasResults) finish.csvPath = SaveCsv(job, *finish.results, metrics);
+}
 
-    // 4. The end: nothing is said after it.
-    run.progress.reset();
-    run.log.reset();
+}  // namespace
+
+void MeasurementWorker(MeasurementJob& job, IRunVoices& voices, IRunObserver& observer,
+                       const Metric::CMetricList& metrics) {
+    observer.SetRunActive(true);
+    auto finish = std::make_unique<FinishRecord>();
+    finish->results = std::make_unique<CResultsStore>();
+    finish->outcome = std::make_unique<RunOutcome>();
+    try {
+        MeasureAndSave(job, voices, observer, metrics, *finish);
+    } catch (...) {  // what was measured until then is in the record
+        LogFailure(job.run);
+        if (finish->outcome->measurement == CompletionAll) finish->outcome->measurement = CompletionPartial;
+    }
+
+    // Nothing is said after the end.
+    job.run.progress.reset();
+    job.run.log.reset();
     observer.SetRunActive(false);
     observer.RunFinished(std::move(finish));
 }

@@ -9,6 +9,19 @@ namespace {
 
 constexpr const wchar_t* kOutOfMemory = L"Not enough memory for the measurement.";
 
+/// What to say of the exception that is being handled.
+std::wstring CaughtFailure() {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        return kOutOfMemory;
+    } catch (const std::length_error&) {  // a picture too big to be addressed
+        return kOutOfMemory;
+    } catch (...) {
+        return L"The measurement failed because of an internal error.";
+    }
+}
+
 }  // namespace
 
 void LogLine(const RunParameters& run, const std::wstring& line) {
@@ -23,14 +36,9 @@ const FileRecord& RecordOf(const RunParameters& run, int file) {
     return file == kMaskFile ? run.maskFile : run.inputFiles[static_cast<std::size_t>(file)];
 }
 
-std::wstring CaughtFailure() {
+void LogFailure(const RunParameters& run) noexcept {
     try {
-        throw;
-    } catch (const std::bad_alloc&) {
-        return kOutOfMemory;
-    } catch (const std::length_error&) {  // a picture too big to be addressed
-        return kOutOfMemory;
-    } catch (...) {
-        return L"The measurement failed because of an internal error.";
+        LogLine(run, CaughtFailure());
+    } catch (...) {  // no memory for the line either: the outcome tells
     }
 }

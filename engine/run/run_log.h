@@ -13,5 +13,5 @@ std::wstring Quoted(const std::wstring& text);
 /// The record of an opened file by its index.
 const FileRecord& RecordOf(const RunParameters& run, int file);
 
-/// What to say of the exception that is being handled.
-std::wstring CaughtFailure();
+/// Tells the run's log of the exception that is being handled.
+void LogFailure(const RunParameters& run) noexcept;

@@ -103,7 +103,9 @@ bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelect
     try {
         if (!PrepareRun(state, run, store, selection, result, metrics)) return false;
     } catch (...) {
-        return StopWithNothing(run, CaughtFailure(), result);
+        LogFailure(run);
+        result = {CompletionNothing, CompletionNothing};
+        return false;
     }
 
     RunFrameLoop(state, run, store, result);
@@ -114,7 +116,7 @@ bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelect
         StoreAverages(state.oneFileSchedule, run.visualization.save, store);
         StoreAverages(state.twoFileSchedule, run.visualization.save, store);
     } catch (...) {
-        LogLine(run, CaughtFailure());
+        LogFailure(run);
         if (result.measurement == CompletionAll) result.measurement = CompletionPartial;
     }
     LogLine(run, L"Done!");

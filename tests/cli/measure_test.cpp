@@ -109,8 +109,8 @@ TEST(Measure, BadInputsEndWithTheirMessageAndStatus) {
         SCOPED_TRACE(c.what);
         const bool raw = c.original.ends_with("yuv");
         const std::string processed = raw && c.original != good ? good : kProcessed;
-        const ProgramRun run =
-            RunProgram("--size 16x16 --original " + c.original + " --processed " + processed + " --json -");
+        const ProgramRun run = RunProgram(std::string(raw ? "--size 16x16" : "") + " --original " +
+                                          c.original + " --processed " + processed + " --json -");
         EXPECT_EQ(c.status, run.status) << run.errors;
         EXPECT_NE(run.errors.npos, run.errors.find(c.message)) << run.errors;
         EXPECT_TRUE(json::accept(run.output));
@@ -118,6 +118,21 @@ TEST(Measure, BadInputsEndWithTheirMessageAndStatus) {
     if (geteuid() != 0) {  // root reads everything
         EXPECT_EQ(2, RunProgram("--size 16x16 --original " + unreadable + " --processed " + good).status);
     }
+}
+
+TEST(Measure, AnInputThatIsLeftOutShowsInTheStatus) {
+    const TemporaryDirectory directory;
+    const std::string clip = directory.Write("a.yuv", GreyFrames(4, 384));
+    const std::string three =
+        "--size 16x16 --original " + clip + " --processed " + clip + " --processed2 " + clip;
+    EXPECT_EQ(0, RunProgram(three).status);
+    EXPECT_EQ(1, RunProgram(three + " --processed2-size 8x8").status)
+        << "one file in two roles, of two sizes";
+    EXPECT_EQ(1, RunProgram(three + " --mask " + clip + " --mask-size 8x8").status);
+    EXPECT_EQ(0, RunProgram(three + " --mask " + clip).status);
+    const std::string empty = directory.Write("empty.yuv", "");
+    const ProgramRun none = RunProgram("--size 16x16 --original " + empty + " --processed " + empty);
+    EXPECT_EQ("PSNR YYUV empty.yuv empty.yuv none dB\n", none.output) << "no frame, no value";
 }
 
 TEST(Measure, FewerFramesThanTheSizeSuggests) {
@@ -137,6 +152,12 @@ TEST(Measure, WhatCannotBeSavedIsSaid) {
     const std::string file = directory.Write("file", "");
     EXPECT_EQ(1, RunProgram(kPair + " --json " + file + "/r.json").status);
     EXPECT_EQ(1, RunProgram(kPair + " --json /dev/full").status);
+    for (const std::string& log :
+         {directory.Path("."), directory.Path("missing/log"), std::string("/dev/full")}) {
+        const ProgramRun run = RunProgram(kPair + " -q --log " + log);
+        EXPECT_EQ(1, run.status) << log;
+        EXPECT_NE(run.errors.npos, run.errors.find("can't write the log to")) << run.errors;
+    }
     EXPECT_EQ(1, RunProgram(kPair + " --json - >/dev/full").status);
     const ProgramRun csv = RunProgram(kPair + " --csv " + file);
     EXPECT_EQ(1, csv.status);
