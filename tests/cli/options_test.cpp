@@ -36,7 +36,7 @@ TEST(Options, WrongOnesAreNamed) {
         {"--original a.y4m --processed b.y4m --progress sometimes", "--progress"},
         {"--original a.y4m --processed b.y4m --original c.y4m", "--original"},
         {"--original a.y4m --processed b.y4m --size 16x16", "--size"},
-        {"--original a.y4m --processed b --processed-size 99999x99999", "--processed-size"},
+        {"--original a.y4m --processed b.yuv --processed-size 99999x99999", "--processed-size"},
         {"--original a.y4m --processed b.y4m -m 'two\nlines'", "--metric"},
         {"--original a.y4m --processed b.y4m --json", "--json"},
         {"--original a.y4m --processed b.y4m surplus", "surplus"},
