@@ -70,8 +70,9 @@ FileRecord RecordOf(const Options& options, FileRole role) {
     record.height = size.height;
     record.yuvType = RawLayout(options, role);
     if (RawFrameBytes(record.yuvType, record.width, record.height) == 0) {
-        throw UsageError("--size takes pictures of less than 2 GiB; it got " + std::to_string(size.width) +
-                         "x" + std::to_string(size.height));
+        throw UsageError((file.size ? OptionName(role) + "-size" : "--size") +
+                         " takes pictures of less than 2 GiB; it got " + std::to_string(size.width) + "x" +
+                         std::to_string(size.height));
     }
     return record;
 }
