@@ -1,5 +1,5 @@
-/// Every kernel on a 1920x1080 plane, with 1 and 2 threads. "bytes_per_second" counts what must be read and written at
-/// least, so that it can be held against the machine's memory rate.
+/// Every kernel on a 1920x1080 plane, with 1 and 2 threads. "bytes_per_second" counts what must be read and
+/// written at least, so that it can be held against the machine's memory rate.
 
 #include "kernels/arithmetic.h"
 #include "kernels/border.h"

@@ -35,15 +35,11 @@ void SqrtRow(float* row, int width) {
 
 void BytesRow(const float* source, std::uint8_t* target, int width) {
     ForEachVector<float>(width, [=](auto d, int x) HWY_ATTR {
-        const hn::Rebind<std::int32_t, decltype(d)> ints;
         const hn::Rebind<std::uint8_t, decltype(d)> bytes;
         const auto value = hn::LoadU(d, source + x);
         const auto positive = hn::IfThenElseZero(hn::Gt(value, hn::Zero(d)), value);  // drops a NaN
         const auto limited = hn::Min(positive, hn::Set(d, 255.0f));
-        // From 2^23 on a float's unit is 1, so the addition rounds, a half to even.
-        const auto unit = hn::Set(d, 8388608.0f);
-        const auto rounded = hn::Sub(hn::Add(limited, unit), unit);
-        hn::StoreU(hn::DemoteTo(bytes, hn::ConvertTo(ints, rounded)), bytes, target + x);
+        hn::StoreU(hn::DemoteTo(bytes, hn::NearestInt(limited)), bytes, target + x);
     });
 }
 

@@ -7,7 +7,7 @@
 
 namespace Kernels {
 
-/// Fewer pixels than this a thread are done sooner than a team is woken: about 2 us of the lightest operation.
+/// Fewer pixels than this a thread are done sooner than a team is woken: 2 us of the lightest operation.
 inline constexpr std::int64_t kPixelsPerThread = 16384;
 
 /// The rows from `first` to before `end`, the share of thread `thread` of a team.
@@ -17,21 +17,21 @@ struct Band {
     int thread;
 };
 
-/// The most threads that an operation on `height` rows of `width` pixels ever uses, on any machine. At least 1.
+/// The most threads that an operation on `height` rows of `width` pixels ever uses, anywhere. At least 1.
 inline int MaxTeamSize(int width, int height) {
     const std::int64_t worthwhile = std::int64_t{width} * height / kPixelsPerThread;
     return static_cast<int>(std::clamp<std::int64_t>(worthwhile, 1, std::max(height, 1)));
 }
 
-/// The threads that it uses now: what the next parallel level may have. That is one inside a team that is already
-/// at work, unless the program allows nested teams: the cores are used once.
+/// The threads that it uses now: what the next parallel level may have. That is one inside a team that is
+/// already at work, unless the program allows nested teams: the cores are used once.
 inline int TeamSize(int width, int height) {
     if (omp_get_active_level() >= omp_get_max_active_levels()) return 1;
     return std::min(MaxTeamSize(width, height), omp_get_max_threads());
 }
 
-/// Calls use(Band) so that the bands together hold each of the `height` rows once, one band a thread of the team.
-/// `use` must not throw.
+/// Calls use(Band) so that the bands together hold each of the `height` rows once, one band a thread of the
+/// team. `use` must not throw.
 template <class UseBand>
 void ForEachBand(int width, int height, const UseBand& use) {
     if (width <= 0 || height <= 0) return;

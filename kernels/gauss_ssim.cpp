@@ -25,7 +25,8 @@ HWY_INLINE void MulLine(const float* first, const float* second, int width, floa
     });
 }
 
-/// Filters the two pictures, their squares and their product; useMoments(moments, to, count) makes a part of a map row.
+// Filters the two pictures, their squares and their product; useMoments(moments, map, count) makes a part of
+// a row of the map.
 template <class UseMoments>
 HWY_INLINE void FilterMoments(const StripFilter& filter, const Band& band, const SSIMPlanes& planes,
                               const UseMoments& useMoments) {
@@ -95,7 +96,7 @@ void GaussContrastStructure(const SSIMPlanes& planes, const GaussWindow& window,
 }
 
 std::size_t GetGaussSSIMScratchSize(int width, int height, int windowSize) {
-    return GaussScratch::Bytes(width, height, windowSize, 5);
+    return GaussScratch::Bytes(width, height, windowSize, HWY_STATIC_DISPATCH(kQuantities));
 }
 
 }  // namespace Kernels

@@ -7,8 +7,8 @@
 
 namespace Kernels {
 
-/// The filters go down the picture in strips of this many columns, so that a thread's rows stay in the level 1 cache:
-/// 64 columns were as fast, 192 slower.
+/// The filters go down the picture in strips of this many columns, so that a thread's rows stay in the level
+/// 1 cache: 64 columns were as fast, 192 slower.
 inline constexpr int kStripWidth = 128;
 
 /// What a filter in strips works on besides its planes.
@@ -22,7 +22,7 @@ struct StripFilter {
     void* memory;  // GaussScratch::Bytes
 };
 
-/// Where a thread keeps the rows of a strip while it filters `quantities` planes at once with `kernelSize` taps.
+/// Where a thread keeps the rows of a strip while it filters `quantities` planes at once.
 class GaussScratch {
 public:
     GaussScratch(const StripFilter& filter, int quantityCount, int thread)
@@ -49,8 +49,8 @@ public:
     }
     static constexpr int LineLength(int kernelSize) { return RoundedUp(kStripWidth + kernelSize - 1); }
 
-    /// Horizontally filtered rows of all quantities, one behind the other, kStripWidth pixels each. Slots 0 to
-    /// kernelSize - 1 are the ring, slot kernelSize stands for the rows outside the picture.
+    /// Horizontally filtered rows of all quantities, one behind the other, kStripWidth pixels each. Slots 0
+    /// to kernelSize - 1 are the ring, slot kernelSize stands for the rows outside the picture.
     float* RingRows(int slot) const { return Line(quantities) + slot * quantities * kStripWidth; }
 
     /// The same rows filtered both ways.

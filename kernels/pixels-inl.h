@@ -14,8 +14,8 @@ namespace Kernels::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Calls use(d, x) along a row so that every pixel from 0 to `width` is one of the Lanes(d) pixels from an x on, once:
-/// whole vectors first, then one pixel at a time. Nothing beyond the row's end is touched.
+/// Calls use(d, x) along a row so that every pixel from 0 to `width` is one of the Lanes(d) pixels from an x
+/// on, once: whole vectors first, then one pixel at a time. Nothing beyond the row's end is touched.
 template <class Value, class Use>
 HWY_INLINE void ForEachVector(int width, const Use& use) {
     const hn::ScalableTag<Value> d;

@@ -61,18 +61,20 @@ double SumPixels(const float* HWY_RESTRICT row, int width) {
 double MaxPixel(const float* HWY_RESTRICT row, int width) {
     const hn::ScalableTag<float> d;
     const int step = static_cast<int>(hn::Lanes(d));
-    auto lanes = hn::Set(d, -std::numeric_limits<float>::infinity());
+    // Not hn::Max and hn::MaxOfLanes: what those give for a NaN or an infinity depends on the target.
+    auto greatest = hn::Set(d, -std::numeric_limits<float>::infinity());
     int x = 0;
     for (; x + step <= width; x += step) {
         const auto pixels = hn::LoadU(d, row + x);
-        // Not hn::Max: what that gives for a NaN depends on the target.
-        lanes = hn::IfThenElse(hn::Gt(pixels, lanes), pixels, lanes);
+        greatest = hn::IfThenElse(hn::Gt(pixels, greatest), pixels, greatest);
     }
-    float greatest = hn::GetLane(hn::MaxOfLanes(d, lanes));
+    HWY_ALIGN float lanes[hn::MaxLanes(d)];
+    hn::Store(greatest, d, lanes);
+    float result = *std::max_element(lanes, lanes + step);
     for (; x < width; ++x) {
-        if (row[x] > greatest) greatest = row[x];
+        if (row[x] > result) result = row[x];
     }
-    return greatest;
+    return result;
 }
 
 }  // namespace

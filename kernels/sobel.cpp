@@ -17,8 +17,8 @@ HWY_BEFORE_NAMESPACE();
 namespace Kernels::HWY_NAMESPACE {
 namespace {
 
-// One target row from the source rows above, at and below it. gradient(d, above, centre, below) gets pointers to the
-// left neighbours of the pixels to make.
+// One target row from the source rows above, at and below it. gradient(d, above, centre, below) gets pointers
+// to the left neighbours of the pixels to make.
 template <class Gradient>
 HWY_INLINE void FilterRow(const float* above, const float* centre, const float* below, int width,
                           BorderKind border, float borderValue, float* target, const Gradient& gradient) {

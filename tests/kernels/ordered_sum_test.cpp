@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -74,8 +75,8 @@ TEST(OrderedSum, EveryTargetGivesTheBitsOfTheChain) {
     }
 }
 
-// A million times 1/4 to a float: from 2^22 on the additions change nothing, so the sum stands still there.
-// The rows have a gap, and are shorter than a vector, as long as one, or longer than a run.
+// 1/4 many times to a float: from 2^22 on the additions change nothing, so the sum stands still there. The
+// rows have a gap, and are shorter than a vector, as long as one, or longer than a run.
 TEST(OrderedSum, RowsOfAPlane) {
     for (const int width : {1, 3, 16, 257, 1000}) {
         SCOPED_TRACE(width);

@@ -49,16 +49,32 @@ TEST(SSIMMap, ByHand) {
 TEST(SSIMMap, SameBitsAsReference) {
     for (const auto& [width, height] : kPlaneSizes) {
         SCOPED_TRACE(testing::Message() << width << " by " << height);
-        std::vector<Plane> planes;
-        for (unsigned seed = 0; seed < 5; ++seed) planes.push_back(Picture(width, height, seed));
-        // Squares such that some denominators are above and some below 0.
-        for (std::size_t i = 2; i < 5; ++i) planes[i].ForEach([](float& pixel) { pixel *= 150; });
+        // Half of the windows are all but flat, so that the differences show the last bits of what is taken
+        // away and denominators lie on both sides of 0; the other half has variances of very different sizes.
+        // c1 is too small to be added to a product without a rounding.
+        std::vector<Plane> planes(5, Plane(width, height));
+        std::mt19937 random(2);
+        const auto mean = [&] {
+            return std::ldexp(std::uniform_real_distribution<float>(1, 2)(random),
+                              static_cast<int>(random() % 16) - 8);
+        };
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const float meanX = mean();
+                const float meanY = mean();
+                const bool flat = random() % 2 == 0;
+                const float moments[] = {meanX, meanY, meanX * meanX + (flat ? 0 : mean()),
+                                         meanY * meanY + (flat ? 0 : mean()), meanX * meanY};
+                for (std::size_t i = 0; i < 5; ++i)
+                    Row(planes[i].data(), planes[i].stride, y)[x] = moments[i];
+            }
+        }
         const SSIMMoments moments{planes[0].data(), planes[1].data(), planes[2].data(),
                                   planes[3].data(), planes[4].data(), planes[0].stride};
         const auto results = [&, w = width, h = height](auto ssim, auto contrastStructure) {
             std::pair<Plane, Plane> maps{Plane(w, h), Plane(w, h)};
-            ssim(moments, maps.first.data(), maps.first.stride, w, h, 0.1f, 0.3f);
-            contrastStructure(moments, maps.second.data(), maps.second.stride, w, h, 0.3);
+            ssim(moments, maps.first.data(), maps.first.stride, w, h, 1e-7f, 1e-3f);
+            contrastStructure(moments, maps.second.data(), maps.second.stride, w, h, 1e-3);
             return maps;
         };
         const auto expected = results(Reference::SSIMMap, Reference::ContrastStructureMap);

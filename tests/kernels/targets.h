@@ -6,8 +6,8 @@
 
 namespace Kernels {
 
-/// Calls test() once for each instruction set that was compiled and that this machine has, with the vector code bound to
-/// it. Afterwards the best one is bound again.
+/// Calls test() once for each instruction set that was compiled and that this machine has, with the vector
+/// code bound to it. Afterwards the best one is bound again.
 template <class Test>
 void ForEachTarget(const Test& test) {
     const auto bind = [](auto targets) {

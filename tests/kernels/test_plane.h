@@ -10,8 +10,8 @@
 
 namespace Kernels {
 
-/// A plane whose rows are followed by cells that belong to nobody. Two planes are equal if all their bits are, those
-/// cells included, so a comparison finds a pixel written beside the region.
+/// A plane whose rows are followed by cells that belong to nobody. Two planes are equal if all their bits
+/// are, those cells included, so a comparison finds a pixel written beside the region.
 template <class Pixel>
 class TestPlane {
 public:
@@ -46,8 +46,8 @@ public:
     }
 
     bool operator==(const TestPlane& other) const {
-        return width == other.width && height == other.height &&
-               std::memcmp(data(), other.data(), cells.size() * sizeof(Pixel)) == 0;
+        if (width != other.width || height != other.height) return false;
+        return cells.empty() || std::memcmp(data(), other.data(), cells.size() * sizeof(Pixel)) == 0;
     }
 
     const int width;
@@ -83,7 +83,8 @@ struct PlaneSize {
     int height;
 };
 
-/// Around the lengths of vectors and strips, lower than a filter's window, and two that are worth a team of 2 and of 8.
+/// Around the lengths of vectors and strips, lower than a filter's window, and two that are worth a team of 2
+/// and of 8.
 inline constexpr PlaneSize kPlaneSizes[] = {
     {1, 1},  {1, 7},  {3, 2},   {7, 5},  {8, 1},  {9, 3},   {11, 11},   {15, 2},    {16, 4},
     {17, 3}, {31, 2}, {33, 12}, {64, 3}, {65, 5}, {129, 4}, {257, 130}, {301, 450},
