@@ -9,22 +9,17 @@
 
 namespace {
 
-/// A file of two 4 by 2 frames of luma; the name says nothing of its contents.
-std::wstring RawFile(const std::string& name) {
-    const std::string path = testing::TempDir() + name;
-    std::ofstream(path, std::ios::binary) << "16 samples - two";
-    return FromUtf8(path);
-}
-
-std::wstring Y4mFile() {
-    const std::string path = testing::TempDir() + "tolvane_record_test.y4m";
-    std::ofstream(path, std::ios::binary) << "YUV4MPEG2 W4 H2 F25:1\nFRAME\n" << std::string(8 + 2 + 2, 'x');
+std::wstring File(const std::string& name, const std::string& bytes) {
+    const std::string path = testing::TempDir() + "tolvane_record_test_" + name;
+    std::ofstream(path, std::ios::binary) << bytes;
     return FromUtf8(path);
 }
 
 TEST(FileRecord, OpenSource) {
-    const std::wstring raw = RawFile("tolvane_record_test.yuv");
-    const std::wstring script = RawFile("tolvane_record_test.AVS");
+    const std::string frames(16, 'x');  // two of 4 by 2 luma
+    const std::wstring raw = File("a.yuv", frames);
+    const std::wstring script = File("a.AVS", frames);
+    const std::wstring y4m = File("a.y4m", "YUV4MPEG2 W4 H2 F25:1\nFRAME\n" + frames.substr(0, 8 + 2 + 2));
     const struct {
         const char* what;
         std::wstring path;
@@ -36,8 +31,8 @@ TEST(FileRecord, OpenSource) {
         {"only a width", raw, false, 4, 0, 0},
         {"a negative width", raw, false, -4, 2, 0},
         {"raw without a size", raw, false, 0, 0, 0},
-        {"a file that describes itself", Y4mFile(), false, 0, 0, 1},
-        {"through a generated script", Y4mFile(), true, 0, 0, 0},
+        {"a file that describes itself", y4m, false, 0, 0, 1},
+        {"through a generated script", y4m, true, 0, 0, 0},
         {"a script gets no second one around it", script, true, 4, 2, 2},
         {"no such file", raw + L".gone", false, 4, 2, 0},
     };

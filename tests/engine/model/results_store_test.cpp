@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <climits>
 
 namespace {
@@ -47,82 +48,56 @@ TEST(ResultsStore, GetValue) {
     }
 }
 
-TEST(ResultsStore, Averages) {
-    const CResultsStore store = FilledStore();
-    float value = 0;
-    EXPECT_TRUE(store.GetAverage(kPsnr, value));
-    EXPECT_EQ(49.5f, value);
-    EXPECT_FALSE(store.GetAverage(kLate, value)) << "its metric was never asked";
-    EXPECT_EQ(0, value);
-}
-
 TEST(ResultsStore, RecordsCountNotSeries) {
     CResultsStore store = FilledStore();
     store.AddValue(6, 0, 1);  // without a record
     EXPECT_EQ(4, store.GetResultCount());
     EXPECT_EQ((std::vector<int>{kPsnr, kLate, kTail, kNoSeries}), store.GetResultIds());
-
     ResultRecord record;
     EXPECT_TRUE(store.GetResultRecord(kTail, record));
     EXPECT_EQ(kTail, record.metricIndex);
     EXPECT_FALSE(store.GetResultRecord(6, record));
+
+    float value = 1;
+    EXPECT_FALSE(store.GetAverage(kLate, value)) << "its metric was never asked";
+    EXPECT_EQ(0, value);
+    EXPECT_TRUE(store.GetAverage(kPsnr, value));
+    EXPECT_EQ(49.5f, value);
 }
 
 TEST(ResultsStore, FrameValuesStandInOrderOfIds) {
     const CResultsStore store = FilledStore();
-    const auto idsAt = [&](int frame) {
-        std::vector<int> ids;
-        for (const Metric::MetricValue& value : store.GetFrameValues(frame)) ids.push_back(value.resultId);
-        return ids;
-    };
-    EXPECT_EQ((std::vector<int>{kPsnr, kLate}), idsAt(9));
-    EXPECT_EQ((std::vector<int>{kPsnr, kLate, kTail}), idsAt(10));
-    EXPECT_EQ((std::vector<int>{kPsnr}), idsAt(99));
-    EXPECT_TRUE(idsAt(100).empty());
+    for (const auto& [frame, ids] :
+         {std::pair(9, std::vector<int>{kPsnr, kLate}), {10, {kPsnr, kLate, kTail}}, {100, {}}}) {
+        std::vector<int> found;
+        for (const Metric::MetricValue& value : store.GetFrameValues(frame)) found.push_back(value.resultId);
+        EXPECT_EQ(ids, found) << frame;
+    }
 }
 
 TEST(ResultsStore, Ends) {
-    const CResultsStore store = FilledStore();
-    const CResultsStore empty;
-    int frame = -7;
-    EXPECT_FALSE(store.GetFirstFrame(kNoSeries, frame));
-    EXPECT_FALSE(empty.GetAnyLastFrame(frame));
-    EXPECT_FALSE(empty.GetFrameCount(frame));
-    EXPECT_EQ(0, frame);
-
-    const auto ends = [&](auto first, auto last, auto... id) {
-        int from = -1, to = -1;
-        EXPECT_TRUE((store.*first)(id..., from));
-        EXPECT_TRUE((store.*last)(id..., to));
-        return std::pair(from, to);
+    const auto ends = [](const CResultsStore& store) {
+        std::array<int, 6> all = {-1, -1, -1, -1, -1, -1};
+        EXPECT_EQ(store.GetAnyFirstFrame(all[0]), store.GetAnyLastFrame(all[1]));
+        EXPECT_EQ(store.GetCommonFirstFrame(all[2]), store.GetCommonLastFrame(all[3]));
+        const bool hasAny = store.GetFrameCount(all[4]);
+        const bool hasCommon = store.GetCommonFrameCount(all[5]);
+        EXPECT_EQ(std::pair(all[4] > 0, all[5] > 0), std::pair(hasAny, hasCommon));
+        return all;
     };
-    EXPECT_EQ(std::pair(10, 12), ends(&CResultsStore::GetFirstFrame, &CResultsStore::GetLastFrame, kTail));
-    EXPECT_EQ(std::pair(10, 12),
-              ends(&CResultsStore::GetCommonFirstFrame, &CResultsStore::GetCommonLastFrame));
-    EXPECT_EQ(std::pair(0, 99), ends(&CResultsStore::GetAnyFirstFrame, &CResultsStore::GetAnyLastFrame));
-}
+    CResultsStore store;
+    EXPECT_EQ((std::array{-1, -1, -1, -1, 0, 0}), ends(store));
+    store.AddValue(1, 7, 0);
+    EXPECT_EQ((std::array{7, 7, 7, 7, 1, 1}), ends(store)) << "a single frame";
+    store.AddValue(2, 3, 0);
+    EXPECT_EQ((std::array{3, 7, 7, 3, 5, 0}), ends(store)) << "no frame in common";
 
-TEST(ResultsStore, FrameCounts) {
-    constexpr struct {
-        const char* what;
-        int first, firstLength, second, secondLength;
-        int common, any;
-    } kCases[] = {
-        {"a metric that is behind", 0, 100, 0, 68, 68, 100},
-        {"a single frame", 0, 1, 0, 1, 1, 1},
-        {"no frame in common", 0, 3, 5, 2, 0, 7},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        CResultsStore store;
-        for (int i = 0; i < c.firstLength; ++i) store.AddValue(1, c.first + i, 0);
-        for (int i = 0; i < c.secondLength; ++i) store.AddValue(2, c.second + i, 0);
-        int common = -1, any = -1;
-        EXPECT_EQ(c.common > 0, store.GetCommonFrameCount(common));
-        EXPECT_EQ(c.common, common);
-        EXPECT_TRUE(store.GetFrameCount(any));
-        EXPECT_EQ(c.any, any);
-    }
+    store = FilledStore();
+    EXPECT_EQ((std::array{0, 99, 10, 12, 100, 3}), ends(store));
+    int first = -1, last = -1;
+    EXPECT_TRUE(store.GetFirstFrame(kTail, first) && store.GetLastFrame(kTail, last));
+    EXPECT_EQ(std::pair(10, 12), std::pair(first, last));
+    EXPECT_FALSE(store.GetFirstFrame(kNoSeries, first) || store.GetLastFrame(kNoSeries, last));
 }
 
 }  // namespace

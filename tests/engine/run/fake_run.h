@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -11,45 +12,37 @@
 #include <vector>
 
 #include "engine/model/measurement_job.h"
+#include "engine/model/results_store.h"
+#include "engine/model/run_outcome.h"
 #include "platform/text.h"
 #include "tests/engine/fake_metric.h"
 #include "video/color_space.h"
 
 using Lines = std::vector<std::wstring>;
+using Series = std::vector<std::vector<float>>;
 
-class RecordingLog : public ILog {
-public:
+constexpr const wchar_t* kOutOfMemory = L"Not enough memory for the measurement.";
+
+struct RecordingLog : ILog {
     explicit RecordingLog(Lines& logLines) : lines(logLines) {}
-    bool Log(const std::wstring& message) override {
-        lines.push_back(message);
-        return true;
-    }
-
-private:
+    bool Log(const std::wstring& message) override { return lines.push_back(message), true; }
     Lines& lines;
 };
 
-/// Writes its calls down, the positions apart.
-class RecordingProgress : public IProgress {
-public:
-    RecordingProgress(Lines& progressCalls, std::vector<int>& progressPositions)
-        : calls(progressCalls), positions(progressPositions) {}
+struct RecordingProgress : IProgress {
+    explicit RecordingProgress(Lines& progressCalls) : calls(progressCalls) {}
     void Start(const MetricSelection&, const std::vector<std::wstring>& names) override {
-        std::wstring call = L"start";
-        for (const std::wstring& name : names) call += L" " + name;
-        calls.push_back(call);
+        calls.push_back(L"start");
+        calls.insert(calls.end(), names.begin(), names.end());
     }
-    void SetMinimum(int value) override { calls.push_back(L"minimum " + std::to_wstring(value)); }
-    void SetMaximum(int value) override { calls.push_back(L"maximum " + std::to_wstring(value)); }
-    void SetPosition(int position) override { positions.push_back(position); }
+    void SetMinimum(int value) override { calls.push_back(L"from " + std::to_wstring(value)); }
+    void SetMaximum(int value) override { calls.push_back(L"to " + std::to_wstring(value)); }
+    void SetPosition(int value) override { calls.push_back(L"at " + std::to_wstring(value)); }
     void Finish() override { calls.push_back(L"finish"); }
-
-private:
     Lines& calls;
-    std::vector<int>& positions;
 };
 
-/// A directory of tiny raw clips, and what a run said.
+/// A directory of tiny raw clips, and what a run said and left behind.
 class RunTest : public testing::Test {
 protected:
     static constexpr int kSide = 16;
@@ -63,37 +56,55 @@ protected:
 
     std::string PathOf(const std::wstring& name) const { return directory + ToUtf8(name); }
 
-    /// A clip of luma only, `side` by `side`, whose frame n is flat with the value `first` + n. Its name in
-    /// the log is `name` alone.
+    /// A clip of luma, `side` by `side`, whose frame n is flat with the value `first` + n. It is logged as
+    /// `name`.
     FileRecord Clip(const std::wstring& name, int frames, int first, int side = kSide) const {
         std::ofstream file(PathOf(name), std::ios::binary);
         for (int n = 0; n < frames; ++n)
             file << std::string(static_cast<std::size_t>(side * side), static_cast<char>(first + n));
-        return RawRecord(name, side, side);
+        return Raw(name, side);
     }
 
-    FileRecord RawRecord(const std::wstring& name, int width, int height) const {
+    FileRecord Raw(const std::wstring& name, int side = kSide) const {
         FileRecord record;
         record.name = name;
         record.sourceName = FromUtf8(PathOf(name));
-        record.width = width;
-        record.height = height;
+        record.width = record.height = side;
         record.yuvType = Y;
         return record;
     }
 
-    /// The parameters of a run on `files` that is recorded here.
-    RunParameters Recorded(std::vector<FileRecord> files) {
+    /// The parameters of a run that is recorded here, from scratch.
+    RunParameters Recorded(std::vector<FileRecord> files, const FileRecord& mask = {}) {
+        lines.clear();
+        calls.clear();
+        store = {};
         RunParameters run;
         run.log = std::make_unique<RecordingLog>(lines);
-        run.progress = std::make_unique<RecordingProgress>(progressCalls, positions);
+        run.progress = std::make_unique<RecordingProgress>(calls);
         run.interruption = std::make_unique<InterruptionToken>();
         run.inputFiles = std::move(files);
+        run.useMask = !mask.name.empty();
+        run.maskFile = mask;
         return run;
     }
 
+    /// The values of each result in ascending order of ids, which is the order of the schedule.
+    Series Values() const {
+        Series all;
+        for (const int id : store.GetResultIds()) {
+            all.emplace_back();
+            for (const FrameValue& entry : store.GetSeries(id)) {
+                EXPECT_EQ(static_cast<int>(all.back().size()), entry.frame);
+                all.back().push_back(entry.value);
+            }
+        }
+        return all;
+    }
+
     std::string directory;
-    Lines lines;
-    Lines progressCalls;
-    std::vector<int> positions;
+    Lines lines;  // of the log
+    Lines calls;  // of the progress
+    CResultsStore store;
+    RunOutcome outcome;
 };

@@ -1,116 +1,98 @@
 #include "engine/run/frame_loop.h"
 
 #include <boost/make_shared.hpp>
+#include <stdexcept>
 
+#include "engine/run/open_input_files.h"
+#include "engine/run/parallel.h"
 #include "tests/engine/run/fake_run.h"
 
 namespace {
 
-/// Luma frames of the given sides, one after the other; frame n is flat with the value n + 1.
-class SizedSource : public rkIVideoSource {
-public:
-    explicit SizedSource(std::vector<int> frameSides) : sides(std::move(frameSides)) {}
-    int ReadNextFrameImage(rkVideoImage& image) override {
-        const int side = sides[static_cast<std::size_t>(position++)];
-        const std::vector<std::uint8_t> packed(static_cast<std::size_t>(side * side),
-                                               static_cast<std::uint8_t>(position));
-        image.Create(side, side, Y, 0);
-        image.LoadFrame(packed.data());
-        return 0;
-    }
-    int ReadFrame(std::uint8_t*, int) override { return 1; }
-    int ReadNextFrame(std::uint8_t*) override { return 1; }
-    int ReadFrameImage(rkVideoImage&, int) override { return 1; }
-    int Close() override { return 0; }
-    void GetFullDescription(wchar_t*, int) override {}
-    void GetDescription(wchar_t*, int) override {}
-    void GetErrorText(int, wchar_t*, int) override {}
-    bool IsBadFrameNumber(int) override { return false; }
-    bool IsEndOfVideo() override { return false; }
-    int GetWidth() override { return 8; }
-    int GetHeight() override { return 8; }
-    int GetColorSpace() override { return Y; }
-
-private:
-    std::vector<int> sides;
-    int position = 0;
-};
-
 struct FrameLoopTest : RunTest {
-    /// A file whose frames have these sides, 8 being the run's, converted for the component Y.
-    static OpenedFile File(std::vector<int> sides) {
-        OpenedFile file;
-        file.source = boost::make_shared<SizedSource>(std::move(sides));
-        file.frameImage = boost::make_shared<rkVideoImage>();
-        file.components[0] = {false, boost::make_shared<rkVideoImage>(), boost::make_shared<rkVideoImage>(),
-                              boost::make_shared<Metric::CMetricImage>(8, 8)};
-        return file;
+    /// Opens the files for the component Y.
+    void Open(const RunParameters& run) {
+        OpenInputFiles(state.opened, run, nullptr, state.width, state.height, state.length,
+                       state.originalOpened);
+        for (auto& [index, file] : state.opened) {
+            file.components[0] = {
+                false, boost::make_shared<rkVideoImage>(), boost::make_shared<rkVideoImage>(), {}};
+            SetImageSide(index, kSide);
+        }
+        lines.clear();
     }
 
-    static ScheduledMetric Metric(int component) {
-        FakeKind kind;
+    /// A frame doesn't convert into an image of another size than its own.
+    void SetImageSide(int file, int side) {
+        state.opened[file].components[0].image = boost::make_shared<Metric::CMetricImage>(side, side);
+    }
+
+    static ScheduledMetric Scheduled(FakeKind kind, int component = 0) {
         return {boost::make_shared<FakeMetric>(kind, Metric::MetricParameters()), component, 0};
     }
 
-    void Run(RunState& state) {
-        FileRecord original, mask;
-        original.name = L"a";
-        mask.name = L"m";
-        RunParameters run = Recorded({original});
-        run.maskFile = mask;
-        RunFrameLoop(state, run, store, outcome);
-    }
-
-    CResultsStore store;
-    RunOutcome outcome;
+    RunState state;
 };
 
 TEST_F(FrameLoopTest, AFailedConversionIsTriedAgainInTheNextFrame) {
-    RunState state;
-    state.opened[0] = File({8, 6, 6, 8});
-    state.oneFileSchedule = {{0, {Metric(0), Metric(5)}}};  // no file has component 5
-    state.length = 4;
-    Run(state);
+    const auto run = Recorded({Clip(L"a", 4, 1)});
+    Open(run);
+    FakeKind breaking;
+    breaking.measure = [this, frame = 0](const Images& images) mutable {
+        const float value = *images[0]->GetY();
+        SetImageSide(0, ++frame < 3 ? 8 : kSide);  // for the next frame
+        return value;
+    };
+    state.oneFileSchedule = {
+        {0, {Scheduled(breaking), Scheduled(FakeKind(), 5)}}};  // no file has component 5
+    RunFrameLoop(state, run, store, outcome);
+
     const std::wstring failed =
         L"Failed to convert image frame from sequence \"a\" into YYUV color, measurement skipped";
     EXPECT_EQ((Lines{failed, failed}), lines);
     EXPECT_EQ((RunOutcome{1, 2}), outcome);
-
-    // The metric got the last good picture meanwhile.
-    float value = 0;
-    for (const auto& [frame, expected] : {std::pair(0, 1.f), {1, 1.f}, {2, 1.f}, {3, 4.f}}) {
-        const std::vector<Metric::MetricValue> values = store.GetFrameValues(frame);
-        ASSERT_EQ(1u, values.size());
-        value = values[0].value;
-        EXPECT_EQ(expected, value) << frame;
+    for (const auto& [frame, value] : {std::pair(0, 1.f), {1, 0.f}, {2, 0.f}, {3, 4.f}}) {
+        const auto values = store.GetFrameValues(frame);
+        ASSERT_EQ(1u, values.size()) << "measured with what the image holds";
+        EXPECT_EQ(value, values[0].value);
     }
 }
 
 TEST_F(FrameLoopTest, AMaskThatCouldntBeConvertedStaysOut) {
-    RunState state;
-    state.opened[0] = File({8, 8, 8});
-    state.opened[kMaskFile] = File({6, 8, 8});
-    state.length = 3;
-    Run(state);
+    const auto run = Recorded({Clip(L"a", 3, 1)}, Clip(L"m", 3, 1));
+    Open(run);
+    SetImageSide(kMaskFile, 8);
+    FakeKind mending;
+    mending.measure = [this](const Images& images) {
+        SetImageSide(kMaskFile, kSide);
+        return *images[0]->GetY();
+    };
+    state.oneFileSchedule = {{0, {Scheduled(mending)}}};
+    RunFrameLoop(state, run, store, outcome);
     EXPECT_EQ(
         (Lines{L"Failed to convert image frame from sequence \"m\" into YYUV color, measurement skipped"}),
         lines);
     EXPECT_EQ((RunOutcome{1, 2}), outcome);
-    EXPECT_TRUE(state.opened[kMaskFile].components[0].failed);
+    EXPECT_EQ(3, store.GetFrameValues(2).at(0).value) << "painted with nothing";
 }
 
 TEST_F(FrameLoopTest, SetsOfFilesThatArentOpen) {
-    RunState state;
-    state.opened[0] = File({8});
-    state.oneFileSchedule = {{1, {Metric(0)}}};
-    state.twoFileSchedule = {{0, 2, {Metric(0)}}};
-    state.length = 1;
-    Run(state);
+    const auto run = Recorded({Clip(L"a", 1, 1)});
+    Open(run);
+    state.oneFileSchedule = {{1, {Scheduled(FakeKind())}}};
+    state.twoFileSchedule = {{0, 2, {Scheduled(FakeKind())}}};
+    RunFrameLoop(state, run, store, outcome);
     EXPECT_EQ((Lines{L"Trying to calculate metric using incorrect file, developer error, skipping...",
                      L"Trying to calculate metric using incorrect files, developer error, skipping..."}),
               lines);
-    int count = 0;
-    EXPECT_FALSE(store.GetFrameCount(count));
+    EXPECT_TRUE(store.GetFrameValues(0).empty());
+}
+
+TEST(InCriticalSection, LetsAnExceptionOutAndTheNextOneIn) {
+    EXPECT_THROW(InCriticalSection([] { throw std::length_error("too long"); }), std::length_error);
+    bool isIn = false;
+    InCriticalSection([&] { isIn = true; });
+    EXPECT_TRUE(isIn);
 }
 
 }  // namespace
