@@ -6,9 +6,12 @@
 #include "metrics/msad.h"
 #include "metrics/mse.h"
 #include "metrics/msssim_fast.h"
+#include "metrics/msssim_precise.h"
 #include "metrics/psnr.h"
 #include "metrics/psnr_variants.h"
 #include "metrics/ssim_fast.h"
+#include "metrics/ssim_precise.h"
+#include "metrics/three_ssim.h"
 #include "metrics/vqm.h"
 #include "platform/program_directory.h"
 
@@ -26,18 +29,21 @@ constexpr struct {
     int kind;
     std::unique_ptr<IMetric> (*create)(const MetricParameters& parameters);
 } kBuiltIns[] = {
-    {5, Make<CPSNRMetric>},      // psnr
-    {6, Make<CPsnr256Metric>},   // psnr_256
-    {7, Make<CApsnrMetric>},     // apsnr
-    {8, Make<CApsnr256Metric>},  // apsnr_256
-    {9, Make<CSSIMMetric>},      // ssim_fast
-    {14, Make<CMSSSIMMetric>},   // msssim_fast
-    {18, Make<CVQMMetric>},      // vqm
-    {0, Make<CBlockingMetric>},  // blocking_metric
-    {1, Make<CBlurringMetric>},  // blurring_metric
-    {2, Make<CDeltaMetric>},     // delta
-    {3, Make<CMSADMetric>},      // msad
-    {4, Make<CMSEMetric>},       // mse
+    {5, Make<CPSNRMetric>},        // psnr
+    {6, Make<CPsnr256Metric>},     // psnr_256
+    {7, Make<CApsnrMetric>},       // apsnr
+    {8, Make<CApsnr256Metric>},    // apsnr_256
+    {9, Make<CSSIMMetric>},        // ssim_fast
+    {10, Make<CSSIMMetricIpp>},    // ssim_precise
+    {12, Make<C3SSIMMetricIpp>},   // 3ssim
+    {14, Make<CMSSSIMMetric>},     // msssim_fast
+    {15, Make<CMSSSIMMetricIpp>},  // msssim_precise
+    {18, Make<CVQMMetric>},        // vqm
+    {0, Make<CBlockingMetric>},    // blocking_metric
+    {1, Make<CBlurringMetric>},    // blurring_metric
+    {2, Make<CDeltaMetric>},       // delta
+    {3, Make<CMSADMetric>},        // msad
+    {4, Make<CMSEMetric>},         // mse
 };
 
 constexpr const wchar_t* kPluginDirectory = L"plugins";

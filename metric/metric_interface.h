@@ -13,8 +13,8 @@ class CMetricImage;
 
 /// A quality measure. The engine knows nothing else of a metric.
 ///
-/// Order    construct; `Configure` if configurable; `GetResultInfo` once; for each frame in order `Measure` or
-///          `MeasureAndVisualize`; `GetAverages`; destroy. Running values start with the instance; nothing
+/// Order    construct; `Configure` if configurable; `GetResultInfo` once; for each frame in order `Measure`
+///          or `MeasureAndVisualize`; `GetAverages`; destroy. Running values start with the instance; nothing
 ///          resets them.
 /// Images   one for each input file in file order, original first; they belong to the caller, stay valid for
 ///          the call only and are read-only. As many as `GetInputCount` promised: the caller's duty.

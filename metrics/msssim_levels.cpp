@@ -38,8 +38,8 @@ void PaintLevels(rkVideoImage& target, const std::vector<LevelMap>& levels) {
 
         std::uint8_t* pixel = target.Data() + static_cast<std::ptrdiff_t>(y) * target.Stride();
         for (const double product : products) {
-            const Bgr grey =
-                Grey(static_cast<float>(std::trunc((1 - product) * 255)));  // cut before a float rounds it
+            // Cut before the rounding to float can carry it up.
+            const Bgr grey = Grey(static_cast<float>(std::trunc((1 - product) * 255)));
             *pixel++ = grey.b;
             *pixel++ = grey.g;
             *pixel++ = grey.r;

@@ -1,6 +1,7 @@
 #include "metrics/ssim_fast.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 

@@ -7,8 +7,7 @@
 
 namespace Metric {
 
-/// Structural similarity with a flat window of 8 by 8 pixels at every place inside the picture: "SSIM
-/// (fast)".
+/// Structural similarity under a flat window of 8 by 8 pixels, moved over the picture: "SSIM (fast)".
 ///
 /// Input    two Y planes, padded to multiples of 8.
 /// Formula  mean over the windows of (2 mx my + C1) (2 sxy + C2) / ((mx^2 + my^2 + C1) (sx^2 + sy^2 + C2))

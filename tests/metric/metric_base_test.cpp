@@ -65,8 +65,14 @@ TEST(MetricBase, AverageIsTheMeanOfTheFirstValues) {
     // In float the ones after 2^24 would be lost: (2^24 + 8) / 4 = 2^22 + 2.
     for (float frameValue : {16777216.0f, 1.0f, 1.0f, 6.0f}) probe.AddFrameValues({frameValue, 1000});
     EXPECT_EQ(4194306.0f, probe.GetAverages(true)[0].value);
-    EXPECT_EQ(probe.GetResultInfo(true)[0].resultId + 1,
-              Probe(Parameters(1, 1)).GetAverages(true)[0].resultId);
+}
+
+TEST(MetricBase, EveryInstanceHasAResultIdOfItsOwn) {
+    const int next = *CMetric::ResultIdCounter();
+    Probe first(Parameters(1, 1));
+    Probe second(Parameters(1, 1), 8, false);
+    EXPECT_EQ(next, first.GetAverages(false)[0].resultId);
+    EXPECT_EQ(next + 1, second.GetResultInfo(false)[0].resultId);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "metric/metric_image.h"
+#include "tests/metrics/pictures.h"
 #include "tests/metrics/scenes.h"
 
 // The flat windows of the fast SSIM metrics by their definition, in plain loops over whole planes, and
@@ -102,6 +103,24 @@ inline std::vector<float> WindowMap(const std::vector<float>& windows, int width
                               ? 1.0f
                               : windows[static_cast<std::size_t>(y * (width - 7) + std::max(x - 7, 0))]);
     return map;
+}
+
+/// The value of one frame by a new instance, without and with a picture painted.
+template <class Measured>
+float MeasureOnce(CMetricImage& first, CMetricImage& second, rkVideoImage* target = nullptr) {
+    Measured metric(PictureSize(first.GetWidth(), first.GetHeight()));
+    const std::vector<CMetricImage*> images = {&first, &second};
+    return (target ? metric.MeasureAndVisualize(images, *target) : metric.Measure(images))[0].value;
+}
+
+/// How many pixels of a canvas aren't the grey that greyAt(x, y) says.
+template <class GreyAt>
+int WrongPixels(const Canvas& canvas, const GreyAt& greyAt) {
+    int wrong = 0;
+    for (int y = 0; y < canvas.picture.VisibleHeight(); ++y)
+        for (int x = 0; x < canvas.picture.VisibleWidth(); ++x)
+            wrong += canvas.Pixel(x, y) != std::vector<int>(3, greyAt(x, y));
+    return wrong;
 }
 
 }  // namespace Metric

@@ -23,14 +23,13 @@ std::unique_ptr<CMetric> Make(MetricParameters parameters) {
 TEST(PsnrVariants, PeaksAndAverages) {
     const struct {
         std::unique_ptr<CMetric> (*make)(MetricParameters);
-        const wchar_t* id;
-        const wchar_t* name;
+        const char* name;
         float frame, sequence, lightness;
     } kCases[] = {
-        {Make<CPSNRMetric>, L"psnr", L"PSNR", 42.110204f, 48.130804f, 33.979400f},
-        {Make<CPsnr256Metric>, L"psnr_256", L"PSNR (256)", 42.144199f, 48.164799f, 33.979400f},
-        {Make<CApsnrMetric>, L"apsnr", L"APSNR", 42.110204f, 85.527551f, 33.979400f},
-        {Make<CApsnr256Metric>, L"apsnr_256", L"APSNR (256)", 42.144199f, 85.536050f, 33.979400f},
+        {Make<CPSNRMetric>, "PSNR", 42.110204f, 48.130804f, 33.979400f},
+        {Make<CPsnr256Metric>, "PSNR (256)", 42.144199f, 48.164799f, 33.979400f},
+        {Make<CApsnrMetric>, "APSNR", 42.110204f, 85.527551f, 33.979400f},
+        {Make<CApsnr256Metric>, "APSNR (256)", 42.144199f, 85.536050f, 33.979400f},
     };
     const auto first = FlatPicture(24, 3, 0);
     const auto second = FlatPicture(24, 3, 2);
@@ -41,10 +40,7 @@ TEST(PsnrVariants, PeaksAndAverages) {
     std::fill_n(brightL.GetL(), 24 * 3, 2.0f);
     for (const auto& c : kCases) {
         const auto metric = c.make(PictureSize(24, 3));
-        SCOPED_TRACE(testing::Message() << c.id);
-        EXPECT_EQ(c.id, metric->GetId());
-        EXPECT_EQ(c.name, metric->GetName());
-        EXPECT_EQ(L"dB", metric->GetUnit());
+        SCOPED_TRACE(c.name);
         Canvas canvas(24, 3);
         for (int frame = 0; frame < 3; ++frame)
             EXPECT_EQ(100, metric->Measure({first.get(), first.get()})[0].value);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "kernels/gauss_ssim.h"
+#include "kernels/plane.h"
+#include "metric/metric_image.h"
+
+namespace Metric {
+
+/// C1 = (0.01 peak)^2 and C2 = (0.03 peak)^2 of SSIM, the square of a peak being the product of two images' peaks.
+struct SSIMConstants {
+    double c1;
+    double c2;
+};
+
+SSIMConstants ConstantsOf(const std::vector<CMetricImage*>& images);
+
+/// SSIM of two pictures around each of their pixels, under a Gaussian window of 11 by 11 pixels with sigma 1.5.
+///
+/// Source   Wang, Bovik, Sheikh, Simoncelli, "Image quality assessment: from error visibility to structural
+///          similarity", IEEE Trans. Image Processing 13(4), 2004.
+/// Planes   pictures and maps of `width` by `height` floats, rows contiguous, no greater than at construction.
+/// Threads  one at a time, whose call a team shares.
+class GaussWindowSSIM {
+public:
+    using Pictures = std::pair<const float*, const float*>;
+
+    /// `border`: what the windows see outside the pictures, black for `BorderConstant`.
+    GaussWindowSSIM(int greatestWidth, int greatestHeight, Kernels::BorderKind border);
+
+    /// SSIM whole.
+    void Map(const Pictures& pictures, int width, int height, const SSIMConstants& constants, float* map);
+    /// Its contrast and structure alone.
+    void ContrastStructureMap(const Pictures& pictures, int width, int height, const SSIMConstants& constants,
+                              float* map);
+
+private:
+    Kernels::GaussWindow window;
+    Kernels::BytePlane scratch;
+};
+
+}  // namespace Metric

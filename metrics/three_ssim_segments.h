@@ -1,0 +1,38 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace Metric {
+
+/// The kinds of area that 3SSIM tells apart.
+enum Segment : std::uint8_t { Smooth, Texture, Edge };
+inline constexpr std::size_t kSegmentCount = 3;
+
+/// The gradient of each pixel of a picture that lies on black: the length of the vector of the two Sobel
+/// filters, with the bits of `Kernels::FilterSobelVertBorder` and `FilterSobelHorizBorder`, squared, added and rooted.
+///
+/// Planes of `width` by `height` floats, rows contiguous, a side at least 2; `black` is a row of zeros. A team shares
+/// the rows.
+void FillGradient(const float* picture, const float* black, int width, int height, float* gradient);
+
+/// What separates the segments: an edge has a gradient above `edge` in either picture, a texture is what else has
+/// one of at least `texture` in the first.
+struct SegmentThresholds {
+    float edge;
+    float texture;
+};
+
+/// A row of pixels by segment.
+struct SplitRow {
+    std::uint8_t* segments;                    ///< the pixels' segments
+    std::array<float*, kSegmentCount> values;  ///< for each segment its pixels' values, 0 at the others
+};
+
+/// Splits `width` pixels with these gradients in the two pictures and these values. The pixels of each segment.
+std::array<int, kSegmentCount> Split(const float* gradientFirst, const float* gradientSecond,
+                                     const float* values, int width, const SegmentThresholds& thresholds,
+                                     const SplitRow& row);
+
+}  // namespace Metric
