@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <random>
 #include <sstream>
 
 #include "tests/cli/program.h"
@@ -133,6 +134,58 @@ TEST(Measure, AnInputThatIsLeftOutShowsInTheStatus) {
     const std::string empty = directory.Write("empty.yuv", "");
     const ProgramRun none = RunProgram("--size 16x16 --original " + empty + " --processed " + empty);
     EXPECT_EQ("PSNR YYUV empty.yuv empty.yuv none dB\n", none.output) << "no frame, no value";
+}
+
+// A masked run gives what a run gives on clips in which the marked pixels were painted in the mask's colour beforehand.
+TEST(Measure, AMaskPaintsItsMarkedPixels) {
+    constexpr int kSide = 16;
+    const TemporaryDirectory directory;
+    std::mt19937 random(7);
+    std::string first(3 * kSide * kSide, 0), second(first), paintedFirst, paintedSecond;
+    for (std::string* clip : {&first, &second}) {
+        for (char& sample : *clip) sample = static_cast<char>(random());
+    }
+    for (const bool black : {false, true}) {
+        SCOPED_TRACE(black ? "black pixels are marked" : "bright pixels are marked");
+        const char marked = black ? 0 : static_cast<char>(200), other = black ? static_cast<char>(200) : 0;
+        std::string mask(3 * kSide * kSide, static_cast<char>(128));
+        paintedFirst = first;
+        paintedSecond = second;
+        for (int i = 0; i < kSide * kSide; ++i) {
+            const bool isMarked = i % kSide >= 5 && i / kSide >= 3 && i / kSide < 9;
+            const auto at = static_cast<std::size_t>(i);
+            mask[at] = isMarked ? marked : other;
+            for (std::string* clip : {&paintedFirst, &paintedSecond}) {
+                if (!isMarked) continue;
+                (*clip)[at] = marked;
+                (*clip)[at + kSide * kSide] = (*clip)[at + 2 * kSide * kSide] = static_cast<char>(128);
+            }
+        }
+        const auto run = [&](const std::string& a, const std::string& b, const std::string& more) {
+            return Measured("--size 16x16 --layout YUV --original " + directory.Write("a.yuv", a) +
+                            " --processed " + directory.Write("b.yuv", b) +
+                            " -m mse:Y -m mse:U -m mse:R -m mse:L -m blurring_metric:V " + more)["results"];
+        };
+        const std::string withMask =
+            "--mask " + directory.Write("m.yuv", mask) + (black ? " --black-mask" : "");
+        EXPECT_EQ(run(paintedFirst, paintedSecond, ""), run(first, second, withMask));
+        EXPECT_NE(run(paintedFirst, paintedSecond, ""), run(first, second, ""));
+    }
+}
+
+TEST(Measure, SevenComponentsOfTwoProcessedFilesMakeFourteenColumns) {
+    const TemporaryDirectory directory;
+    std::string metrics;
+    for (const char component : {'Y', 'U', 'V', 'L', 'R', 'G', 'B'})
+        metrics += std::string(" -m psnr:") + component;
+    const json run =
+        Measured(kPair + " --processed2 " + kOriginal + metrics + " --csv " + directory.Path(""));
+    std::istringstream csv(ReadWhole(run["outputs"]["csv"]));
+    std::string line;
+    std::getline(csv, line);
+    const std::string heads = "PSNR_YYUV,PSNR_UYUV,PSNR_VYUV,PSNR_LLUV,PSNR_RRGB,PSNR_GRGB,PSNR_BRGB";
+    EXPECT_EQ(heads + "," + heads + "\r", line);
+    EXPECT_EQ(14u, run["results"].size());
 }
 
 TEST(Measure, FewerFramesThanTheSizeSuggests) {

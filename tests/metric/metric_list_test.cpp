@@ -8,6 +8,7 @@
 
 #include "metric/metric_plugin.h"
 #include "platform/text.h"
+#include "tests/temporary_directory.h"
 
 namespace Metric {
 namespace {
@@ -16,17 +17,11 @@ namespace fs = std::filesystem;
 
 class MetricLists : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = (fs::temp_directory_path() / "plugins.XXXXXX").native();
-        ASSERT_NE(nullptr, mkdtemp(name.data()));
-        directory = name;
-    }
-    void TearDown() override { fs::remove_all(directory); }
-
     std::wstring Path(const char* name) const { return FromUtf8((directory / name).native()); }
     void Copy(const char* plugin, const char* name) const { fs::copy_file(plugin, directory / name); }
 
-    fs::path directory;
+    TemporaryDirectory temporary;
+    fs::path directory = temporary.Root();
 };
 
 TEST_F(MetricLists, MissingAndEmptyDirectoriesHoldNoPlugins) {

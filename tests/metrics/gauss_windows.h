@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <functional>
+#include <memory>
 #include <vector>
 
 #include "tests/metrics/flat_windows.h"

@@ -64,9 +64,9 @@ Doubles WeightInside(int length) {
     return inside;
 }
 
-// Flat pictures of levels a and b on black stay flat when halved. Where a part w of a window's weight lies inside, the
-// means are w a and w b, the variances v a^2 and v b^2 and the covariance v a b, with v = w - w^2. Dark levels keep
-// the roundings small.
+// Flat pictures of levels a and b on black stay flat when halved. Where a part w of a window's weight lies
+// inside, the means are w a and w b, the variances v a^2 and v b^2 and the covariance v a b, with v = w
+// (1 - w). Dark levels keep the roundings small.
 TEST(MsssimPrecise, FlatPicturesOnBlack) {
     const double a = 5, b = 10, c1 = 6.5025, c2 = 58.5225;
     const struct {

@@ -8,8 +8,9 @@
 namespace Metric {
 namespace {
 
-// A window's sums of squares, up to 65000, are added in float with errors of up to some 22 units of 2^-24: 0.03 if they
-// are independent, which a denominator of at least C2 = 58.7 makes 0.0005 at a flat pixel. Their mean is smaller.
+// A window's sums of squares, up to 65000, are added in float with errors of up to some 22 units of 2^-24:
+// 0.03 if they are independent, which a denominator of at least C2 = 58.7 makes 0.0005 at a flat pixel. Their
+// mean is smaller.
 constexpr double kPixelTolerance = 5e-4;
 constexpr double kFrameTolerance = 1e-5;
 
@@ -45,8 +46,8 @@ TEST(SsimPrecise, ScenesByTheDefinition) {
     }
 }
 
-// Flat pictures of levels a and b have the value (2 a b + C1) / (a^2 + b^2 + C1) with C1 = 6.5025, at the border too.
-// The variances of the brighter ones are of squares near 15000, so off by 0.01 of C2 = 58.5.
+// Flat pictures of levels a and b have the value (2 a b + C1) / (a^2 + b^2 + C1) with C1 = 6.5025, at the
+// border too. The variances of the brighter ones are of squares near 15000, so off by 0.01 of C2 = 58.5.
 TEST(SsimPrecise, FlatPictures) {
     const struct {
         int firstLevel, secondLevel;

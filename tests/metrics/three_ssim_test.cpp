@@ -87,8 +87,9 @@ TEST(ThreeSsim, ScenesByTheDefinition) {
     }
 }
 
-// Flat pictures of dark levels a and b have (2 a b + C1) / (a^2 + b^2 + C1), C1 = 6.5025, on the edges that the rim is
-// and on the smooth rest, and no texture, which counts as 1. Black ones are all texture, with a greatest gradient of 0.
+// Flat pictures of dark levels a and b have (2 a b + C1) / (a^2 + b^2 + C1), C1 = 6.5025, on the edges that
+// the rim is and on the smooth rest, and no texture, which counts as 1. Black ones are all texture, with a
+// greatest gradient of 0.
 TEST(ThreeSsim, FlatPictures) {
     const auto black = FlatPicture(24, 16, 0);
     const auto dark = FlatPicture(24, 16, 5);
@@ -98,9 +99,9 @@ TEST(ThreeSsim, FlatPictures) {
     EXPECT_EQ(0.7f + 0.15f + 0.15f, MeasureOnce<C3SSIMMetricIpp>(*black, *black));
 }
 
-// Columns of one level each: up to 250 and down to 100 by 25 a column, a step, and down to 0. On the columns of
-// 250, which meet black above, lies the greatest gradient, 4 * 250, so the thresholds are 120 and 60. A step of s has
-// 4 s.
+// Columns of one level each: up to 250 and down to 100 by 25 a column, a step, and down to 0. On the columns
+// of 250, which meet black above, lies the greatest gradient, 4 * 250, so the thresholds are 120 and 60. A
+// step of s has 4 s.
 TEST(ThreeSsim, BoundariesOfSegments) {
     const auto columns = [](int step) {
         return BytePicture(64, 24, [=](int x, int) {

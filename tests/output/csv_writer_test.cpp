@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
 
 #include "platform/text.h"
+#include "tests/temporary_directory.h"
 
 namespace {
 
@@ -15,13 +14,7 @@ namespace fs = std::filesystem;
 
 class Csv : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = (fs::temp_directory_path() / "csv.XXXXXX").native();
-        ASSERT_NE(nullptr, mkdtemp(name.data()));
-        directory = name;
-        settings.outputDir = FromUtf8(directory.native());
-    }
-    void TearDown() override { fs::remove_all(directory); }
+    Csv() { settings.outputDir = FromUtf8(directory.native()); }
 
     /// PSNR stands first in the list of metrics.
     void AddResult(int component, const std::vector<std::wstring>& files, const std::vector<float>& values,
@@ -43,11 +36,11 @@ protected:
         CsvWriter writer(settings);
         EXPECT_TRUE(writer.Save(store));
         const std::string path = ToUtf8(writer.GetPath());
-        std::ifstream in(path, std::ios::binary);
-        return {fs::relative(path, directory).native(), {std::istreambuf_iterator<char>(in), {}}};
+        return {fs::relative(path, directory).native(), ReadWhole(path)};
     }
 
-    fs::path directory;
+    TemporaryDirectory temporary;
+    fs::path directory = temporary.Root();
     CsvSettings settings;
     CResultsStore store;
 };

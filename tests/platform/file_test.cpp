@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 
 #include "platform/text.h"
+#include "tests/temporary_directory.h"
 
 namespace {
 
@@ -16,20 +16,11 @@ namespace fs = std::filesystem;
 
 class Files : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = (fs::temp_directory_path() / "files.XXXXXX").native();
-        ASSERT_NE(nullptr, mkdtemp(name.data()));
-        directory = name;
-    }
-    void TearDown() override { fs::remove_all(directory); }
-
     std::wstring Path(const char* name) const { return FromUtf8((directory / name).native()); }
-    std::string Content(const char* name) const {
-        std::ifstream in(directory / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    std::string Content(const char* name) const { return ReadWhole(directory / name); }
 
-    fs::path directory;
+    TemporaryDirectory temporary;
+    fs::path directory = temporary.Root();
 };
 
 TEST_F(Files, ReadsAtPositionsAndStopsAtTheEnd) {

@@ -2,24 +2,21 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-
 #include "platform/text.h"
+#include "tests/temporary_directory.h"
 #include "video/color_space.h"
 
 namespace {
 
-std::wstring File(const std::string& name, const std::string& bytes) {
-    const std::string path = testing::TempDir() + "tolvane_record_test_" + name;
-    std::ofstream(path, std::ios::binary) << bytes;
-    return FromUtf8(path);
-}
-
 TEST(FileRecord, OpenSource) {
     const std::string frames(16, 'x');  // two of 4 by 2 luma
-    const std::wstring raw = File("a.yuv", frames);
-    const std::wstring script = File("a.AVS", frames);
-    const std::wstring y4m = File("a.y4m", "YUV4MPEG2 W4 H2 F25:1\nFRAME\n" + frames.substr(0, 8 + 2 + 2));
+    const TemporaryDirectory directory;
+    const auto file = [&](const std::string& name, const std::string& bytes) {
+        return FromUtf8(directory.Write(name, bytes));
+    };
+    const std::wstring raw = file("a.yuv", frames);
+    const std::wstring script = file("a.AVS", frames);
+    const std::wstring y4m = file("a.y4m", "YUV4MPEG2 W4 H2 F25:1\nFRAME\n" + frames.substr(0, 8 + 2 + 2));
     const struct {
         const char* what;
         std::wstring path;

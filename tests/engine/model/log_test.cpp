@@ -4,19 +4,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "engine/model/measuring_line.h"
 #include "platform/text.h"
 #include "tests/engine/fake_metric.h"
+#include "tests/temporary_directory.h"
 
 namespace {
-
-std::string ReadAll(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// Every digit as a 9: the time isn't known.
 std::string WithoutDigits(std::string text) {
@@ -26,8 +20,8 @@ std::string WithoutDigits(std::string text) {
 }
 
 TEST(Log, FileGrowsOverRuns) {
-    const std::string path = testing::TempDir() + "tolvane_log_test.txt";
-    std::filesystem::remove(path);
+    const TemporaryDirectory directory;
+    const std::string path = directory.Path("log.txt");
     for (const wchar_t* message : {L"first run", L"second \x1F600"}) {
         CLogFile log(FromUtf8(path));
         EXPECT_TRUE(log.Log(message));
@@ -37,12 +31,12 @@ TEST(Log, FileGrowsOverRuns) {
     std::string expected;
     for (const char c : std::string("99:99:99 : first run\r\n99:99:99 : second ")) expected += {c, '\0'};
     expected += std::string("\x3D\xD8\x00\xDE\r\0\n\0", 8);
-    EXPECT_EQ(expected, WithoutDigits(ReadAll(path)));
+    EXPECT_EQ(expected, WithoutDigits(ReadWhole(path)));
 }
 
 TEST(Log, ConsoleRepeatsTheLine) {
-    const std::string path = testing::TempDir() + "tolvane_console_test.txt";
-    std::filesystem::remove(path);
+    const TemporaryDirectory directory;
+    const std::string path = directory.Path("log.txt");
     testing::internal::CaptureStdout();
     EXPECT_TRUE(CLogConsole(FromUtf8(path)).Log(L"caf\xE9"));
     const std::string output = testing::internal::GetCapturedStdout();
@@ -51,7 +45,8 @@ TEST(Log, ConsoleRepeatsTheLine) {
 }
 
 TEST(Log, WritesNothingWithoutAFile) {
-    CLogConsole log(FromUtf8(testing::TempDir() + "no/such/directory/log.txt"));
+    const TemporaryDirectory directory;
+    CLogConsole log(FromUtf8(directory.Path("no/log.txt")));
     testing::internal::CaptureStdout();
     EXPECT_FALSE(log.Log(L"lost"));
     EXPECT_EQ("", testing::internal::GetCapturedStdout());

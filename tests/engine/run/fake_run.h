@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -16,6 +15,7 @@
 #include "engine/model/run_outcome.h"
 #include "platform/text.h"
 #include "tests/engine/fake_metric.h"
+#include "tests/temporary_directory.h"
 #include "video/color_space.h"
 
 using Lines = std::vector<std::wstring>;
@@ -46,13 +46,6 @@ struct RecordingProgress : IProgress {
 class RunTest : public testing::Test {
 protected:
     static constexpr int kSide = 16;
-
-    void SetUp() override {
-        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        directory = testing::TempDir() + "tolvane_run_" + std::to_string(getpid()) + test->name() + "/";
-        std::filesystem::create_directories(directory);
-    }
-    void TearDown() override { std::filesystem::remove_all(directory); }
 
     std::string PathOf(const std::wstring& name) const { return directory + ToUtf8(name); }
 
@@ -102,7 +95,8 @@ protected:
         return all;
     }
 
-    std::string directory;
+    TemporaryDirectory temporary;
+    std::string directory = temporary.Path("");
     Lines lines;  // of the log
     Lines calls;  // of the progress
     CResultsStore store;

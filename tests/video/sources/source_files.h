@@ -2,32 +2,23 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 
 #include "platform/text.h"
+#include "tests/temporary_directory.h"
 #include "video/raw_layout.h"
 #include "video/video_source.h"
 
 /// A directory of the test's own for the small files it writes.
 class SourceFiles : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "sources.XXXXXX").native();
-        ASSERT_NE(nullptr, mkdtemp(name.data()));
-        directory = FromUtf8(name);
-    }
-    void TearDown() override { std::filesystem::remove_all(ToUtf8(directory)); }
-
     std::wstring Write(const wchar_t* name, std::string_view bytes) const {
-        std::ofstream(ToUtf8(directory + L"/" + name), std::ios::binary) << bytes;
-        return directory + L"/" + name;
+        return FromUtf8(temporary.Write(ToUtf8(name), bytes));
     }
 
-    std::wstring directory;
+    TemporaryDirectory temporary;
+    std::wstring directory = FromUtf8(temporary.Root().native());
 };
 
 /// Bytes that differ from frame to frame and within a frame.
