@@ -1,5 +1,6 @@
-/// The fast SSIM metrics on 1920x1080 frames of a coded luma, a thread an instance: a metric forks no threads, the engine
-/// runs several at once. "items_per_second" counts the frames of all threads; "bytes_per_second" both planes once.
+/// The fast SSIM metrics on 1920x1080 frames of a coded luma, a thread an instance: a metric forks no
+/// threads, the engine runs several at once. "items_per_second" counts the frames of all threads;
+/// "bytes_per_second" both planes once.
 
 #include <benchmark/benchmark.h>
 

@@ -6,8 +6,8 @@
 #include "cli/terminal.h"
 #include "engine/model/log.h"
 
-/// The run's log as the headless program keeps it: on standard error unless quiet, in a file in the desktop program's
-/// format if there is a path, and in a record without the time.
+/// The run's log as the headless program keeps it: on standard error unless quiet, in a file in the desktop
+/// program's format if there is a path, and in a record without the time.
 class ConsoleLog : public ILog {
 public:
     /// What the log leaves when it is gone.

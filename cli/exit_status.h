@@ -11,6 +11,6 @@ enum ExitStatus : int {
     ExitUsage = 64,    ///< the options are wrong
 };
 
-/// How complete a finished run is: whether every frame was measured, every given file and metric is in the results, and
-/// what was to be saved was saved.
+/// How complete a finished run is: whether every frame was measured, every given file and metric is in the
+/// results, and what was to be saved was saved.
 ExitStatus StatusOf(const FinishRecord& finish, const MeasurementJob& job);

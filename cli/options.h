@@ -68,6 +68,6 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads the command line. Throws UsageError. After `--help` or `--version`, whose text is then in `message`, nothing is
-/// returned.
+/// Reads the command line. Throws UsageError. After `--help` or `--version`, whose text is then in `message`,
+/// nothing is returned.
 std::optional<Options> ParseOptions(int argc, const char* const* argv, std::string& message);

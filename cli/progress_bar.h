@@ -6,8 +6,8 @@
 #include "cli/terminal.h"
 #include "engine/model/progress.h"
 
-/// The line under the log: a bar with percent, frames a second and the time left, as of the frame just measured. Drawn
-/// ten times a second at most, and after the last frame.
+/// The line under the log: a bar with percent, frames a second and the time left, as of the frame just
+/// measured. Drawn ten times a second at most, and after the last frame.
 class ProgressBar : public IProgress {
 public:
     /// The terminal outlives the bar. `quiet` leaves out the line that announces the run.
@@ -27,5 +27,6 @@ private:
     Clock::time_point drawn;
 };
 
-/// The bar's text after `done` of `length` frames in `seconds`, such as "[#####.....]  50 %  123.4 fps  0:12 left".
+/// The bar's text after `done` of `length` frames in `seconds`, such as "[#####.....]  50 %  123.4 fps  0:12
+/// left".
 std::string ProgressText(int done, int length, double seconds);

@@ -17,8 +17,8 @@ struct RunReport {
 /// One line a result: name, component, files, average with the unit.
 std::string TextReport(const RunReport& report);
 
-/// The whole run as one JSON object, ended by a line feed. Numbers have 9 significant digits, so that a float survives;
-/// what isn't finite is null.
+/// The whole run as one JSON object, ended by a line feed. Numbers have 9 significant digits, so that a float
+/// survives; what isn't finite is null.
 std::string JsonReport(const RunReport& report);
 
 /// The metric list: index, id, name, components, inputs, unit of each metric; as text or as a JSON array.

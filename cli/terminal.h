@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// Standard error as log lines and the progress bar share it: the bar is the last line, and lines appear above it.
-/// One thread at a time.
+/// Standard error as log lines and the progress bar share it: the bar is the last line, and lines appear
+/// above it. One thread at a time.
 class Terminal {
 public:
     /// Writes a line of its own.

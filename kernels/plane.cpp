@@ -17,8 +17,8 @@ std::size_t SampleCount(int width, int height) {
 
 }  // namespace
 
-// calloc is the one allocation that gets big blocks as untouched zero pages. Its own address is kept in the word in
-// front of the aligned block.
+// calloc is the one allocation that gets big blocks as untouched zero pages. Its own address is kept in the
+// word in front of the aligned block.
 void* AllocZeroed(std::size_t bytes) {
     if (bytes > std::numeric_limits<std::size_t>::max() - 2 * kAlignment) throw std::bad_alloc();
     void* block = std::calloc(bytes + kAlignment + sizeof(void*), 1);

@@ -8,9 +8,9 @@ namespace Kernels {
 
 /// Memory for one plane, zero-filled, aligned to 64 bytes; rows lie one behind the other without a gap.
 ///
-/// `stride` receives the bytes from row to row: `width` samples. A side below 1 counts as 0. The pages are handed
-/// out by the system as they are first touched, so a plane that nobody fills costs no memory.
-/// Throws std::bad_alloc. The plane belongs to the caller, who gives it back with `FreePlane`; any thread.
+/// `stride` receives the bytes from row to row: `width` samples. A side below 1 counts as 0. The pages are
+/// handed out by the system as they are first touched, so a plane that nobody fills costs no memory. Throws
+/// std::bad_alloc. The plane belongs to the caller, who gives it back with `FreePlane`; any thread.
 float* AllocPlaneFloat(int width, int height, int& stride);
 std::uint8_t* AllocPlaneByte(int width, int height, int& stride);
 

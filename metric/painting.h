@@ -39,8 +39,8 @@ inline Bgr Grey(float value) {
     return {byte, byte, byte};
 }
 
-/// The colour of a difference of two videos at a pixel: red where it is above 0, green below; brighter by 3 for
-/// each unit, cut towards zero, at most 255.
+/// The colour of a difference of two videos at a pixel: red where it is above 0, green below; brighter by 3
+/// for each unit, cut towards zero, at most 255.
 inline Bgr RedGreen(float difference) {
     const int level = static_cast<int>(std::clamp(difference * 3, -255.0f, 255.0f));
     return {0, static_cast<std::uint8_t>(std::max(-level, 0)), static_cast<std::uint8_t>(std::max(level, 0))};

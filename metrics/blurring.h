@@ -20,9 +20,9 @@ namespace Metric {
 ///          in a big picture every addition rounds.
 /// Map      g of the first less g of the second, 0 at the picture's edge: red where the first is sharper,
 ///          green where the second is.
-/// Cost     an addition after the other for every pixel, which hides all the rest: quicker than it would be to
-///          regroup them, for whole numbers make halves that only the order decides. A frame allocates nothing
-///          but its result.
+/// Cost     an addition after the other for every pixel, which hides all the rest: quicker than it would be
+///          to regroup them, for whole numbers make halves that only the order decides. A frame allocates
+///          nothing but its result.
 class CBlurringMetric : public CMetric {
 public:
     explicit CBlurringMetric(MetricParameters parameters);

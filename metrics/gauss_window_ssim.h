@@ -9,7 +9,7 @@
 
 namespace Metric {
 
-/// C1 = (0.01 peak)^2 and C2 = (0.03 peak)^2 of SSIM, the square of a peak being the product of two images' peaks.
+/// SSIM's C1 = (0.01 peak)^2 and C2 = (0.03 peak)^2 for two images, whose peaks' product is the peak squared.
 struct SSIMConstants {
     double c1;
     double c2;
@@ -17,11 +17,12 @@ struct SSIMConstants {
 
 SSIMConstants ConstantsOf(const std::vector<CMetricImage*>& images);
 
-/// SSIM of two pictures around each of their pixels, under a Gaussian window of 11 by 11 pixels with sigma 1.5.
+/// SSIM of two pictures around each pixel, under a Gaussian window of 11 by 11 with sigma 1.5.
 ///
 /// Source   Wang, Bovik, Sheikh, Simoncelli, "Image quality assessment: from error visibility to structural
 ///          similarity", IEEE Trans. Image Processing 13(4), 2004.
-/// Planes   pictures and maps of `width` by `height` floats, rows contiguous, no greater than at construction.
+/// Planes   pictures and maps of `width` by `height` floats, rows contiguous, no greater than at
+///          construction.
 /// Threads  one at a time, whose call a team shares.
 class GaussWindowSSIM {
 public:

@@ -10,9 +10,9 @@
 
 namespace Metric {
 
-/// The levels of a multi-scale SSIM of pictures of `width` by `height`, maps of 1 all over. From level to level
-/// the sides are halved, an odd column or row being dropped, as long as neither falls below `smallestSide`, at
-/// least 1, and there are weights. At least one level.
+/// The levels of a multi-scale SSIM of pictures of `width` by `height`, maps of 1 all over. From level to
+/// level the sides are halved, an odd column or row being dropped, as long as neither falls below
+/// `smallestSide`, at least 1, and there are weights. At least one level.
 std::vector<LevelMap> MakeLevels(int width, int height, int smallestSide);
 
 /// The two pictures of each level behind the first, their pixels the means of 2 by 2 of the level before.
@@ -23,7 +23,7 @@ public:
 
     explicit HalvedPictures(const std::vector<LevelMap>& levels);
 
-    /// The pictures of `level`, above 0, made from those of the level before. They stay until they are made again.
+    /// The pictures of `level`, above 0, made from those of the level before. The next frame overwrites them.
     Pictures Halve(const Pictures& pictures, std::size_t level);
 
 private:

@@ -11,14 +11,15 @@ enum Segment : std::uint8_t { Smooth, Texture, Edge };
 inline constexpr std::size_t kSegmentCount = 3;
 
 /// The gradient of each pixel of a picture that lies on black: the length of the vector of the two Sobel
-/// filters, with the bits of `Kernels::FilterSobelVertBorder` and `FilterSobelHorizBorder`, squared, added and rooted.
+/// filters, with the bits of `Kernels::FilterSobelVertBorder` and `FilterSobelHorizBorder`, squared, added
+/// and rooted.
 ///
-/// Planes of `width` by `height` floats, rows contiguous, a side at least 2; `black` is a row of zeros. A team shares
-/// the rows.
+/// Planes of `width` by `height` floats, rows contiguous, a side at least 2; `black` is a row of zeros. A
+/// team shares the rows.
 void FillGradient(const float* picture, const float* black, int width, int height, float* gradient);
 
-/// What separates the segments: an edge has a gradient above `edge` in either picture, a texture is what else has
-/// one of at least `texture` in the first.
+/// What separates the segments: an edge has a gradient above `edge` in either picture, a texture is what else
+/// has one of at least `texture` in the first.
 struct SegmentThresholds {
     float edge;
     float texture;
@@ -30,7 +31,7 @@ struct SplitRow {
     std::array<float*, kSegmentCount> values;  ///< for each segment its pixels' values, 0 at the others
 };
 
-/// Splits `width` pixels with these gradients in the two pictures and these values. The pixels of each segment.
+/// Splits `width` pixels with these gradients and values; returns how many each segment has.
 std::array<int, kSegmentCount> Split(const float* gradientFirst, const float* gradientSecond,
                                      const float* values, int width, const SegmentThresholds& thresholds,
                                      const SplitRow& row);

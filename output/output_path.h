@@ -5,8 +5,8 @@
 #include "catalogue/metric_list.h"
 #include "engine/model/results_store.h"
 
-/// The metrics of a run as output names show them: id and lower-case component of each result, such as "psnr_yyuv", those
-/// that differ in the order of their first appearance, joined by "_".
+/// The metrics of a run as output names show them: id and lower-case component of each result, such as
+/// "psnr_yyuv", those that differ in the order of their first appearance, joined by "_".
 std::wstring MetricNamePart(const CResultsStore& store,
                             const Metric::CMetricList& metrics = Metric::GetMetricList());
 
@@ -16,6 +16,7 @@ std::wstring VideoNamePart(const CResultsStore& store);
 /// `path` without its directory and without everything from the name's last "." on.
 std::wstring BaseName(const std::wstring& path);
 
-/// Makes the directory with those above it if it is missing, and ends `directory` with a separator. An empty one stays
-/// empty: the current directory. A directory that can't be made shows when a file in it can't be written.
+/// Makes the directory with those above it if it is missing, and ends `directory` with a separator. An empty
+/// one stays empty: the current directory. A directory that can't be made shows when a file in it can't be
+/// written.
 void PrepareOutputDirectory(std::wstring& directory);

@@ -4,10 +4,12 @@
 
 #include "engine/model/results_store.h"
 
-/// How the values of a series are spread. Values that aren't finite are left out; of none at all everything is NaN.
+/// How the values of a series are spread. Values that aren't finite are left out; of none at all everything
+/// is NaN.
 ///
-/// Mean and standard deviation (of the whole, divided by the count) are summed in double. A percentile p is the value at
-/// position p / 100 * (count - 1) of the sorted values, interpolated linearly between neighbours.
+/// Mean and standard deviation (of the whole, divided by the count) are summed in double. A percentile p is
+/// the value at position p / 100 * (count - 1) of the sorted values, interpolated linearly between
+/// neighbours.
 struct SeriesStatistics {
     double min = 0;
     double max = 0;

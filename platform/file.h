@@ -30,7 +30,8 @@ private:
     int descriptor = -1;
 };
 
-/// A file that only grows: every `Append` goes behind what is there, also what others append meanwhile. Created if missing.
+/// A file that only grows: every `Append` goes behind what is there, also what others append meanwhile.
+/// Created if missing.
 class AppendFile {
 public:
     AppendFile() = default;
@@ -49,6 +50,7 @@ private:
     int descriptor = -1;
 };
 
-/// Writes `bytes` as the whole of the file `path`, or leaves what was there: under a temporary name beside it, then
-/// renamed. What is no regular file (a device, a pipe) is written in place. False if any step failed.
+/// Writes `bytes` as the whole of the file `path`, or leaves what was there: under a temporary name beside
+/// it, then renamed. What is no regular file (a device, a pipe) is written in place. False if any step
+/// failed.
 bool ReplaceFile(const std::wstring& path, std::string_view bytes);

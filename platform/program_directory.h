@@ -5,7 +5,7 @@
 /// The directory of the running executable, ending in a separator; empty if the system doesn't tell.
 std::wstring ProgramDirectory();
 
-/// Where the program writes what belongs beside it, ending in a separator: its own directory if that can be written to,
-/// otherwise the user's data directory (`$XDG_DATA_HOME/tolvane/`, `~/.local/share/tolvane/`). That may be missing: who
-/// writes there makes it.
+/// Where the program writes what belongs beside it, ending in a separator: its own directory if that can be
+/// written to, otherwise the user's data directory (`$XDG_DATA_HOME/tolvane/`, `~/.local/share/tolvane/`).
+/// That may be missing: who writes there makes it.
 std::wstring WritableProgramDirectory();

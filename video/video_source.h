@@ -7,9 +7,9 @@ class rkIRawDataStream;
 
 /// Reads frames, whatever the file. Frame numbers count from 0.
 ///
-/// Errors are ints private to each class; 0 is always success, and `GetErrorText` says the rest. Nothing is thrown for
-/// bad input. The text operations write at most `size` characters, the closing 0 included, and do nothing for a null
-/// buffer or a size below 1. A source belongs to one thread at a time.
+/// Errors are ints private to each class; 0 is always success, and `GetErrorText` says the rest. Nothing is
+/// thrown for bad input. The text operations write at most `size` characters, the closing 0 included, and do
+/// nothing for a null buffer or a size below 1. A source belongs to one thread at a time.
 class rkIVideoSource {
 public:
     virtual int ReadFrame(std::uint8_t* buffer, int frame) = 0;

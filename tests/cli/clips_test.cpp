@@ -33,8 +33,8 @@ double ErrorOf(const json& value, double peak) {
 
 }  // namespace
 
-// The files hold the integer sums of squared differences by a separate program. The mean error behind a PSNR of float
-// precision is off by ln(10) / 10 * 2^-23 * 45 dB, about 1.2e-6 of it, times two roundings.
+// The files hold the integer sums of squared differences by a separate program. The mean error behind a PSNR
+// of float precision is off by ln(10) / 10 * 2^-23 * 45 dB, about 1.2e-6 of it, times two roundings.
 TEST(Clips, ExactSums) {
     const struct {
         const char* name;

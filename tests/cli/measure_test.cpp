@@ -32,8 +32,8 @@ std::string GreyFrames(int frames, std::size_t frameBytes) {
     return bytes;
 }
 
-// The sums come from a separate program, in integers. A PSNR in float has a relative error of 2^-24 in its logarithm and
-// again in the product: about 6e-8 of 35 dB each.
+// The sums come from a separate program, in integers. A PSNR in float has a relative error of 2^-24 in its
+// logarithm and again in the product: about 6e-8 of 35 dB each.
 TEST(Measure, SamplesAgreeWithExactSums) {
     std::ifstream exact(SAMPLES_DIR "/yard_x264.exact.csv");
     std::string line;
@@ -136,7 +136,8 @@ TEST(Measure, AnInputThatIsLeftOutShowsInTheStatus) {
     EXPECT_EQ("PSNR YYUV empty.yuv empty.yuv none dB\n", none.output) << "no frame, no value";
 }
 
-// A masked run gives what a run gives on clips in which the marked pixels were painted in the mask's colour beforehand.
+// A masked run gives what a run gives on clips in which the marked pixels were painted in the mask's colour
+// beforehand.
 TEST(Measure, AMaskPaintsItsMarkedPixels) {
     constexpr int kSide = 16;
     const TemporaryDirectory directory;

@@ -11,5 +11,6 @@ struct ProgramRun {
     std::string errors;
 };
 
-/// Runs tolvane-measure by a shell, with arguments and redirections as a shell reads them, in the current directory.
+/// Runs tolvane-measure by a shell, with arguments and redirections as a shell reads them, in the current
+/// directory.
 ProgramRun RunProgram(const std::string& arguments);

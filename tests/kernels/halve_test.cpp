@@ -13,7 +13,8 @@ namespace {
 
 constexpr float kBig = 16777216;  // 2^24: adding 1 changes nothing
 
-// 5 by 5 pixels to 2 by 2: the last column and row drop out. The last square keeps its 1 in the given order only.
+// 5 by 5 pixels to 2 by 2: the last column and row drop out. The last square keeps its 1 in the given order
+// only.
 TEST(Halve, ByHand) {
     const TestPlane<float> source(5, {1, 2, 3,    4,     9,  //
                                       5, 6, 7,    8,     9,  //

@@ -33,7 +33,8 @@ Floats Planes(CMetricImage& image, int component) {
     return samples;
 }
 
-// Pictures of 2 by 2. Values by hand: the word over 4, 64 or 256; chroma less 128; the peak is the greatest word's.
+// Pictures of 2 by 2. Values by hand: the word over 4, 64 or 256; chroma less 128; the peak is the greatest
+// word's.
 TEST(MetricImage, DeepSamples) {
     CMetricImage image(2, 2);
     image.LoadYuvDeep420(WordBytes({0, 4, 512, 1023, 512, 1023}).data(), 10);

@@ -36,7 +36,8 @@ TEST(Psnr, NoiseAgainstTheDefinition) {
     }
 }
 
-// On paper: 20 log10 255; 20 log10(65535 / 256); 20 log10 65535 + 10 log10 4, where a frame stops at 100, a sequence doesn't.
+// On paper: 20 log10 255; 20 log10(65535 / 256); 20 log10 65535 + 10 log10 4, where a frame stops at 100, a
+// sequence doesn't.
 TEST(Psnr, PeakIsTheSmallerOfTheTwo) {
     CMetricImage deep[3] = {{2, 2}, {2, 2}, {2, 2}};
     deep[0].LoadYuvDeep444(std::array<std::uint8_t, 24>{}.data(), 16);

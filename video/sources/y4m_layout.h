@@ -7,7 +7,8 @@
 #include "video/color_space.h"
 #include "video/sources/y4m_header.h"
 
-/// How the chroma planes of a picture are stored. They differ where a side is odd that chroma is halved along.
+/// How the chroma planes of a picture are stored. They differ where a side is odd that chroma is halved
+/// along.
 enum class Y4mChroma {
     AsInRawFiles,  ///< as a raw file of the frame's layout has them
     RoundedUp,     ///< both sides rounded up

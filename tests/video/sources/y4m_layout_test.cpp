@@ -14,7 +14,8 @@ Y4mHeader Header(int colorSpace, int sampleBits, int width, int height) {
 }
 
 // Sizes by hand. 5 by 3 has 15 pixels, 6 chroma samples a plane at 4:2:0 and 9 at 4:2:2 when sides are
-// rounded up; lines of 7, 10 and 15 bytes at 8 bits when they are cut. In words, a cut chroma row has 5 bytes.
+// rounded up; lines of 7, 10 and 15 bytes at 8 bits when they are cut. In words, a cut chroma row has 5
+// bytes.
 TEST(Y4mLayout, Candidates) {
     using Candidate = std::array<int, 3>;  // stored bytes, layout handed over, depth shift
     const struct {
