@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -9,7 +10,7 @@
 #include "video/color_space.h"
 
 /// The four files of a run, in the order of their options.
-enum FileRole : int { RoleOriginal, RoleProcessed, RoleProcessed2, RoleMask, RoleCount };
+enum FileRole : std::size_t { RoleOriginal, RoleProcessed, RoleProcessed2, RoleMask, RoleCount };
 
 /// The options' names of the roles, without dashes: "original", "processed", "processed2", "mask".
 extern const std::array<const char*, RoleCount> kRoleNames;
