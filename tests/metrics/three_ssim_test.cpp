@@ -55,7 +55,7 @@ float WeighedMeans(const std::vector<int>& segments, const float* map) {
 }
 
 TEST(ThreeSsim, ScenesByTheDefinition) {
-    for (const Scene& scene : Scenes()) {
+    for (const Scene& scene : SmallScenes()) {
         SCOPED_TRACE(scene.what);
         const int width = Scene::RoundUp(scene.width, 8);
         const int height = Scene::RoundUp(scene.height, 8);
