@@ -11,6 +11,7 @@
 #include "cli/headless_run.h"
 #include "cli/job.h"
 #include "cli/options.h"
+#include "cli/output_clash.h"
 #include "cli/report.h"
 #include "cli/stop_signals.h"
 #include "platform/file.h"
@@ -55,12 +56,18 @@ bool DeliverResults(const Options& options, const HeadlessRun& run, const Measur
 int Measure(const Options& options) {
     MeasurementJob job;
     FillJob(options, job);
+    CheckOutputsClash(options);
     if (options.threads > 0) omp_set_num_threads(options.threads);
 
     job.run.interruption = std::make_unique<InterruptionToken>();
     const StopSignals signals(*job.run.interruption);  // until the results are delivered
     const HeadlessRun run = RunHeadless(options, job);
     const ExitStatus status = StatusOf(*run.finish, job);
+    if (options.quiet && status != ExitComplete) {
+        Complain(std::string(status == ExitNothing ? "nothing was measured"
+                                                   : "not everything was measured and saved") +
+                 "; the log that --quiet leaves out says why");
+    }
     return DeliverResults(options, run, job) || status != ExitComplete ? status : ExitPartial;
 }
 

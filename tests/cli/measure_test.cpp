@@ -219,6 +219,45 @@ TEST(Measure, WhatCannotBeSavedIsSaid) {
               csv.errors.find("Failed to save CSV to \"" + file + "/psnr_yyuv_yard_yard_x264.csv\""));
 }
 
+TEST(Measure, AnOutputIsNeverAnInputOrAnotherOutput) {
+    const TemporaryDirectory directory;
+    const std::string bytes = ReadWhole(kOriginal);
+    const std::string clip = directory.Write("in.y4m", bytes);
+    std::filesystem::create_symlink("in.y4m", directory.Path("link"));
+    std::filesystem::create_hard_link(clip, directory.Path("hard"));
+    const std::string files = "-q --original " + clip + " --processed " + kProcessed;
+    const std::string csv = " --csv " + directory.Path("") + " --csv-naming custom --csv-name ";
+    const struct {
+        std::string outputs;
+        const char* named;
+    } kCases[] = {
+        {" --json " + clip, "--json"},
+        {" --json " + directory.Path("./x/../in.y4m"), "--json"},
+        {" --json " + directory.Path("link"), "--json"},
+        {" --log " + directory.Path("hard"), "--log"},
+        {csv + "in.y4m", "--csv-name"},
+        {" --json " + directory.Path("same") + " --log " + directory.Path("same"), "--log"},
+        {" --json " + directory.Path("same") + csv + "same", "--csv-name"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.outputs);
+        const ProgramRun run = RunProgram(files + c.outputs);
+        EXPECT_EQ(64, run.status);
+        EXPECT_NE(run.errors.npos, run.errors.find(c.named)) << run.errors;
+        EXPECT_EQ(bytes, ReadWhole(clip));
+        EXPECT_FALSE(std::filesystem::exists(directory.Path("same")));
+    }
+    EXPECT_EQ(0, RunProgram(files + " --json /dev/null --log /dev/null").status);
+    EXPECT_EQ(0,
+              RunProgram(files + " --json " + directory.Path("a") + " --log " + directory.Path("b")).status);
+}
+
+TEST(Measure, QuietStillSaysThatSomethingFailed) {
+    const ProgramRun run = RunProgram("-q --original missing.y4m --processed " + kProcessed);
+    EXPECT_EQ(2, run.status);
+    EXPECT_NE(run.errors.npos, run.errors.find("nothing was measured")) << run.errors;
+}
+
 TEST(Measure, CsvAndJsonAgree) {
     const TemporaryDirectory directory;
     const json run = Measured(kPair + " --processed2 " + kOriginal + " -m psnr:Y -m msad:R --csv " +
