@@ -1,0 +1,234 @@
+#include "metrics/motion/motion_estimator.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "tests/kernels/targets.h"
+
+namespace Metric {
+namespace {
+
+constexpr int kWidth = 96;
+constexpr int kHeight = 80;
+
+using Sampler = std::function<int(int x, int y)>;
+
+/// A picture with its margin, which repeats the border.
+class Picture {
+public:
+    explicit Picture(const Sampler& sample) {
+        for (int y = -kMargin; y < kHeight + kMargin; ++y)
+            for (int x = -kMargin; x < kWidth + kMargin; ++x)
+                bytes.push_back(static_cast<std::uint8_t>(
+                    sample(std::clamp(x, 0, kWidth - 1), std::clamp(y, 0, kHeight - 1))));
+    }
+    operator MotionPicture() const { return {bytes.data() + kMargin * (kStride + 1), kStride}; }
+
+private:
+    static constexpr int kMargin = 48;
+    static constexpr int kStride = kWidth + 2 * kMargin;
+
+    std::vector<std::uint8_t> bytes;
+};
+
+struct Estimator : MotionEstimator {
+    Estimator() { Setup(kHeight, kWidth, MotionParameters{}); }
+};
+
+/// Waves in all directions, of which no part looks like another nearby, smooth enough to walk downhill on.
+int Texture(int x, int y) {
+    const double waves =
+        std::sin(x * 0.31 + y * 0.11) + std::cos(y * 0.37 - x * 0.05) + std::sin(x * y * 0.004);
+    return static_cast<int>(125 + 38 * waves);
+}
+
+/// The texture at quarter pixels by the rules of quarter-pixel interpolation: half pixels by six taps,
+/// quarter ones between the two nearest of those, diagonally between one half right and one half down.
+int Interpolated(int x4, int y4) {
+    const auto half = [](int x2, int y2) {
+        const auto taps = [](auto sample) {
+            return sample(-2) - 5 * sample(-1) + 20 * (sample(0) + sample(1)) - 5 * sample(2) + sample(3);
+        };
+        const int x = x2 >> 1;
+        const int y = y2 >> 1;
+        const auto row = [&](int dy) { return taps([&](int dx) { return Texture(x + dx, y + dy); }); };
+        int value = Texture(x, y);
+        if (x2 & y2 & 1) {
+            value = (taps(row) + 512) >> 10;
+        } else if (x2 & 1) {
+            value = (row(0) + 16) >> 5;
+        } else if (y2 & 1) {
+            value = (taps([&](int dy) { return Texture(x, y + dy); }) + 16) >> 5;
+        }
+        return std::clamp(value, 0, 255);
+    };
+    const int x2 = x4 >> 1;
+    const int y2 = y4 >> 1;
+    const bool between = (x4 & 1) != 0;
+    const bool betweenRows = (y4 & 1) != 0;
+    if (!between && !betweenRows) return half(x2, y2);
+    if (between && betweenRows) {
+        const bool isHalf = ((x2 + y2) & 1) != 0;  // the upper left corner is one of the two
+        return isHalf ? (half(x2, y2) + half(x2 + 1, y2 + 1) + 1) / 2
+                      : (half(x2 + 1, y2) + half(x2, y2 + 1) + 1) / 2;
+    }
+    return (half(x2, y2) + half(x2 + between, y2 + betweenRows) + 1) / 2;
+}
+
+/// Calls use(block) for the blocks that see nothing of the border.
+template <class Use>
+void ForEachInnerBlock(const MotionField& field, const Use& use) {
+    for (int row = 1; row + 1 < field.rows; ++row)
+        for (int column = 1; column + 1 < field.columns; ++column) use(field.At(column, row));
+}
+
+TEST(MotionEstimator, EqualPictures) {
+    const Picture picture(Texture);
+    Estimator estimator;
+    for (int frame = 0; frame < 3; ++frame) {
+        estimator.Estimate(picture, picture);
+        ASSERT_EQ(30u, estimator.Field().blocks.size());
+        for (const BlockMotion& block : estimator.Field().blocks) {
+            EXPECT_EQ(16, block.partition);
+            EXPECT_EQ((MotionVector{0, 0, 0}), block.vectors[0]);
+        }
+    }
+}
+
+// The current picture is the reference's texture as it stands (x, y) quarter pixels on, so that vector
+// matches without a difference and its length in whole pixels, rounded down, is all it costs.
+TEST(MotionEstimator, ShiftedTexture) {
+    const MotionVector shifts[] = {{4, 0, 1},   {-4, 0, 1}, {0, 4, 1},  {0, -4, 1}, {8, -4, 3},
+                                   {-12, 8, 5}, {2, 0, 0},  {0, -2, 0}, {2, 2, 0},  {-6, 2, 1},
+                                   {1, 0, 0},   {0, 3, 0},  {1, 1, 0},  {3, 1, 0},  {-1, 3, 0},
+                                   {-3, -3, 0}, {5, -2, 1}, {2, 7, 1},  {-9, 6, 3}, {-40, 0, 10}};
+    const Picture reference(Texture);
+    for (const MotionVector& shift : shifts) {
+        SCOPED_TRACE(testing::Message() << shift.x << ", " << shift.y);
+        const Picture current([&](int x, int y) { return Interpolated(4 * x + shift.x, 4 * y + shift.y); });
+        Kernels::ForEachTarget([&] {
+            Estimator estimator;
+            // The second frame starts from the first one's vectors, which may have had far to go.
+            estimator.Estimate(current, reference);
+            estimator.Estimate(current, reference);
+            const MotionVector expected = {shift.x, shift.y,
+                                           (std::abs(shift.x) >> 2) + (std::abs(shift.y) >> 2)};
+            ForEachInnerBlock(estimator.Field(), [&](const BlockMotion& block) {
+                EXPECT_EQ(16, block.partition);
+                EXPECT_EQ(expected, block.vectors[0]);
+            });
+        });
+    }
+}
+
+// Every second stripe of 8 pixels moves left, the others right; in the lower half of the picture, stripes of
+// 4. Finer waves than elsewhere make every block that holds two stripes a bad match.
+TEST(MotionEstimator, SplitsWhereNeighboursPart) {
+    const auto fine = [](int x, int y) { return Texture(2 * x, 2 * y); };
+    const Picture reference(fine);
+    const Picture current([&](int x, int y) {
+        const int side = y < 48 ? 8 : 4;
+        return fine(x + (x / side % 2 == 0 ? 2 : -2), y);
+    });
+    Estimator estimator;
+    for (int frame = 0; frame < 2; ++frame) estimator.Estimate(current, reference);
+    const MotionField& field = estimator.Field();
+    for (int row = 1; row + 1 < field.rows; ++row) {
+        for (int column = 1; column + 1 < field.columns; ++column) {
+            const BlockMotion& block = field.At(column, row);
+            EXPECT_EQ(8, block.partition);
+            for (int quadrant = 0; quadrant < 4; ++quadrant) {
+                EXPECT_EQ(row < 3 ? 8 : 4, block.quadrantPartition[static_cast<std::size_t>(quadrant)]);
+                for (int small = 0; small < 4; ++small) {
+                    const int stripe = row < 3 ? quadrant % 2 : small % 2;
+                    const MotionVector expected = {stripe == 0 ? 8 : -8, 0, 2};
+                    EXPECT_EQ(expected, block.VectorOf(quadrant, small))
+                        << row << ' ' << column << ' ' << quadrant;
+                }
+            }
+        }
+    }
+}
+
+TEST(CandidateList, MeanSpreadAndDropping) {
+    const struct {
+        const char* what;
+        std::vector<MotionVector> vectors;
+        int distance;
+        MotionVector mean;
+        int spread;
+        std::vector<MotionVector> kept;
+    } cases[] = {
+        {"empty", {}, 4, {0, 0}, 0, {}},
+        {"remainders are dropped", {{-3, 3}, {-4, 4}}, 1, {-3, 3}, 1, {{-3, 3}, {-4, 4}}},
+        {"1 drops copies alone", {{5, 5}, {5, 6}, {5, 5}}, 1, {5, 5}, 1, {{5, 5}, {5, 6}}},
+        {"what was dropped drops nothing", {{0, 0}, {3, 0}, {5, 0}}, 4, {2, 0}, 3, {{0, 0}, {5, 0}}},
+        {"differences add up", {{0, 0}, {2, -2}, {1, 2}}, 4, {1, 0}, 2, {{0, 0}, {2, -2}}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        CandidateList list;
+        for (const MotionVector& vector : c.vectors) list.Append(vector);
+        EXPECT_EQ(c.mean, list.Mean());
+        EXPECT_EQ(c.spread, list.Spread(c.mean));
+        list.DropNearer(c.distance);
+        EXPECT_EQ(c.kept, std::vector<MotionVector>(list.begin(), list.end()));
+    }
+}
+
+// On paper. Two costs a and b have the mean m = (a + b) / 2 and, the root of the sum of squares being divided
+// by 2, the deviation |a - b| / sqrt(8). Running values start at 1500 and 500 and take in 0.3 of the smaller
+// of two frames.
+TEST(CostStatistics, Thresholds) {
+    const auto frame = [](int a, int b) {
+        MotionField field{2, 1, std::vector<BlockMotion>(2)};
+        field.blocks[0].vectors[0].cost = a;
+        field.blocks[1].vectors[0].cost = b;
+        return field;
+    };
+    const struct {
+        const char* what;
+        int a, b;
+        double mean, deviation;
+    } frames[] = {
+        {"equal pictures before all", 0, 0, 1500, 500},
+        {"the first costs", 900, 1100, 1350, 371.2132},
+        {"a cut: those of before count again", 9000, 12000, 1245, 281.0624},
+        {"behind it", 500, 500, 0.3 * 500 + 0.7 * 1245, 0.7 * 281.0624},
+        {"zeros don't count", 500, 0, 865.05, 137.7206},
+    };
+    CostStatistics statistics;
+    for (const auto& f : frames) {
+        SCOPED_TRACE(f.what);
+        statistics.Update(frame(f.a, f.b));
+        const CostThresholds thresholds = statistics.Thresholds();
+        EXPECT_NEAR(f.mean + 0.2 * f.deviation, thresholds.split, 1e-3);
+        EXPECT_NEAR(thresholds.split / 4, thresholds.quadrant, 1e-3);
+        EXPECT_NEAR(f.mean + 0.7 * f.deviation, thresholds.projection, 1e-3);
+    }
+}
+
+TEST(CostStatistics, PartsCountAsWholeBlocks) {
+    MotionField field{1, 1, std::vector<BlockMotion>(1)};
+    BlockMotion& block = field.blocks[0];
+    block.partition = 8;
+    block.quadrantPartition = {8, 4, 8, 8};
+    block.vectors[0].cost = 250;                                     // 1000
+    for (std::size_t i = 4; i < 8; ++i) block.vectors[i].cost = 50;  // 800, four times
+    block.vectors[8].cost = 150;                                     // 600
+    block.vectors[12].cost = 0;                                      // left out
+    CostStatistics statistics;
+    statistics.Update(field);
+    // Mean 4800 / 6 = 800, squares 2 * 200^2, deviation 282.8427 / 6.
+    EXPECT_NEAR(0.3 * 800 + 0.7 * 1500 + 0.2 * (0.3 * 282.8427 / 6 + 0.7 * 500),
+                statistics.Thresholds().split, 1e-3);
+}
+
+}  // namespace
+}  // namespace Metric
