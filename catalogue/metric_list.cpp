@@ -11,6 +11,7 @@
 #include "metrics/psnr_variants.h"
 #include "metrics/ssim_fast.h"
 #include "metrics/ssim_precise.h"
+#include "metrics/stssim.h"
 #include "metrics/three_ssim.h"
 #include "metrics/vqm.h"
 #include "platform/program_directory.h"
@@ -36,6 +37,7 @@ constexpr struct {
     {9, Make<CSSIMMetric>},        // ssim_fast
     {10, Make<CSSIMMetricIpp>},    // ssim_precise
     {12, Make<C3SSIMMetricIpp>},   // 3ssim
+    {17, Make<CSTSSIMMetric>},     // stssim
     {14, Make<CMSSSIMMetric>},     // msssim_fast
     {15, Make<CMSSSIMMetricIpp>},  // msssim_precise
     {18, Make<CVQMMetric>},        // vqm

@@ -29,6 +29,7 @@ const struct {
     {9, L"ssim_fast", L"SSIM (fast)", kY, 2, 2, true, L""},
     {10, L"ssim_precise", L"SSIM (precise)", kY, 2, 2, true, L""},
     {12, L"3ssim", L"3SSIM", kY, 2, 2, true, L""},
+    {17, L"stssim", L"stSSIM", kY, 2, 2, true, L""},
     {14, L"msssim_fast", L"MSSSIM", kY, 2, 2, true, L""},
     {15, L"msssim_precise", L"MSSSIM (precise)", kY, 2, 2, true, L""},
     {18, L"vqm", L"VQM", kY, 2, 2, false, L""},
