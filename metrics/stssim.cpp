@@ -14,6 +14,10 @@ namespace Metric {
 namespace {
 constexpr int kLeadingFrames = Kernels::kWindowFrames - 1;  // that have no value
 constexpr double kPooledShare = 0.06;
+
+int RowsHolding(int values, int rowLength) {
+    return rowLength > 0 ? (values + rowLength - 1) / rowLength : 0;
+}
 }  // namespace
 
 CSTSSIMMetric::CSTSSIMMetric(MetricParameters metricParameters)
@@ -24,7 +28,7 @@ CSTSSIMMetric::CSTSSIMMetric(MetricParameters metricParameters)
       lines(paddedWidth, paddedHeight),
       ssim(paddedWidth, paddedHeight, Kernels::BorderReplicate),
       temporalMap(Kernels::MakeFloatPlane(lines.AlignedWidth(), paddedHeight)),
-      temporalRows((paddedWidth * paddedHeight + lines.AlignedWidth() - 1) / lines.AlignedWidth()),
+      temporalRows(RowsHolding(paddedWidth * paddedHeight, lines.AlignedWidth())),
       temporalScratch(static_cast<std::uint8_t*>(
           Kernels::AllocZeroed(Kernels::GetSpaceTimeScratchSize(lines.AlignedWidth(), temporalRows)))),
       poolScratch(Kernels::MakeFloatPlane(paddedWidth, paddedHeight)) {
