@@ -64,6 +64,7 @@ void CBlurringMetric::Visualize(rkVideoImage& target, int component) {
 }
 
 float CBlurringMetric::Sharpness(const float* plane) const {
+    if (paddedWidth < 3 || paddedHeight < 3) return 0;  // no inner pixel, nothing that rises or falls
     const std::ptrdiff_t width = paddedWidth;
     float gradientSum = 0;
     for (int y = 1; y < paddedHeight - 1; ++y) {

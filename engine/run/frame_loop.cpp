@@ -2,11 +2,16 @@
 
 #include <omp.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <initializer_list>
+#include <limits>
+#include <string>
 
 #include "engine/run/mask.h"
 #include "engine/run/parallel.h"
 #include "engine/run/run_log.h"
+#include "kernels/bands.h"
 #include "metric/convert_frame.h"
 
 namespace {
@@ -63,7 +68,7 @@ private:
 
     void ConvertFrames() {
         const int count = static_cast<int>(conversions.size());
-        ForEachInParallel(count, count > 1, [&](int i) {
+        ForEachInParallel(count, count > 1 && IsWorthATeam(count), [&](int i) {
             const Conversion& conversion = conversions[static_cast<std::size_t>(i)];
             if (conversion.file->failed) return;
             Convert(conversion);
@@ -90,7 +95,7 @@ private:
     }
 
     void MeasureOneFileSets(int frame) {
-        for (const OneFileSet& set : state.oneFileSchedule) {
+        for (OneFileSet& set : state.oneFileSchedule) {
             const OpenedFile* file = FindFile(set.file);
             if (file == nullptr) {
                 LogLine(run,
@@ -102,7 +107,7 @@ private:
     }
 
     void MeasureTwoFileSets(int frame) {
-        for (const TwoFileSet& set : state.twoFileSchedule) {
+        for (TwoFileSet& set : state.twoFileSchedule) {
             const OpenedFile* first = FindFile(set.first);
             const OpenedFile* second = FindFile(set.second);
             if (first == nullptr || second == nullptr) {
@@ -114,15 +119,15 @@ private:
         }
     }
 
-    void MeasureSet(const std::vector<ScheduledMetric>& metrics,
-                    std::initializer_list<const OpenedFile*> files, int frame) {
+    void MeasureSet(std::vector<ScheduledMetric>& metrics, std::initializer_list<const OpenedFile*> files,
+                    int frame) {
         // Metrics have loops of their own that can use the threads which a short set would leave idle.
         const int count = static_cast<int>(metrics.size());
-        ForEachInParallel(count, count > 1 && count >= omp_get_max_threads(),
+        ForEachInParallel(count, count > 1 && count >= omp_get_max_threads() && IsWorthATeam(count),
                           [&](int i) { MeasureMetric(metrics[static_cast<std::size_t>(i)], files, frame); });
     }
 
-    void MeasureMetric(const ScheduledMetric& scheduled, std::initializer_list<const OpenedFile*> files,
+    void MeasureMetric(ScheduledMetric& scheduled, std::initializer_list<const OpenedFile*> files,
                        int frame) {
         std::vector<Metric::CMetricImage*> images;
         for (const OpenedFile* file : files) {
@@ -133,10 +138,31 @@ private:
 
         const std::vector<Metric::MetricValue> values = scheduled.metric->Measure(images);
         if (frame < scheduled.lag) return;
-        InCriticalSection([&] {
-            for (const Metric::MetricValue& result : values)
-                store.AddValue(result.resultId, frame - scheduled.lag, result.value);
-        });
+        InCriticalSection([&] { StoreValues(scheduled, values, frame - scheduled.lag); });
+    }
+
+    /// One value for each result of the metric. One that it doesn't give (a plug-in may fail at a frame) isn't a
+    /// number, so that the values behind it keep their frames.
+    void StoreValues(ScheduledMetric& scheduled, const std::vector<Metric::MetricValue>& values, int frame) {
+        std::size_t found = 0;
+        for (const int id : scheduled.resultIds) {
+            const auto value = std::find_if(values.begin(), values.end(),
+                                            [id](const Metric::MetricValue& v) { return v.resultId == id; });
+            const bool isGiven = value != values.end();
+            found += isGiven;
+            store.AddValue(id, frame, isGiven ? value->value : std::numeric_limits<float>::quiet_NaN());
+        }
+        const bool isValid = found == scheduled.resultIds.size() && found == values.size();
+        if (isValid || scheduled.gaveInvalidValues) return;
+        scheduled.gaveInvalidValues = true;
+        outcome.measurement = CompletionPartial;
+        LogLine(run, L"Metric " + scheduled.metric->GetName() + L" returned invalid values at frame " +
+                         std::to_wstring(frame) + L"; missing values are not numbers");
+    }
+
+    /// Whether so many tasks on a frame of the run take longer than to wake the threads.
+    bool IsWorthATeam(int tasks) const {
+        return std::int64_t{state.width} * state.height * tasks >= 2 * Kernels::kPixelsPerThread;
     }
 
     OpenedFile* FindFile(int index) {

@@ -1,5 +1,6 @@
 #include "engine/run/run_measurement.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -85,7 +86,8 @@ void StoreAverages(const Sets& schedule, bool visualize, CResultsStore& store) {
     for (const auto& set : schedule)
         for (const ScheduledMetric& scheduled : set.metrics)
             for (const Metric::MetricValue& result : scheduled.metric->GetAverages(visualize))
-                store.SetAverage(result.resultId, result.value);
+                if (std::count(scheduled.resultIds.begin(), scheduled.resultIds.end(), result.resultId) > 0)
+                    store.SetAverage(result.resultId, result.value);
 }
 
 }  // namespace

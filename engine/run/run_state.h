@@ -38,9 +38,11 @@ using OpenedFiles = std::map<int, OpenedFile>;
 struct ScheduledMetric {
     boost::shared_ptr<Metric::IMetric> metric;
     int component = 0;
+    std::vector<int> resultIds = {};  ///< what it gives a value for at every frame
     /// Frames by which the metric is behind: it answers at frame n with the value of frame n minus this, and
     /// its answers before that count are dropped.
     int lag = 0;
+    bool gaveInvalidValues = false;  ///< and the log says so
 };
 
 struct OneFileSet {

@@ -1,6 +1,8 @@
 #include "engine/run/schedule.h"
 
+#include <algorithm>
 #include <memory>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -42,20 +44,31 @@ private:
         if (metric == nullptr) return;
 
         const std::vector<Metric::MetricResultInfo> infos = metric->GetResultInfo(run.visualization.save);
-        if (infos.empty()) {
+        if (infos.empty() || HasTakenId(infos)) {
             Skip(L"Metric " + metrics.GetName(selected.metricIndex) +
                  L" returned invalid information; measurement skipped");
             return;
         }
+        std::vector<int> resultIds;
         for (const Metric::MetricResultInfo& info : infos) {
             const std::vector<FileRecord> files =
                 isPair ? FilesOf(info, file) : std::vector<FileRecord>{RecordOf(run, file)};
             store.SetResultRecord(info.resultId, {selected.metricIndex, selected.component, files,
                                                   selected.settings, info.name});
+            resultIds.push_back(info.resultId);
         }
 
         const int lag = isPair && metric->GetId() == kLateMetricId ? kLateMetricLag : 0;
-        scheduled.push_back({std::move(metric), selected.component, lag});
+        scheduled.push_back({std::move(metric), selected.component, std::move(resultIds), lag});
+    }
+
+    /// Whether a result has the id of another one, whose values it would mix with its own.
+    bool HasTakenId(const std::vector<Metric::MetricResultInfo>& infos) const {
+        std::set<int> ids;
+        ResultRecord record;
+        return std::any_of(infos.begin(), infos.end(), [&](const Metric::MetricResultInfo& info) {
+            return !ids.insert(info.resultId).second || store.GetResultRecord(info.resultId, record);
+        });
     }
 
     /// A configured instance for the pictures of `file`; null if it can't be had.

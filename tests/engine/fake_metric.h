@@ -25,6 +25,8 @@ struct FakeKind {
     std::function<float(const Images& images)> measure = [](const Images& images) {
         return *images[0]->GetY() - (images.size() == 1 ? 0 : *images[1]->GetY());
     };
+    /// Changes a frame's answer before it is given.
+    std::function<void(std::vector<Metric::MetricValue>& values)> answer = [](auto&) {};
 };
 
 /// Answers by its kind. Each result is the same value plus its position among the results; the average is the
@@ -41,7 +43,9 @@ public:
     std::vector<Metric::MetricValue> Measure(const Images& images) override {
         const float frameValue = kind.measure(images);
         ++count;
-        return Values(frameValue);
+        auto values = Values(frameValue);
+        kind.answer(values);
+        return values;
     }
     std::vector<Metric::MetricValue> MeasureAndVisualize(const Images& images, rkVideoImage&) override {
         return Measure(images);

@@ -38,6 +38,14 @@ TEST(Blurring, EqualsOneChainOfAdditions) {
     }
 }
 
+TEST(Blurring, PicturesWithoutAnInnerPixel) {
+    for (const auto& [width, height] : {std::pair(1, 1), {2, 9}, {9, 2}}) {
+        const Scene noise = {"narrow", width, height, [](int x, int y) { return Noise(x, y, 256); }};
+        CBlurringMetric metric(PictureSize(width, height));
+        EXPECT_EQ(0, metric.Measure({noise.Image().get()})[0].value);
+    }
+}
+
 // Ramps of slope s along one axis have g = 2 |s| everywhere inside.
 TEST(Blurring, TwoVideos) {
     const auto steep = BytePicture(12, 9, [](int x, int) { return 10 * x; });

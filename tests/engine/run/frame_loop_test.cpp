@@ -28,7 +28,8 @@ struct FrameLoopTest : RunTest {
     }
 
     static ScheduledMetric Scheduled(FakeKind kind, int component = 0) {
-        return {boost::make_shared<FakeMetric>(kind, Metric::MetricParameters()), component, 0};
+        const auto metric = boost::make_shared<FakeMetric>(kind, Metric::MetricParameters());
+        return {metric, component, {metric->GetResultInfo(false)[0].resultId}};
     }
 
     RunState state;

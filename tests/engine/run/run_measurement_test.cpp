@@ -2,6 +2,7 @@
 
 #include <omp.h>
 
+#include <cmath>
 #include <new>
 #include <stdexcept>
 
@@ -164,6 +165,26 @@ TEST_F(RunMeasurementTest, AFileThatShrinksIsLeftOutFromThereOn) {
                      L"Failed to read frame from sequence \"b\", measurement skipped",
                      L"Saving average results", L"Done!"}),
               ScheduleLines());
+}
+
+TEST_F(RunMeasurementTest, InvalidValuesDontMoveTheOthers) {
+    FakeKind faulty;  // no answer at frame 1; at frame 2 one for a result that isn't its own, twice
+    faulty.answer = [frame = 0](std::vector<Metric::MetricValue>& values) mutable {
+        if (frame == 1) values.clear();
+        if (frame++ == 2) values.insert(values.end(), 2, {values[0].resultId + 1, 99});
+    };
+    RunParameters run = Recorded({Clip(L"a", 4, 7), Clip(L"b", 4, 0)});
+    EXPECT_TRUE(Measure(run, {faulty, FakeKind()}));
+    EXPECT_EQ(CompletionPartial, outcome.measurement);
+    EXPECT_EQ((std::vector<float>{7, 7, 7, 7}), Values()[1]);
+    const std::vector<float> values = Values()[0];
+    ASSERT_EQ(4u, values.size());
+    EXPECT_TRUE(std::isnan(values[1]));
+    EXPECT_EQ((std::vector<float>{7, 7, 7}), (std::vector<float>{values[0], values[2], values[3]}));
+    const auto told =
+        std::count(lines.begin(), lines.end(),
+                   L"Metric Fake returned invalid values at frame 1; missing values are not numbers");
+    EXPECT_EQ(1, told);
 }
 
 TEST_F(RunMeasurementTest, TheMetricThatIs32FramesBehind) {
