@@ -64,7 +64,8 @@ std::wstring BaseName(const std::wstring& path) {
 
 void PrepareOutputDirectory(std::wstring& directory) {
     if (directory.empty()) return;
+    if (directory.back() == L'\\') directory.back() = L'/';
+    if (directory.back() != L'/') directory += L'/';
     std::error_code ignored;
     std::filesystem::create_directories(ToUtf8(directory), ignored);
-    if (directory.back() != L'/' && directory.back() != L'\\') directory += L'/';
 }

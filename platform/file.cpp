@@ -103,6 +103,8 @@ bool ReplaceFile(const std::wstring& path, std::string_view bytes) {
     struct stat status = {};
     const bool exists = stat(target.c_str(), &status) == 0;
     if (exists && !S_ISREG(status.st_mode)) return WriteInPlace(target, bytes);
+    // A rename would pass over the protection of the file itself.
+    if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return false;
 
     // A link stays a link: its file is the one that is replaced.
     if (char* resolved = exists ? realpath(target.c_str(), nullptr) : nullptr) {
@@ -112,7 +114,8 @@ bool ReplaceFile(const std::wstring& path, std::string_view bytes) {
 
     std::string temporary;
     const int descriptor = OpenTemporary(target, temporary);
-    if (descriptor < 0) return false;
+    if (descriptor < 0)
+        return exists && WriteInPlace(target, bytes);  // the directory is closed, the file open
     const bool modeKept = !exists || fchmod(descriptor, status.st_mode & 07777) == 0;
     const bool written = WriteAll(descriptor, bytes) && fsync(descriptor) == 0;
     const bool closed = close(descriptor) == 0;

@@ -51,6 +51,6 @@ private:
 };
 
 /// Writes `bytes` as the whole of the file `path`, or leaves what was there: under a temporary name beside
-/// it, then renamed. What is no regular file (a device, a pipe) is written in place. False if any step
-/// failed.
+/// it, then renamed. What is no regular file (a device, a pipe), or lies in a directory that takes no new
+/// file, is written in place. False if any step failed, and for a file that may not be written.
 bool ReplaceFile(const std::wstring& path, std::string_view bytes);

@@ -74,4 +74,35 @@ TEST_F(Files, ReplacesWholeOrNotAtAll) {
     EXPECT_EQ(2, std::distance(fs::directory_iterator(directory), {})) << "no temporary file stays behind";
 }
 
+/// As a user without rights over everything, for a while.
+struct NormalUser {
+    NormalUser() { isRoot = geteuid() == 0 && seteuid(65534) == 0; }
+    ~NormalUser() {
+        if (isRoot && seteuid(0) != 0) std::abort();
+    }
+    bool isRoot = false;
+};
+
+TEST_F(Files, ReplacingKeepsToThePermissions) {
+    ASSERT_TRUE(ReplaceFile(Path("protected"), "old"));
+    ASSERT_TRUE(ReplaceFile(Path("open"), "older"));
+    chmod((directory / "protected").c_str(), 0444);
+    chmod((directory / "open").c_str(), 0666);
+    chmod(directory.c_str(), 0777);
+    {
+        const NormalUser user;
+        EXPECT_FALSE(ReplaceFile(Path("protected"), "new"));
+    }
+    EXPECT_EQ("old", Content("protected"));
+
+    chmod(directory.c_str(), 0555);
+    {
+        const NormalUser user;
+        EXPECT_TRUE(ReplaceFile(Path("open"), "new")) << "in a directory that takes no temporary file";
+        EXPECT_FALSE(ReplaceFile(Path("another"), "new"));
+    }
+    chmod(directory.c_str(), 0777);
+    EXPECT_EQ("new", Content("open"));
+}
+
 }  // namespace
