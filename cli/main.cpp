@@ -34,7 +34,7 @@ void Complain(std::string text) {
 /// Writes `text` to a file, or to standard output for "-". Says so if that fails.
 bool Deliver(const std::wstring& path, const std::string& text) {
     if (path == L"-" ? Print(text) : ReplaceFile(path, text)) return true;
-    Complain("can't write the results to \"" + ToUtf8(path) + "\"");
+    Complain("can't write the results to " + (path == L"-" ? "standard output" : '"' + ToUtf8(path) + '"'));
     return false;
 }
 
@@ -89,6 +89,8 @@ int Run(int argc, const char* const* argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN);  // a closed pipe shows as a failed write
+    // A closed pipe and a file at its size limit show as failed writes.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     return Run(argc, argv);
 }
