@@ -41,26 +41,46 @@ HWY_INLINE void FilterRow(const float* above, const float* centre, const float* 
     }
 }
 
+// Each of a pixel from pointers to its left neighbours above, at and below it.
+
+template <class D>
+HWY_INLINE hn::VFromD<D> Horiz(D d, const float* above, const float*, const float* below) {
+    const auto smooth = [=](const float* row) HWY_ATTR {
+        const auto middle = hn::LoadU(d, row + 1);
+        return hn::Add(hn::Add(hn::Add(hn::LoadU(d, row), middle), middle), hn::LoadU(d, row + 2));
+    };
+    return hn::Sub(smooth(above), smooth(below));
+}
+
+template <class D>
+HWY_INLINE hn::VFromD<D> Vert(D d, const float* above, const float* centre, const float* below) {
+    const auto slope = [=](const float* row)
+                           HWY_ATTR { return hn::Sub(hn::LoadU(d, row + 2), hn::LoadU(d, row)); };
+    return hn::Add(hn::Add(hn::Add(slope(above), slope(centre)), slope(centre)), slope(below));
+}
+
 void HorizRow(const float* above, const float* centre, const float* below, int width, BorderKind border,
               float borderValue, float* target) {
-    const auto gradient = [](auto d, const float* first, const float*, const float* last) HWY_ATTR {
-        const auto smooth = [=](const float* row) HWY_ATTR {
-            const auto middle = hn::LoadU(d, row + 1);
-            return hn::Add(hn::Add(hn::Add(hn::LoadU(d, row), middle), middle), hn::LoadU(d, row + 2));
-        };
-        return hn::Sub(smooth(first), smooth(last));
-    };
-    FilterRow(above, centre, below, width, border, borderValue, target, gradient);
+    FilterRow(above, centre, below, width, border, borderValue, target,
+              [](auto d, const float* first, const float* middle, const float* last)
+                  HWY_ATTR { return Horiz(d, first, middle, last); });
 }
 
 void VertRow(const float* above, const float* centre, const float* below, int width, BorderKind border,
              float borderValue, float* target) {
-    const auto gradient = [](auto d, const float* first, const float* middle, const float* last) HWY_ATTR {
-        const auto slope = [=](const float* row)
-                               HWY_ATTR { return hn::Sub(hn::LoadU(d, row + 2), hn::LoadU(d, row)); };
-        return hn::Add(hn::Add(hn::Add(slope(first), slope(middle)), slope(middle)), slope(last));
-    };
-    FilterRow(above, centre, below, width, border, borderValue, target, gradient);
+    FilterRow(above, centre, below, width, border, borderValue, target,
+              [](auto d, const float* first, const float* middle, const float* last)
+                  HWY_ATTR { return Vert(d, first, middle, last); });
+}
+
+void MagnitudeRow(const float* above, const float* centre, const float* below, int width, BorderKind border,
+                  float borderValue, float* target) {
+    FilterRow(above, centre, below, width, border, borderValue, target,
+              [](auto d, const float* first, const float* middle, const float* last) HWY_ATTR {
+                  const auto vert = Vert(d, first, middle, last);
+                  const auto horiz = Horiz(d, first, middle, last);
+                  return hn::Sqrt(hn::Add(hn::Mul(vert, vert), hn::Mul(horiz, horiz)));
+              });
 }
 
 }  // namespace
@@ -74,6 +94,7 @@ namespace {
 
 HWY_EXPORT(HorizRow);
 HWY_EXPORT(VertRow);
+HWY_EXPORT(MagnitudeRow);
 
 // The scratch memory is the row outside a picture with a constant border.
 template <class FilterRow>
@@ -103,6 +124,12 @@ void FilterSobelHorizBorder(const float* source, int sourceStride, float* target
 void FilterSobelVertBorder(const float* source, int sourceStride, float* target, int targetStride, int width,
                            int height, BorderKind border, float borderValue, void* scratch) {
     FilterPlane(HWY_DYNAMIC_DISPATCH(VertRow), source, sourceStride, target, targetStride, width, height,
+                border, borderValue, scratch);
+}
+
+void FilterSobelMagnitudeBorder(const float* source, int sourceStride, float* target, int targetStride,
+                                int width, int height, BorderKind border, float borderValue, void* scratch) {
+    FilterPlane(HWY_DYNAMIC_DISPATCH(MagnitudeRow), source, sourceStride, target, targetStride, width, height,
                 border, borderValue, scratch);
 }
 

@@ -7,6 +7,7 @@
 
 #include "kernels/ordered_sum.h"
 #include "kernels/reductions.h"
+#include "kernels/sobel.h"
 #include "metrics/similarity_grey.h"
 
 namespace Metric {
@@ -29,7 +30,8 @@ C3SSIMMetricIpp::C3SSIMMetricIpp(MetricParameters metricParameters)
       gradientFirst(Kernels::MakeFloatPlane(paddedWidth, paddedHeight)),
       gradientSecond(Kernels::MakeFloatPlane(paddedWidth, paddedHeight)),
       segments(static_cast<std::uint8_t*>(Kernels::AllocZeroed(PaddedPixelCount()))),
-      black(Kernels::MakeFloatPlane(paddedWidth, 1)),
+      sobelScratch(static_cast<std::uint8_t*>(
+          Kernels::AllocZeroed(Kernels::GetSobelScratchSize(paddedWidth, paddedHeight)))),
       split(Kernels::MakeFloatPlane(paddedWidth, kSegmentCount)) {
     id = L"3ssim";
     name = L"3SSIM";
@@ -63,10 +65,17 @@ void C3SSIMMetricIpp::Visualize(rkVideoImage& target, int component) {
     }
 }
 
+void C3SSIMMetricIpp::FillGradient(const float* picture, float* gradient) {
+    constexpr float kBlack = 0;
+    const int stride = paddedWidth * static_cast<int>(sizeof(float));
+    Kernels::FilterSobelMagnitudeBorder(picture, stride, gradient, stride, paddedWidth, paddedHeight,
+                                        Kernels::BorderConstant, kBlack, sobelScratch.get());
+}
+
 float C3SSIMMetricIpp::WeighSegments(const std::vector<CMetricImage*>& images) {
     const auto pictures = GetPlanes(images, parameters.component);
-    FillGradient(pictures.first, black.get(), paddedWidth, paddedHeight, gradientFirst.get());
-    FillGradient(pictures.second, black.get(), paddedWidth, paddedHeight, gradientSecond.get());
+    FillGradient(pictures.first, gradientFirst.get());
+    FillGradient(pictures.second, gradientSecond.get());
     float* const map = GetMap(parameters.component);
     ssim.Map(pictures, paddedWidth, paddedHeight, ConstantsOf(images), map);
 

@@ -38,6 +38,7 @@ public:
     void Visualize(rkVideoImage& target, int component) override;
 
 private:
+    void FillGradient(const float* picture, float* gradient);
     float WeighSegments(const std::vector<CMetricImage*>& images);
     SegmentThresholds Thresholds() const;
     /// Fills `segments`; the mean of the map over each of them.
@@ -47,8 +48,8 @@ private:
     Kernels::FloatPlane gradientFirst;
     Kernels::FloatPlane gradientSecond;
     Kernels::BytePlane segments;  ///< a `Segment` a pixel
-    Kernels::FloatPlane black;    ///< a row
-    Kernels::FloatPlane split;    ///< a row for each segment
+    Kernels::BytePlane sobelScratch;
+    Kernels::FloatPlane split;  ///< a row for each segment
 };
 
 }  // namespace Metric

@@ -10,14 +10,6 @@ namespace Metric {
 enum Segment : std::uint8_t { Smooth, Texture, Edge };
 inline constexpr std::size_t kSegmentCount = 3;
 
-/// The gradient of each pixel of a picture that lies on black: the length of the vector of the two Sobel
-/// filters, with the bits of `Kernels::FilterSobelVertBorder` and `FilterSobelHorizBorder`, squared, added
-/// and rooted.
-///
-/// Planes of `width` by `height` floats, rows contiguous, a side at least 2; `black` is a row of zeros. A
-/// team shares the rows.
-void FillGradient(const float* picture, const float* black, int width, int height, float* gradient);
-
 /// What separates the segments: an edge has a gradient above `edge` in either picture, a texture is what else
 /// has one of at least `texture` in the first.
 struct SegmentThresholds {

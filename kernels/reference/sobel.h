@@ -4,6 +4,8 @@
 #include "kernels/rows.h"
 #include "kernels/sobel.h"
 
+#include <cmath>
+
 namespace Kernels::Reference {
 
 /// target(x, y) = gradient(pixel), pixel(dx, dy) being the neighbour that far from (x, y).
@@ -20,24 +22,39 @@ void FilterNeighbours(const float* source, int sourceStride, float* target, int 
     }
 }
 
-/// The scratch memory isn't used.
+template <class Pixel>
+float SobelHoriz(const Pixel& pixel) {
+    const auto smooth = [&](int dy) { return pixel(-1, dy) + pixel(0, dy) + pixel(0, dy) + pixel(1, dy); };
+    return smooth(-1) - smooth(1);
+}
+
+template <class Pixel>
+float SobelVert(const Pixel& pixel) {
+    const auto slope = [&](int dy) { return pixel(1, dy) - pixel(-1, dy); };
+    return slope(-1) + slope(0) + slope(0) + slope(1);
+}
+
+// None of them uses the scratch memory.
+
 inline void FilterSobelHorizBorder(const float* source, int sourceStride, float* target, int targetStride,
                                    int width, int height, BorderKind border, float borderValue, void*) {
     FilterNeighbours(source, sourceStride, target, targetStride, width, height, border, borderValue,
-                     [](const auto& pixel) {
-                         const auto smooth = [&](int dy) {
-                             return pixel(-1, dy) + pixel(0, dy) + pixel(0, dy) + pixel(1, dy);
-                         };
-                         return smooth(-1) - smooth(1);
-                     });
+                     [](const auto& pixel) { return SobelHoriz(pixel); });
 }
 
 inline void FilterSobelVertBorder(const float* source, int sourceStride, float* target, int targetStride,
                                   int width, int height, BorderKind border, float borderValue, void*) {
     FilterNeighbours(source, sourceStride, target, targetStride, width, height, border, borderValue,
+                     [](const auto& pixel) { return SobelVert(pixel); });
+}
+
+inline void FilterSobelMagnitudeBorder(const float* source, int sourceStride, float* target, int targetStride,
+                                       int width, int height, BorderKind border, float borderValue, void*) {
+    FilterNeighbours(source, sourceStride, target, targetStride, width, height, border, borderValue,
                      [](const auto& pixel) {
-                         const auto slope = [&](int dy) { return pixel(1, dy) - pixel(-1, dy); };
-                         return slope(-1) + slope(0) + slope(0) + slope(1);
+                         const float vert = SobelVert(pixel);
+                         const float horiz = SobelHoriz(pixel);
+                         return std::sqrt(vert * vert + horiz * horiz);
                      });
 }
 

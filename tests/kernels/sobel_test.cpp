@@ -83,9 +83,11 @@ TEST(Sobel, SameBitsAsReference) {
             SCOPED_TRACE(testing::Message() << width << " by " << height << ", border " << border);
             const Plane horiz = Filtered(source, border, 1.1f, Reference::FilterSobelHorizBorder);
             const Plane vert = Filtered(source, border, 1.1f, Reference::FilterSobelVertBorder);
+            const Plane magnitude = Filtered(source, border, 1.1f, Reference::FilterSobelMagnitudeBorder);
             ForEachTargetAndTeam([&] {
                 EXPECT_TRUE(horiz == Filtered(source, border, 1.1f, FilterSobelHorizBorder));
                 EXPECT_TRUE(vert == Filtered(source, border, 1.1f, FilterSobelVertBorder));
+                EXPECT_TRUE(magnitude == Filtered(source, border, 1.1f, FilterSobelMagnitudeBorder));
             });
         }
     }

@@ -42,7 +42,10 @@ inline std::unique_ptr<CMetricImage> NoisePicture(int width, int height, unsigne
 
 /// A black `RGB24` picture to paint on, and a pixel of it as B, G, R.
 struct Canvas {
-    Canvas(int width, int height) { picture.Create(width, height, RGB24, 0); }
+    Canvas(int width, int height, std::uint8_t grey = 0) {
+        picture.Create(width, height, RGB24, 0);
+        std::fill_n(picture.Data(), picture.Stride() * height, grey);
+    }
 
     std::vector<int> Pixel(int x, int y) const {
         const std::uint8_t* pixel = picture.Data() + y * picture.Stride() + 3 * x;

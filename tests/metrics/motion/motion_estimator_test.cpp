@@ -6,7 +6,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "tests/kernels/targets.h"
@@ -228,6 +230,59 @@ TEST(CostStatistics, PartsCountAsWholeBlocks) {
     // Mean 4800 / 6 = 800, squares 2 * 200^2, deviation 282.8427 / 6.
     EXPECT_NEAR(0.3 * 800 + 0.7 * 1500 + 0.2 * (0.3 * 282.8427 / 6 + 0.7 * 500),
                 statistics.Thresholds().split, 1e-3);
+}
+
+/// Six areas with motions of their own on noise that is four times as strong in frame 3, turned by a quarter
+/// from frame 5 on, in four levels from frame 6 on: it takes every path of the search.
+int UnsteadyScene(int frame, int x, int y) {
+    constexpr int kMotions[][2] = {{2, -1}, {-5, 0}, {0, 6}, {9, 3}, {-1, -7}, {-14, 11}};
+    const auto triangle = [](int v) { return std::abs(v % 64 - 32); };
+    const std::uint32_t seed = 7919u * static_cast<unsigned>(x) + 104729u * static_cast<unsigned>(y) +
+                               1299709u * static_cast<unsigned>(frame);
+    const int noise = static_cast<int>(seed * 2654435761u >> 28);
+
+    const auto& motion = kMotions[(x / 40 + 2 * (y / 36)) % 6];
+    int u = 1000 + x + motion[0] * frame;
+    int v = 1000 + y + motion[1] * frame;
+    if (frame >= 5) u = std::exchange(v, u) + 17;
+    const int sample = triangle(3 * u + v) + triangle(2 * v - u + 2000) + triangle(u * v / 64) +
+                       noise * (frame == 3 ? 4 : 1);
+    const int limited = std::min(2 * sample, 255);
+    return frame >= 6 ? limited / 64 * 64 : limited;
+}
+
+/// A fingerprint (FNV-1a over words) of all partitions, vectors and costs.
+std::uint32_t Fingerprint(const MotionField& field) {
+    std::uint32_t hash = 2166136261u;
+    const auto add = [&](int word) { hash = (hash ^ static_cast<std::uint32_t>(word)) * 16777619u; };
+    for (const BlockMotion& block : field.blocks) {
+        add(block.partition);
+        if (block.partition == 8) std::for_each_n(block.quadrantPartition.begin(), 4, add);
+        block.ForEachVector([&](const MotionVector& vector, int) {
+            add(vector.x);
+            add(vector.y);
+            add(vector.cost);
+        });
+    }
+    return hash;
+}
+
+// What a plain program in another language found, which shares nothing with this one. Each of these slips in it
+// changes at least one: another order of the neighbours or of a pattern's steps, no block below, a projection
+// with the wrong sign or place in the list, candidates that aren't dropped, other numbers of rounds, no large pattern.
+TEST(MotionEstimator, OtherProgram) {
+    constexpr std::uint32_t kFingerprints[] = {0x17595e38, 0xdf51e32f, 0x0b16ef97, 0x7ac30714, 0xebf741de,
+                                               0x1258f8cf, 0x5b9bd125, 0xe32b4e40, 0xa1145b9f};
+    const auto frameAt = [](int frame) {
+        return Picture([frame](int x, int y) { return UnsteadyScene(frame, x, y); });
+    };
+    Estimator estimator;
+    int frame = 1;
+    for (const std::uint32_t expected : kFingerprints) {
+        estimator.Estimate(frameAt(frame), frameAt(frame - 1));
+        EXPECT_EQ(expected, Fingerprint(estimator.Field())) << frame;
+        ++frame;
+    }
 }
 
 }  // namespace
