@@ -55,7 +55,18 @@ int rkY4mSource::OpenFile(const std::wstring& name) {
     }
     SetShape(layout.colorSpace, layout.width, layout.height);
     SetFrameCount(available / (pictureBytes + kShortestFrameLine));
+    if (FrameLineHasParameters()) CountFrames();
     return NoError;
+}
+
+bool rkY4mSource::FrameLineHasParameters() const {
+    FrameLineText text;
+    return FindY4mFrameLine(ReadText(file, frameOffsets[0], text)).bytes > kShortestFrameLine;
+}
+
+/// Longer frame lines than the shortest: the size alone says too many frames, so the file is walked.
+void rkY4mSource::CountFrames() {
+    if (!FindFrame(frameCount)) frameCount = static_cast<int>(frameOffsets.size()) - 1;
 }
 
 /// Parses the header and learns where frame 0 starts.

@@ -12,9 +12,8 @@
 /// Reads YUV4MPEG2 files. The distance from the first frame mark to the second, or to the end of the file,
 /// decides which of the layouts that the header allows the pictures are stored in; see `Y4mLayouts`.
 ///
-/// Frame lines may be of any length, so where a frame starts is learnt by reading up to it. The frame count
-/// is an estimate until then: never below the whole frames of a file, above them if frame lines carry tokens.
-/// Reading a frame that isn't there gives `ReadFailed`. Closed until `Open` succeeds.
+/// Frame lines may be of any length, so where a frame starts is learnt by reading up to it. The frame count comes
+/// from the file's size; if the first frame line carries parameters, from a walk over the frame lines. Reading a frame that isn't there gives `ReadFailed`. Closed until `Open` succeeds.
 class rkY4mSource : public rkFileSource {
 public:
     enum Error {
@@ -46,6 +45,8 @@ private:
     bool ReadHeader();
     Y4mLayout FittingLayout(const std::vector<Y4mLayout>& layouts) const;
     bool StartsFrame(std::uint64_t offset) const;
+    bool FrameLineHasParameters() const;
+    void CountFrames();
     bool FindFrame(int frame);
     bool AppendOffset(std::uint64_t offset);
 

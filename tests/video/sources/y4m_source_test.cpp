@@ -77,14 +77,10 @@ TEST_F(Y4mSource, FrameLines) {
         ASSERT_EQ(0, byNumber.Open(file));
         EXPECT_EQ(FrameBytes(9, 12), ReadBytes(byNumber, 9));
         EXPECT_EQ(30u, ReadAll(source).size());
-        EXPECT_LE(30, source.GetFrameCount());
+        EXPECT_EQ(30, source.GetFrameCount());
         EXPECT_EQ(FrameBytes(29, 12), ReadBytes(source, 29));
         EXPECT_EQ(c.comment, source.GetHeader().comment);
         EXPECT_EQ(rkY4mSource::BadFrameNumber, source.ReadFrame(nullptr, source.GetFrameCount()));
-        if (source.GetFrameCount() > 31) {
-            EXPECT_EQ("", ReadBytes(source, 31)) << "counted in the estimate, but not there";
-            EXPECT_EQ(FrameBytes(0, 12), ReadBytes(source)) << "and the next read starts from the front";
-        }
     }
 }
 
