@@ -192,7 +192,8 @@ TEST(Measure, SevenComponentsOfTwoProcessedFilesMakeFourteenColumns) {
 TEST(Measure, FewerFramesThanTheSizeSuggests) {
     const TemporaryDirectory directory;
     std::string bytes = "YUV4MPEG2 W2 H2\n";
-    for (int i = 0; i < 3; ++i) bytes += "FRAME X" + std::string(70, 'x') + "\nyyyyuv";
+    for (const char* parameters : {"", " Xsecond", " Xthis line and the one before add up to a frame"})
+        bytes += std::string("FRAME") + parameters + "\nyyyyuv";
     const std::string clip = directory.Write("few.y4m", bytes);
     const ProgramRun run = RunProgram("--original " + clip + " --processed " + clip + " --json -");
     EXPECT_EQ(1, run.status);
