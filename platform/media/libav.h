@@ -1,0 +1,64 @@
+#pragma once
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+#include <libavutil/imgutils.h>
+#include <libavutil/opt.h>
+#include <libavutil/pixdesc.h>
+#include <libswscale/swscale.h>
+}
+
+#include <memory>
+#include <span>
+
+/// Owners of the codec libraries' objects. Each belongs to one thread at a time.
+
+struct FrameDeleter {
+    void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+};
+struct PacketDeleter {
+    void operator()(AVPacket* packet) const { av_packet_free(&packet); }
+};
+struct CodecContextDeleter {
+    void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+};
+struct CodecParametersDeleter {
+    void operator()(AVCodecParameters* parameters) const { avcodec_parameters_free(&parameters); }
+};
+struct InputDeleter {
+    void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
+};
+struct ScalerDeleter {
+    void operator()(SwsContext* context) const { sws_freeContext(context); }
+};
+
+using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
+using PacketPtr = std::unique_ptr<AVPacket, PacketDeleter>;
+using CodecContextPtr = std::unique_ptr<AVCodecContext, CodecContextDeleter>;
+using CodecParametersPtr = std::unique_ptr<AVCodecParameters, CodecParametersDeleter>;
+using InputPtr = std::unique_ptr<AVFormatContext, InputDeleter>;
+using ScalerPtr = std::unique_ptr<SwsContext, ScalerDeleter>;
+
+/// Keeps the libraries from writing to the terminal; what fails is told by our own results. Whoever starts with the
+/// libraries calls it; the functions below do so themselves. Any thread.
+void SilenceLibav();
+
+/// Empty objects. These throw std::bad_alloc.
+FramePtr MakeFrame();
+PacketPtr MakePacket();
+CodecParametersPtr MakeCodecParameters();
+
+/// Gives the codec `bytes` as its private header, with the padding behind them that readers rely on. Throws
+/// std::bad_alloc.
+void SetExtradata(AVCodecParameters& parameters, std::span<const std::uint8_t> bytes);
+
+/// An open video decoder; null if there is none for this codec or it refuses the parameters.
+///
+/// It works in the calling thread, so that a sample goes in and its picture, as far as the codec allows, comes out
+/// at once. Damaged pictures come out too, for `IsDamaged` to tell. A stream that asks for more than 2^28 pixels
+/// fails.
+CodecContextPtr OpenDecoder(const AVCodecParameters& parameters);
+
+/// Whether the decoder had to make up parts of a picture.
+bool IsDamaged(const AVFrame& frame);

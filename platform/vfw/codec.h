@@ -1,0 +1,10 @@
+#pragma once
+
+#include "platform/vfw/compressor.h"
+
+/// What a handle stands for: an encoder or a decoder.
+class Codec {
+public:
+    virtual ~Codec() = default;
+    virtual ICINFO GetInfo() const = 0;
+};

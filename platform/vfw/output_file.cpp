@@ -1,0 +1,36 @@
+#include "platform/vfw/output_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/text.h"
+
+bool OutputFile::Open(const std::wstring& path) {
+    Close();
+    // Without O_NONBLOCK a pipe without a reader would hang here.
+    descriptor = open(ToUtf8(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
+    return IsOpen();
+}
+
+bool OutputFile::WriteAt(std::uint64_t offset, std::span<const std::uint8_t> bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t written = pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+        offset += static_cast<std::uint64_t>(written);
+    }
+    return true;
+}
+
+bool OutputFile::CutTo(std::uint64_t size) const {
+    return ftruncate(descriptor, static_cast<off_t>(size)) == 0;
+}
+
+bool OutputFile::Close() {
+    const int closing = std::exchange(descriptor, -1);
+    return closing < 0 || close(closing) == 0;
+}

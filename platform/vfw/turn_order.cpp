@@ -1,0 +1,32 @@
+#include "platform/vfw/turn_order.h"
+
+#include <algorithm>
+
+void TurnOrder::Feed(int sample) {
+    open.push_back({sample, fed++, Kind::Picture});
+}
+
+bool TurnOrder::IsOpen(int sample) const {
+    return std::any_of(open.begin(), open.end(), [=](const Sample& s) { return s.number == sample; });
+}
+
+std::optional<TurnOrder::Turn> TurnOrder::Next(std::optional<int> picture, bool isKey, bool finished) {
+    const auto next = NextOpen(picture, isKey, finished);
+    if (next == open.end()) return std::nullopt;
+    Turn turn = {next->kind, next->number};
+    if (turn.kind == Kind::Picture && turn.sample != picture) turn.kind = Kind::Failure;  // it never came
+    open.erase(next);
+    ++taken;
+    return turn;
+}
+
+std::deque<TurnOrder::Sample>::iterator TurnOrder::NextOpen(std::optional<int> picture, bool isKey,
+                                                            bool finished) {
+    const auto due = std::find_if(open.begin(), open.end(), [this](const Sample& s) {
+        return s.kind == Kind::Failure || (s.kind == Kind::Repeat && s.place <= taken);
+    });
+    if (due != open.end()) return due;
+    if (!picture) return finished ? open.begin() : open.end();
+    if (isKey) return open.begin();  // the key frame itself, if nothing before it is missing
+    return std::find_if(open.begin(), open.end(), [=](const Sample& s) { return s.number == *picture; });
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "platform/media/libav.h"
+
+/// How a test's container file is made, by the library's own encoders and writers.
+struct ContainerFile {
+    const char* container = "matroska";
+    const char* encoder = "ffv1";
+    const char* options = "";  ///< of the encoder, "name=value:name=value"
+    int pictures = 30;
+    int width = 64;
+    int height = 48;
+    const char* times = "";  ///< of the pictures in frames, a digit each; empty: one after another
+    int firstPacket = 0;     ///< packets in front of this one aren't written
+    int zeroedPacket = -1;   ///< this one is written as zeros
+};
+
+/// Writes pictures 0, 1, 2 ... of `SamplePicture`, 25 a second; false if the libraries can't.
+bool WriteContainerFile(const ContainerFile& file, const std::string& path);
+
+/// Picture `number` of every such file, 4:2:0: smooth enough to survive a lossy codec, and unlike all its neighbours.
+FramePtr SamplePicture(int number, int width, int height);
+
+/// The sum of the absolute differences of two 4:2:0 pictures of one size.
+long Difference(const AVFrame& first, const AVFrame& second);
+
+/// The number of the sample picture of `count` that a decoded one is closest to.
+int NearestSample(const AVFrame& decoded, int count);

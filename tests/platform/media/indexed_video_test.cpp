@@ -1,0 +1,195 @@
+#include "platform/media/indexed_video.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <random>
+
+#include "platform/text.h"
+#include "tests/platform/media/container_file.h"
+#include "tests/temporary_directory.h"
+
+namespace {
+
+// Lossless, three pictures deep, with groups whose first pictures refer to the group before.
+constexpr const char* kLossless = "qp=0:bf=5:b-pyramid=normal:x264-params=open-gop=1";
+constexpr int kLost = -1;
+
+struct IndexedVideoTest : testing::Test {
+    std::unique_ptr<IndexedVideo> Make(const ContainerFile& file, const std::string& name = "clip") {
+        EXPECT_TRUE(WriteContainerFile(file, directory.Path(name))) << file.container << ' ' << file.encoder;
+        return Open(name);
+    }
+    std::unique_ptr<IndexedVideo> Open(const std::string& name,
+                                       MediaFile::Container container = MediaFile::Container::Any) {
+        return IndexedVideo::Open(FromUtf8(directory.Path(name)), container, error);
+    }
+
+    TemporaryDirectory directory;
+    std::string error;
+};
+
+std::vector<int> InOrder(int count) {
+    std::vector<int> numbers(static_cast<std::size_t>(count));
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+}
+
+/// The sample pictures that the frames of a video show.
+std::vector<int> Shown(IndexedVideo& video, int pictures) {
+    std::vector<int> numbers;
+    for (const int i : InOrder(video.GetProperties().frameCount)) {
+        const AVFrame* frame = video.ReadFrame(i);
+        numbers.push_back(frame != nullptr ? NearestSample(*frame, pictures) : kLost);
+    }
+    return numbers;
+}
+
+// What was encoded without loss must come out as it went in, in whatever order it is asked for.
+TEST_F(IndexedVideoTest, EveryFrameIsItsPicture) {
+    const struct {
+        ContainerFile file;
+        bool isExact;
+    } kCases[] = {
+        {{"mp4", "libx264", kLossless}, true},
+        {{"mov", "libx264", kLossless}, true},
+        {{"matroska", "libx264", kLossless}, true},
+        {{"mpegts", "libx264", kLossless}, true},
+        {{"flv", "libx264", "qp=0:bf=2:profile=high444"}, true},
+        {{"avi", "libx264", kLossless}, true},   // stores no display times
+        {{"h264", "libx264", kLossless}, true},  // stores no times at all
+        {{"matroska", "libx264", "crf=20:x264-params=intra-refresh=1"}, false},
+        {{"avi", "ffv1"}, true},
+        {{"matroska", "ffv1"}, true},
+        {{"webm", "libvpx", "auto-alt-ref=1:lag-in-frames=10:b=400000"}, false},  // has hidden pictures
+        {{"webm", "libvpx-vp9", "lossless=1:lag-in-frames=10"}, true},
+        {{"avi", "mpeg4", "bf=2:b=2000000"}, false},
+        {{"mp4", "mpeg4", "bf=2:b=2000000"}, false},
+        {{"mpeg", "mpeg2video", "bf=2:b=2000000"}, false},
+        {{"mpegts", "mpeg2video", "bf=2:b=2000000"}, false},
+        {{"asf", "wmv2", "b=2000000"}, false},
+    };
+    std::mt19937 random(1);
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(std::string(c.file.container) + " " + c.file.encoder);
+        const auto video = Make(c.file);
+        ASSERT_NE(nullptr, video) << error;
+        const int count = video->GetProperties().frameCount;
+        ASSERT_EQ(c.file.pictures, count);
+        EXPECT_EQ(25u, video->GetProperties().rate);
+        std::vector<int> numbers = InOrder(count);
+        for (int round = 0; round < 3; ++round) {
+            for (const int number : numbers) {
+                const AVFrame* frame = video->ReadFrame(number);
+                ASSERT_NE(nullptr, frame) << number;
+                if (c.isExact) {
+                    ASSERT_EQ(0, Difference(*frame, *SamplePicture(number, 64, 48))) << number;
+                } else {
+                    ASSERT_EQ(number, NearestSample(*frame, count)) << number;
+                }
+            }
+            std::shuffle(numbers.begin(), numbers.end(), random);
+        }
+        EXPECT_EQ(nullptr, video->ReadFrame(-1));
+        EXPECT_EQ(nullptr, video->ReadFrame(count));
+    }
+}
+
+// This encoder puts two pictures into one packet and leaves the next one nearly empty, and its file has a gap in front.
+TEST_F(IndexedVideoTest, PicturesThatArePackedInPairs) {
+    const auto video = Make({"avi", "libxvid", "bf=2:b=2000000"});
+    ASSERT_NE(nullptr, video) << error;
+    const std::vector<int> shown = Shown(*video, 30);
+    EXPECT_EQ(0, shown.front());
+    for (std::size_t i = 1; i < shown.size(); ++i) EXPECT_LE(shown[i] - shown[i - 1], i == 2 ? 0 : 1) << i;
+    EXPECT_EQ(static_cast<int>(shown.size()) - 2, shown.back());
+    for (int i = static_cast<int>(shown.size()); i-- > 0;) {
+        const AVFrame* frame = video->ReadFrame(i);
+        ASSERT_NE(nullptr, frame) << i;
+        EXPECT_EQ(shown[static_cast<std::size_t>(i)], NearestSample(*frame, 30));
+    }
+}
+
+TEST_F(IndexedVideoTest, CountsFrames) {
+    const struct {
+        const char* what;
+        ContainerFile file;
+        std::vector<int> shown;
+    } kCases[] = {
+        {"an empty place of an AVI file repeats the picture before",
+         {"avi", "ffv1", "", 4, 64, 48, "0145"},
+         {0, 1, 1, 1, 2, 3}},
+        {"frames of a variable rate count one by one",
+         {"matroska", "ffv1", "", 4, 64, 48, "0179"},
+         {0, 1, 2, 3}},
+        {"what comes before the first key is lost",
+         {"matroska", "libx264", "qp=0:bf=0:x264-params=scenecut=0", 24, 64, 48, "", 1},
+         {-1, -1, -1, -1, -1, -1, -1, -1, -1, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23}},
+        {"a damaged picture takes what refers to it along",
+         {"avi", "mpeg4", "bf=0:b=2000000:g=6", 14, 64, 48, "", 0, 3},
+         {0, 1, 2, -1, -1, -1, 6, 7, 8, 9, 10, 11, 12, 13}},
+        {"and nothing where none does",
+         {"matroska", "mpeg4", "g=1:b=4000000", 5, 64, 48, "", 0, 2},
+         {0, 1, -1, 3, 4}},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.what);
+        const auto video = Make(c.file);
+        ASSERT_NE(nullptr, video) << error;
+        EXPECT_EQ(c.shown, Shown(*video, c.file.pictures));
+        EXPECT_EQ(c.shown, Shown(*video, c.file.pictures)) << "the second time";
+    }
+}
+
+// A file that is cut off has fewer frames, or none; those that it has are right.
+TEST_F(IndexedVideoTest, EveryPrefixOfAFile) {
+    const ContainerFile file = {"matroska", "ffv1", "", 6, 32, 16};
+    ASSERT_TRUE(WriteContainerFile(file, directory.Path("whole")));
+    const std::string whole = ReadWhole(directory.Path("whole"));
+    int opened = 0;
+    for (std::size_t length = 0; length < whole.size(); length += 97) {
+        directory.Write("cut", std::string_view(whole).substr(0, length));
+        const auto video = Open("cut");
+        EXPECT_EQ(video == nullptr, !error.empty()) << length;
+        if (video == nullptr) continue;
+        ++opened;
+        const int count = video->GetProperties().frameCount;
+        EXPECT_EQ(InOrder(count), Shown(*video, file.pictures)) << length;
+    }
+    EXPECT_GT(opened, 10);
+}
+
+TEST_F(IndexedVideoTest, SaysWhyThereIsNothing) {
+    ASSERT_TRUE(WriteContainerFile({}, directory.Path("clip.mkv")));
+    const std::string clip = directory.Path("clip.mkv");
+    // 8 kHz, mono, 8 bits.
+    const std::string sound(
+        "RIFF\x44\0\0\0WAVEfmt \x10\0\0\0\1\0\1\0\x40\x1f\0\0\x40\x1f\0\0\1\0\x08\0data\x20\0\0\0", 44);
+    directory.Write("sound", sound + std::string(32, 'x'));
+    directory.Write("empty", "");
+    directory.Write("text", "no video at all\n");
+    directory.Write("list", "ffconcat version 1.0\nfile '" + clip + "'\n");
+    directory.Write("playlist",
+                    "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n" + clip + "\n#EXT-X-ENDLIST\n");
+    const struct {
+        const char* name;
+        MediaFile::Container container;
+        const char* words;
+    } kCases[] = {
+        {"gone", MediaFile::Container::Any, "can't be read"},
+        {"empty", MediaFile::Container::Any, "no video file"},
+        {"text", MediaFile::Container::Any, "no video file"},
+        {"sound", MediaFile::Container::Any, "no video stream"},
+        {"clip.mkv", MediaFile::Container::Avi, "no AVI file"},
+        // Other files that a file names are none of its own.
+        {"list", MediaFile::Container::Any, "file"},
+        {"playlist", MediaFile::Container::Any, "file"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(nullptr, Open(c.name, c.container));
+        EXPECT_NE(error.npos, error.find(c.words)) << error;
+    }
+}
+
+}  // namespace
