@@ -12,6 +12,6 @@
 std::unique_ptr<rkIVideoSource> rkCreateYuvSource(const std::wstring& fileName, int width, int height,
                                                   int colorSpace);
 
-/// A file that describes itself, by the last three letters of its name in any case: `y4m`. Null for any other
-/// name. `preferPlanar` asks a source that can choose for planar YUV.
+/// A file that describes itself, by the last three letters of its name in any case: `avi`, `avs`, `bmp`,
+/// `y4m`. Null for any other name. `preferPlanar` asks a source that can choose for planar YUV.
 std::unique_ptr<rkIVideoSource> rkCreateVideoSource(const std::wstring& fileName, bool preferPlanar);

@@ -15,7 +15,7 @@ int rkFileSource::ReadImage(rkVideoImage& image, const Read& read) {
     try {
         image.Create(width, height, colorSpace, 0);
     } catch (const std::exception&) {
-        return kReaderError;
+        return noMemoryCode;
     }
     if (image.Width() == width && image.Height() == height) return read(image.Data());
 

@@ -13,9 +13,9 @@
 /// Closed, all sizes are 0. The name stays known after a failed `Open`, for the error text, until `Close`.
 class rkFileSource : public rkIVideoSource {
 public:
-    /// The frame is read straight into an image whose rows need no padding, else by way of `frameBuffer`.
-    /// Code 1 if the image can't have the memory. An image stays as it is if the file held no whole frame
-    /// when it was opened.
+    /// The frame is read straight into an image whose rows need no padding, else by way of `frameBuffer`. The
+    /// class's code for a lack of memory if the image can't have it. An image stays as it is if the file held
+    /// no whole frame when it was opened.
     int ReadFrameImage(rkVideoImage& image, int frame) override;
     int ReadNextFrameImage(rkVideoImage& image) override;
 
@@ -35,7 +35,9 @@ protected:
     static constexpr int kReaderError = 1;
 
     /// `texts` have static storage and are indexed by code; a code beyond them is "Unrecognized error!".
-    explicit rkFileSource(std::span<const wchar_t* const> texts) : errorTexts(texts) {}
+    /// `noMemory` is the code for an image that can't have its memory.
+    explicit rkFileSource(std::span<const wchar_t* const> texts, int noMemory = kReaderError)
+        : errorTexts(texts), noMemoryCode(noMemory) {}
 
     virtual std::wstring Description() const;
 
@@ -60,4 +62,5 @@ private:
     int ReadImage(rkVideoImage& image, const Read& read);
 
     std::span<const wchar_t* const> errorTexts;
+    int noMemoryCode;
 };

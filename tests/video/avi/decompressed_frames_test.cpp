@@ -1,0 +1,177 @@
+#include "video/avi/decompressed_frames.h"
+
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+#include "tests/platform/vfw/streams.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+class MemoryStream : public rkIRawDataStream {
+public:
+    explicit MemoryStream(const TestStream& encoded, int firstSample = 0)
+        : stream(encoded), start(firstSample) {}
+
+    bool IsVideo() override { return true; }
+    bool IsAudio() override { return false; }
+    bool ReadSample(int sample, std::uint8_t* buffer, int bufferSize, int* actualBytes) override {
+        const Bytes& bytes = stream.samples.at(static_cast<std::size_t>(sample - start)).bytes;
+        *actualBytes = sample == unreadable ? 0 : static_cast<int>(bytes.size());
+        if (sample == unreadable || *actualBytes > bufferSize) return false;
+        std::copy(bytes.begin(), bytes.end(), buffer);
+        return true;
+    }
+    bool GetStreamInfo(AVISTREAMINFOW*) override { return false; }
+    bool IsKeyFrame(int sample) override { return stream.samples.at(static_cast<std::size_t>(sample)).isKey; }
+    int GetLength() override { return static_cast<int>(stream.samples.size()); }
+    int GetStart() override { return start; }
+    int GetEnd() override { return start + GetLength() - 1; }
+    int GetFormatSize() override { return 0; }
+    bool GetFormat(std::uint8_t*, int) override { return false; }
+
+    TestStream stream;
+    int start;
+    int unreadable = -1;
+};
+
+/// A stream with keys every 12 samples, and its pictures in the order of the times that the encoder gave
+/// them. Which sample a picture came from the decoder tells itself.
+struct Case {
+    Case(const char* what, const char* encoder, std::uint32_t tag, int bFrames, const char* x264 = nullptr)
+        : what(what),
+          stream(MakeStream(encoder, AV_PIX_FMT_YUV420P, tag, kFrames, [&](AVCodecContext& context) {
+              context.gop_size = 12;
+              context.max_b_frames = bFrames;
+              av_opt_set_int(context.priv_data, "sc_threshold", 1000000000, 0);  // no other keys
+              if (x264 != nullptr) av_opt_set(context.priv_data, "x264-params", x264, 0);
+          })) {
+        TestDecoder decoder(stream, Surface::YV12);
+        pictures.resize(stream.samples.size());
+        for (Turn& turn : decoder.Run()) {
+            const int number = stream.samples[static_cast<std::size_t>(turn.sample)].picture;
+            pictures[static_cast<std::size_t>(number)] = std::move(turn.picture);
+        }
+    }
+    static constexpr int kFrames = 50;
+    const char* what;
+    TestStream stream;
+    std::vector<Bytes> pictures;
+};
+
+/// In open groups pictures that are displayed before a key sample's are stored behind it.
+std::vector<Case> Cases() {
+    return {{"in stored order", "mpeg4", FourCC('F', 'M', 'P', '4'), 0},
+            {"open groups", "mpeg4", FourCC('F', 'M', 'P', '4'), 2},
+            {"open groups, MPEG-2", "mpeg2video", FourCC('M', 'P', 'G', '2'), 2},
+            {"a pyramid in closed groups", "libx264", FourCC('H', '2', '6', '4'), 3, "scenecut=0:b-adapt=0"},
+            {"a pyramid in open groups", "libx264", FourCC('H', '2', '6', '4'), 3,
+             "scenecut=0:b-adapt=0:open-gop=1"}};
+}
+
+class Frames {
+public:
+    Frames(MemoryStream& stream, const Case& sound)
+        : decoder(sound.stream, Surface::YV12),
+          frames(VideoSamples(stream, true), decoder.handle,
+                 {sound.stream.format, {decoder.Output().data, decoder.Output().data + kBitmapFormatBytes}},
+                 kBytes) {}
+
+    /// The picture, or nothing and `result`.
+    Bytes Read(int frame) {
+        Bytes picture(kBytes);
+        result = frames.Read(frame, picture.data());
+        return result == FrameResult::Ok ? picture : Bytes();
+    }
+    FrameResult result = FrameResult::Ok;
+
+private:
+    static constexpr std::size_t kBytes = 32 * 16 * 3 / 2;
+    TestDecoder decoder;
+    DecompressedFrames frames;
+};
+
+/// Expects the pictures in order, each alone, and shuffled.
+void ExpectPictures(MemoryStream& stream, const Case& sound, const std::vector<Bytes>& pictures) {
+    Frames inOrder(stream, sound), shuffled(stream, sound);
+    std::vector<int> order(pictures.size());
+    std::iota(order.begin(), order.end(), 0);
+    for (const int i : order) {
+        const Bytes& picture = pictures[static_cast<std::size_t>(i)];
+        EXPECT_TRUE(picture == inOrder.Read(stream.start + i)) << i;
+        EXPECT_TRUE(picture == Frames(stream, sound).Read(stream.start + i)) << i << " alone";
+    }
+    std::shuffle(order.begin(), order.end(), std::mt19937(1));
+    for (const int i : order)
+        EXPECT_TRUE(pictures[static_cast<std::size_t>(i)] == shuffled.Read(stream.start + i))
+            << i << " shuffled";
+}
+
+TEST(DecompressedFrames, AnyOrderGivesThePicturesByTheirTimes) {
+    for (const Case& c : Cases()) {
+        SCOPED_TRACE(c.what);
+        ASSERT_EQ(Case::kFrames, static_cast<int>(c.pictures.size())) << "the encoder is missing";
+        MemoryStream stream(c.stream, 5);
+        ExpectPictures(stream, c, c.pictures);
+    }
+}
+
+TEST(DecompressedFrames, EmptySamplesRepeatThePictureBefore) {
+    for (const Case& c : Cases()) {
+        SCOPED_TRACE(c.what);
+        MemoryStream stream(c.stream);
+        std::vector<Bytes> pictures = c.pictures;
+        for (const std::size_t at : {50, 30, 7}) {  // behind the last, and 14 where they hide a key sample
+            const std::size_t count = at == 30 ? 14 : 1;
+            auto& samples = stream.stream.samples;
+            samples.insert(samples.begin() + static_cast<std::ptrdiff_t>(at), count, {});
+            pictures.insert(pictures.begin() + static_cast<std::ptrdiff_t>(at), count,
+                            Bytes(pictures[at - 1]));
+        }
+        ExpectPictures(stream, c, pictures);
+    }
+}
+
+TEST(DecompressedFrames, DamageNeverShowsAnotherPicture) {
+    // A start may need the group before it, and pictures displayed before a key sample belong to its group.
+    constexpr int kFar = 2 * 12 + 4;
+    for (const Case& c : Cases()) {
+        for (int sample = 0; sample < Case::kFrames; ++sample) {
+            SCOPED_TRACE(testing::Message() << c.what << ", sample " << sample);
+            MemoryStream stream(c.stream);
+            const bool isCut = sample % 2 == 0;
+            if (isCut) stream.unreadable = sample;
+            if (!isCut) stream.stream.samples[static_cast<std::size_t>(sample)].bytes = Bytes(40);
+            Frames inOrder(stream, c);
+            for (int i = 0; i < Case::kFrames; ++i) {
+                const Bytes sequential = inOrder.Read(i);
+                const Bytes alone = i % 8 == sample % 8 ? Frames(stream, c).Read(i) : sequential;
+                for (const Bytes& read : {sequential, alone}) {
+                    const bool mustBeRight = std::abs(i - sample) > kFar || !read.empty();
+                    EXPECT_TRUE(!mustBeRight || read == c.pictures[static_cast<std::size_t>(i)]) << i;
+                }
+            }
+        }
+    }
+}
+
+TEST(DecompressedFrames, NothingBeforeTheFirstKeySampleOrBehindDamageUpToTheNext) {
+    const Case c = Cases().front();
+    MemoryStream stream(c.stream);
+    stream.stream.samples[0].isKey = false;
+    stream.stream.samples[14].bytes = Bytes(40);
+    stream.unreadable = 25;
+    Frames frames(stream, c);
+    for (int i = 0; i < Case::kFrames; ++i) {
+        const bool isFailed = i < 12 || (i >= 14 && i < 24), isUnreadable = i >= 25 && i < 36;
+        EXPECT_EQ(!isFailed && !isUnreadable, frames.Read(i) == c.pictures[static_cast<std::size_t>(i)]) << i;
+        EXPECT_EQ(isFailed, frames.result == FrameResult::DecodeFailed) << i;
+        EXPECT_EQ(isUnreadable, frames.result == FrameResult::ReadFailed) << i;
+    }
+    for (auto& sample : stream.stream.samples) sample.isKey = false;
+    EXPECT_EQ(c.pictures[13], Frames(stream, c).Read(13)) << "no sample is marked";
+}
+
+}  // namespace

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "video/avi/avi_frames.h"
+#include "video/raw_data_stream.h"
+
+/// The samples of a container's video stream, numbered from `First()` to `Last()`. Refers to the stream.
+///
+/// Nothing before the first key sample can be decoded. A stream none of whose samples is marked as one counts
+/// as having it at its start.
+class VideoSamples {
+public:
+    /// `keysCountFromZero`: the stream numbers its key samples from 0 instead of `GetStart`.
+    VideoSamples(rkIRawDataStream& stream, bool keysCountFromZero);
+
+    int First() const { return first; }
+    int Last() const { return last; }
+    int FirstKey() const { return firstKey; }
+    bool IsKey(int sample) const;
+    /// The last key sample at or before `sample`, which isn't before the first one.
+    int LastKey(int sample) const;
+
+    /// Reads a sample into `bytes`, which stay until the next call.
+    FrameResult Read(int sample, std::span<const std::uint8_t>& bytes);
+    /// The first sample from the first key on that isn't empty; nothing if it can't be read.
+    std::span<const std::uint8_t> ReadFirstFilled(int& sample);
+
+private:
+    rkIRawDataStream& stream;
+    int first, last;
+    int keyBase;  // what the stream counts key samples from
+    int firstKey;
+    std::unique_ptr<std::uint8_t[]> buffer;
+    int capacity = 0;
+};
