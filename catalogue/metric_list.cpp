@@ -1,5 +1,10 @@
 #include "catalogue/metric_list.h"
 
+#include "gpu/device.h"
+#include "gpu/host_runtime.h"
+#include "gpu/msssim_cuda.h"
+#include "gpu/ssim_cuda.h"
+#include "gpu/three_ssim_cuda.h"
 #include "metrics/blocking.h"
 #include "metrics/blurring.h"
 #include "metrics/delta.h"
@@ -48,7 +53,32 @@ constexpr struct {
     {4, Make<CMSEMetric>},         // mse
 };
 
+template <class T>
+std::unique_ptr<IMetric> MakeOn(const Gpu::GpuDevice& device, const MetricParameters& parameters) {
+    return std::make_unique<T>(device, parameters);
+}
+
+/// Those that need a device; they are entered behind the others if there is one.
+constexpr struct {
+    int kind;
+    std::unique_ptr<IMetric> (*create)(const Gpu::GpuDevice& device, const MetricParameters& parameters);
+} kGpuMetrics[] = {
+    {11, MakeOn<CSSIMCUDAMetric>},    // ssim_cuda
+    {16, MakeOn<CMSSSIMCUDAMetric>},  // msssim_cuda
+    {13, MakeOn<C3SSIMCUDAMetric>},   // 3ssim_cuda
+};
+
 constexpr const wchar_t* kPluginDirectory = L"plugins";
+
+void AppendGpuMetrics(CMetricList& list, Gpu::GpuRuntime* runtime) {
+    Gpu::GpuDevice device;
+    if (Gpu::SelectGpuDevice(runtime, device) <= 0) return;
+    for (const auto& metric : kGpuMetrics) {
+        list.Append(metric.kind, [device, create = metric.create](const MetricParameters& parameters) {
+            return create(device, parameters);
+        });
+    }
+}
 
 void AppendAllPlugins(CMetricList& list) {
     const std::wstring own = ProgramDirectory();
@@ -57,16 +87,28 @@ void AppendAllPlugins(CMetricList& list) {
     if (writable != own) list.AppendPlugins(writable + kPluginDirectory);
 }
 
+// Of `GetMetricList`.
+Gpu::GpuRuntime* hostInstead = nullptr;
+
 }  // namespace
 
 CMetricList& GetMetricList() {
     // Kept to the end of the process: other objects with static lifetime may ask it.
-    static CMetricList& list = *[] {
-        auto* made = new CMetricList;
-        for (const auto& metric : kBuiltIns) made->Append(metric.kind, metric.create);
-        AppendAllPlugins(*made);
-        return made;
-    }();
+    static CMetricList& list =
+        *MakeMetricList(hostInstead != nullptr ? hostInstead : Gpu::DeviceRuntime()).release();
+    return list;
+}
+
+void EmulateGpu() {
+    static Gpu::HostRuntime host;
+    hostInstead = &host;
+}
+
+std::unique_ptr<CMetricList> MakeMetricList(Gpu::GpuRuntime* gpuRuntime) {
+    auto list = std::make_unique<CMetricList>();
+    for (const auto& metric : kBuiltIns) list->Append(metric.kind, metric.create);
+    AppendGpuMetrics(*list, gpuRuntime);
+    AppendAllPlugins(*list);
     return list;
 }
 

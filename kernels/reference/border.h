@@ -16,13 +16,14 @@ inline float PixelOrBorder(const float* plane, int stride, int width, int height
     return inside || border == BorderReplicate ? Row(plane, stride, nearestY)[nearestX] : borderValue;
 }
 
-inline void CopyReplicateBorder(const std::uint8_t* source, int sourceStride, int sourceWidth,
-                                int sourceHeight, std::uint8_t* target, int targetStride, int targetWidth,
-                                int targetHeight, int top, int left) {
+template <class Pixel>
+void CopyReplicateBorder(const Pixel* source, int sourceStride, int sourceWidth, int sourceHeight,
+                         Pixel* target, int targetStride, int targetWidth, int targetHeight, int top,
+                         int left) {
     if (sourceWidth <= 0 || sourceHeight <= 0) return;
     for (int y = 0; y < targetHeight; ++y) {
-        const std::uint8_t* from = Row(source, sourceStride, std::clamp(y - top, 0, sourceHeight - 1));
-        std::uint8_t* to = Row(target, targetStride, y);
+        const Pixel* from = Row(source, sourceStride, std::clamp(y - top, 0, sourceHeight - 1));
+        Pixel* to = Row(target, targetStride, y);
         for (int x = 0; x < targetWidth; ++x) to[x] = from[std::clamp(x - left, 0, sourceWidth - 1)];
     }
 }

@@ -4,6 +4,8 @@
 
 #include <set>
 
+#include "gpu/host_runtime.h"
+
 namespace Metric {
 namespace {
 
@@ -13,7 +15,7 @@ const std::vector<int> kAll = {ComponentY, ComponentU, ComponentV, ComponentR,
 const std::vector<int> kY = {ComponentY};
 
 /// What users of the list see and settings store.
-const struct {
+struct BuiltIn {
     int kind;
     const wchar_t* id;
     const wchar_t* name;
@@ -21,7 +23,9 @@ const struct {
     int inputsPlain, inputsVisual;
     bool higherIsBetter;
     const wchar_t* unit;
-} kBuiltIns[] = {
+};
+
+const std::vector<BuiltIn> kBuiltIns = {
     {5, L"psnr", L"PSNR", kAll, 2, 2, true, L"dB"},
     {6, L"psnr_256", L"PSNR (256)", kAll, 2, 2, true, L"dB"},
     {7, L"apsnr", L"APSNR", kAll, 2, 2, true, L"dB"},
@@ -40,11 +44,32 @@ const struct {
     {4, L"mse", L"MSE", kAll, 2, 2, false, L""},
 };
 
-TEST(MetricList, BuiltInMetricsStandInTheirOrder) {
-    CMetricList& list = GetMetricList();
-    ASSERT_GE(list.GetCount(), static_cast<int>(std::size(kBuiltIns)));
-    int index = 0;
-    for (const auto& c : kBuiltIns) {
+/// Behind the built-in metrics, for machines with a card.
+const std::vector<BuiltIn> kGpuMetrics = {
+    {11, L"ssim_cuda", L"SSIM (CUDA)", kY, 2, 2, true, L""},
+    {16, L"msssim_cuda", L"MSSSIM (CUDA)", kY, 2, 2, true, L""},
+    {13, L"3ssim_cuda", L"3SSIM (CUDA)", kY, 2, 2, true, L""},
+};
+
+/// A machine that says that it has so many devices; they are the host. An answer of -1: it can't tell.
+struct StubbedDevices : Gpu::HostRuntime {
+    explicit StubbedDevices(int devices) : answer(devices) {}
+
+    Gpu::Status GetDeviceCount(int& count) override {
+        count = answer;
+        return answer < 0 ? 100 : Gpu::kSuccess;
+    }
+    Gpu::Status GetMultiProcessorCount(int device, int& count) override {
+        count = 10 - device;
+        return Gpu::kSuccess;
+    }
+
+    int answer;
+};
+
+void ExpectMetrics(const CMetricList& list, int index, const std::vector<BuiltIn>& expected, bool needsGpu) {
+    ASSERT_GE(list.GetCount(), index + static_cast<int>(expected.size()));
+    for (const auto& c : expected) {
         SCOPED_TRACE(testing::Message() << c.id);
         EXPECT_EQ(c.kind, list.Info(index).kind);
         EXPECT_EQ(c.id, list.GetId(index));
@@ -55,15 +80,32 @@ TEST(MetricList, BuiltInMetricsStandInTheirOrder) {
         EXPECT_EQ(c.higherIsBetter, list.IsHigherBetter(index));
         EXPECT_EQ(c.unit, list.GetUnit(index));
         EXPECT_FALSE(list.IsConfigurable(index));
-        EXPECT_FALSE(list.NeedsGpu(index));
+        EXPECT_EQ(needsGpu, list.NeedsGpu(index));
         EXPECT_EQ(L"", list.Info(index).pluginPath);
-        const auto instance = list.CreateInstance(index, {});
+        MetricParameters parameters;
+        parameters.width = parameters.height = 8;
+        const auto instance = list.CreateInstance(index, parameters);
         ASSERT_NE(nullptr, instance);
         EXPECT_EQ(c.id, instance->GetId());
         ++index;
     }
-    for (; index < list.GetCount(); ++index) {
-        EXPECT_TRUE(list.NeedsGpu(index) || list.Info(index).kind == kPluginKind) << index;
+}
+
+void ExpectPluginsOnly(const CMetricList& list, std::size_t index) {
+    for (int i = static_cast<int>(index); i < list.GetCount(); ++i)
+        EXPECT_EQ(kPluginKind, list.Info(i).kind) << i;
+}
+
+TEST(MetricList, MetricsStandInTheirOrder) {
+    for (const int devices : {-1, 0, 1, 2}) {
+        SCOPED_TRACE(devices);
+        StubbedDevices stubbed(devices);
+        const auto list = MakeMetricList(devices == 0 ? nullptr : &stubbed);
+        ExpectMetrics(*list, 0, kBuiltIns, false);
+        EXPECT_EQ(devices > 0, list->HasGpu());
+        const std::size_t behind = devices > 0 ? kGpuMetrics.size() : 0;
+        if (devices > 0) ExpectMetrics(*list, static_cast<int>(kBuiltIns.size()), kGpuMetrics, true);
+        ExpectPluginsOnly(*list, kBuiltIns.size() + behind);
     }
 }
 

@@ -46,17 +46,27 @@ TEST(CopyReplicateBorder, ByHand) {
     }
 }
 
-TEST(CopyReplicateBorder, SameAsReference) {
-    Bytes source(300, 200);
+template <class Pixel>
+void ExpectSameAsReference() {
+    using Plane = TestPlane<Pixel>;
+    Plane source(300, 200);
     std::mt19937 random(1);
-    source.ForEach([&](std::uint8_t& pixel) { pixel = static_cast<std::uint8_t>(random()); });
-    const auto result = [&](auto copy) {
-        Bytes target(400, 320);
+    source.ForEach([&](Pixel& pixel) { pixel = static_cast<Pixel>(random() & 0xFFFFFF); });
+    const auto result = [&](const auto& copy) {
+        Plane target(400, 320);
         copy(source.data(), source.stride, 300, 200, target.data(), target.stride, 400, 320, 48, 48);
         return target;
     };
-    const Bytes expected = result(Reference::CopyReplicateBorder);
-    ForEachTargetAndTeam([&] { EXPECT_TRUE(expected == result(CopyReplicateBorder)); });
+    const Plane expected =
+        result([](auto... arguments) { Reference::CopyReplicateBorder<Pixel>(arguments...); });
+    ForEachTargetAndTeam([&] {
+        EXPECT_TRUE(expected == result([](auto... arguments) { CopyReplicateBorder(arguments...); }));
+    });
+}
+
+TEST(CopyReplicateBorder, SameAsReference) {
+    ExpectSameAsReference<std::uint8_t>();
+    ExpectSameAsReference<float>();
 }
 
 }  // namespace

@@ -1,0 +1,85 @@
+/// The GPU metrics on 1920x1080 frames: on the host that stands in for a card, with 1 and 2 threads, and on
+/// the card if there is one. "bytes_per_second" counts both planes once, which is what a frame sends to the
+/// device.
+
+#include <benchmark/benchmark.h>
+#include <omp.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "gpu/host_runtime.h"
+#include "gpu/msssim_cuda.h"
+#include "gpu/ssim_cuda.h"
+#include "gpu/three_ssim_cuda.h"
+#include "video/video_image.h"
+
+namespace {
+
+using namespace Metric;
+
+constexpr int kWidth = 1920;
+constexpr int kHeight = 1080;
+
+void FillScene(CMetricImage& image, int coarseness) {
+    float* sample = image.GetY();
+    for (int y = 0; y < kHeight; ++y)
+        for (int x = 0; x < kWidth; ++x) {
+            const int scene = (x * y / 512 + x / 3 + 2 * y + (x * 31 ^ y * 17) % 13) % 220;
+            *sample++ = static_cast<float>(scene / coarseness * coarseness + (x / 8 + y / 8) % coarseness);
+        }
+}
+
+template <class Measured>
+void MeasureFrames(benchmark::State& state, const Gpu::GpuDevice& device, int threads, bool painted) {
+    const int threadsBefore = omp_get_max_threads();
+    if (threads > 0) omp_set_num_threads(threads);
+    CMetricImage original(kWidth, kHeight), coded(kWidth, kHeight);
+    FillScene(original, 1);
+    FillScene(coded, 9);
+    MetricParameters parameters;
+    parameters.width = kWidth;
+    parameters.height = kHeight;
+    Measured metric(device, parameters);
+    rkVideoImage target;
+    target.Create(kWidth, kHeight, RGB24, 0);
+    const std::vector<CMetricImage*> images = {&original, &coded};
+    for (auto unused : state) {
+        benchmark::DoNotOptimize(painted ? metric.MeasureAndVisualize(images, target)
+                                         : metric.Measure(images));
+    }
+    state.SetItemsProcessed(state.iterations());
+    state.SetBytesProcessed(state.iterations() * 2 * kWidth * kHeight * std::int64_t{sizeof(float)});
+    omp_set_num_threads(threadsBefore);
+}
+
+template <class Measured>
+void Register(const std::string& name, const std::string& where, const Gpu::GpuDevice& device, int threads) {
+    for (const bool painted : {false, true}) {
+        benchmark::RegisterBenchmark(
+            ("gpu/" + name + (painted ? ", painted" : "") + where).c_str(),
+            [=](benchmark::State& state) { MeasureFrames<Measured>(state, device, threads, painted); })
+            ->UseRealTime()
+            ->Unit(benchmark::kMillisecond);
+    }
+}
+
+void RegisterAll(const std::string& where, const Gpu::GpuDevice& device, int threads) {
+    Register<CSSIMCUDAMetric>("SSIM", where, device, threads);
+    Register<CMSSSIMCUDAMetric>("MSSSIM", where, device, threads);
+    Register<C3SSIMCUDAMetric>("3SSIM", where, device, threads);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Gpu::HostRuntime host;
+    for (const int threads : {1, 2})
+        RegisterAll("/host/threads:" + std::to_string(threads), {&host, 0}, threads);
+    Gpu::GpuDevice card;
+    if (Gpu::SelectGpuDevice(Gpu::DeviceRuntime(), card) > 0) RegisterAll("/card", card, 0);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+}

@@ -1,0 +1,21 @@
+# Sets TOLVANE_HAS_CUDA: whether there is a CUDA compiler that builds our device code. Without one everything else
+# builds and works.
+
+set(TOLVANE_HAS_CUDA OFF)
+if(TOLVANE_CUDA)
+    # Our own list: CMake's default is one card of long ago.
+    set(CMAKE_CUDA_ARCHITECTURES ${TOLVANE_CUDA_ARCHITECTURES})
+    include(CheckLanguage)
+    check_language(CUDA)
+    if(CMAKE_CUDA_COMPILER)
+        if(CCACHE AND NOT CMAKE_CUDA_COMPILER_LAUNCHER)
+            set(CMAKE_CUDA_COMPILER_LAUNCHER ${CCACHE})
+        endif()
+        enable_language(CUDA)
+        if(CMAKE_CUDA_COMPILER_VERSION VERSION_LESS 11.8)
+            message(STATUS "No device code: CUDA ${CMAKE_CUDA_COMPILER_VERSION} is older than today's cards")
+        else()
+            set(TOLVANE_HAS_CUDA ON)
+        endif()
+    endif()
+endif()

@@ -1,0 +1,9 @@
+#include "gpu/runtime.h"
+
+namespace Gpu {
+
+GpuRuntime* DeviceRuntime() {
+    return nullptr;
+}
+
+}  // namespace Gpu

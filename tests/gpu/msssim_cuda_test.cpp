@@ -1,0 +1,95 @@
+#include "gpu/msssim_cuda.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/gpu/literal.h"
+#include "tests/gpu/stub_runtime.h"
+#include "tests/metrics/pictures.h"
+
+namespace Metric {
+namespace {
+
+using Literal::Plane;
+
+/// The mean of the block of 2 by 2 whose top left is (2 x, row).
+float BlockMean(const Plane& finer, int x, int row) {
+    return (finer.At(2 * x, row) + finer.At(2 * x + 1, row) + finer.At(2 * x, row + 1) +
+            finer.At(2 * x + 1, row + 1)) /
+           4;
+}
+
+Plane Halved(const Plane& finer) {
+    Plane coarse((finer.width + 1) / 2, (finer.height + 1) / 2);
+    for (int y = 0; y < coarse.height; ++y)
+        for (int x = 0; x < coarse.width; ++x) coarse(x, y) = BlockMean(finer, x, 2 * y);
+    return coarse;
+}
+
+std::vector<Plane> Maps(Plane a, Plane b) {
+    std::vector<Plane> maps = {Literal::SsimMap(a, b, false)};
+    while (maps.size() < 5) {
+        const Plane coarseA = Halved(a), coarseB = Halved(b);
+        const auto sums = Literal::FirstSums(
+            a, b, coarseA.width, coarseA.height,
+            [](const Plane& finer, int x, int y, int k) { return BlockMean(finer, x, 2 * y + k); });
+        maps.push_back(Literal::SsimMap(sums, 1, 0));
+        a = coarseA;
+        b = coarseB;
+    }
+    return maps;
+}
+
+float Value(const std::vector<Plane>& maps) {
+    const float weights[] = {0.0448f, 0.2856f, 0.3001f, 0.2363f, 0.1333f};
+    double product = 1;
+    for (std::size_t i = 0; i < 5; ++i)
+        product *= std::pow(double{Literal::Mean(maps[i])}, double{weights[i]});
+    return std::min(static_cast<float>(product), 1.0f);
+}
+
+TEST(MSSSIMCuda, IsTheProductOfFiveLevels) {
+    Gpu::StubRuntime runtime;
+    std::vector<Scene> scenes = Literal::GpuScenes();
+    scenes.push_back({"a level of 45 rows", 64, 720, Coded});
+    for (const Scene& scene : scenes) {
+        SCOPED_TRACE(scene.what);
+        const PicturePair pictures(scene);
+        const Literal::Pair planes(scene);
+        const float expected = Value(Maps(planes.a, planes.b));
+        CMSSSIMCUDAMetric metric({&runtime, 0}, PictureSize(scene.width, scene.height));
+        Canvas canvas(scene.width, scene.height);
+        const float value = metric.MeasureAndVisualize(pictures.Images(), canvas.picture)[0].value;
+        EXPECT_TRUE(value == expected || (std::isnan(value) && std::isnan(expected)))
+            << value << " " << expected;
+    }
+}
+
+// Flat pictures have the same SSIM on all levels, of which the picture shows the power of the weights' sum,
+// 1.0001.
+TEST(MSSSIMCuda, PaintsTheProductOfAllLevels) {
+    Gpu::StubRuntime runtime;
+    const auto first = FlatPicture(100, 40, 40), second = FlatPicture(100, 40, 160);
+    CMSSSIMCUDAMetric metric({&runtime, 0}, PictureSize(100, 40));
+    Canvas canvas(100, 40);
+    const float value = metric.MeasureAndVisualize({first.get(), second.get()}, canvas.picture)[0].value;
+    EXPECT_GT(value, 0.4f);
+    EXPECT_LT(value, 0.6f);
+    const int grey = static_cast<int>(255 - value * 255);
+    for (const int x : {0, 50, 99})
+        EXPECT_EQ((std::vector{grey, grey, grey}), canvas.Pixel(x, x * 39 / 99)) << x;
+}
+
+TEST(MSSSIMCuda, ANegativeMeanStaysNotANumber) {
+    Gpu::StubRuntime runtime;
+    const auto stripes = BytePicture(16, 16, [](int x, int) { return x % 2 * 255; });
+    const auto inverted = BytePicture(16, 16, [](int x, int) { return 255 - x % 2 * 255; });
+    CMSSSIMCUDAMetric metric({&runtime, 0}, PictureSize(16, 16));
+    Canvas canvas(16, 16);
+    EXPECT_TRUE(
+        std::isnan(metric.MeasureAndVisualize({stripes.get(), inverted.get()}, canvas.picture)[0].value));
+    EXPECT_EQ((std::vector{0, 0, 0}), canvas.Pixel(5, 5)) << "nothing to show";
+    EXPECT_TRUE(std::isnan(metric.GetAverages(true)[0].value));
+}
+
+}  // namespace
+}  // namespace Metric
