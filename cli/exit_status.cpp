@@ -32,6 +32,8 @@ ExitStatus StatusOf(const FinishRecord& finish, const MeasurementJob& job) {
     if (!HasValues(*finish.results)) return ExitNothing;
     const bool complete =
         finish.outcome->measurement == CompletionAll && HasEverythingAsked(*finish.results, job) &&
-        (!job.run.useMask || job.run.maskOpened) && (!job.csv.save || !finish.csvPath.empty());
+        (!job.run.useMask || job.run.maskOpened) && (!job.csv.save || !finish.csvPath.empty()) &&
+        (!job.visualization.save || finish.outcome->visualization == CompletionAll) &&
+        (!job.badFrames.save || finish.badFrames != nullptr);
     return complete ? ExitComplete : ExitPartial;
 }

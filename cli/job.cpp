@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "catalogue/metric_list.h"
+#include "cli/codec_option.h"
+#include "cli/script_options.h"
 #include "platform/text.h"
 #include "video/file_kind.h"
 #include "video/raw_layout.h"
@@ -54,26 +56,40 @@ void CheckRawOptionsAreUsed(const Options& options) {
         "--original-size and the like make any file raw");
 }
 
-FileRecord RecordOf(const Options& options, FileRole role) {
-    const FileOptions& file = options.files[role];
-    FileRecord record;
-    record.name = record.sourceName = file.path;
-    if (file.path.empty()) {
-        if (file.size) throw UsageError(OptionName(role) + "-size needs " + OptionName(role));
-        if (file.layout) throw UsageError(OptionName(role) + "-layout needs " + OptionName(role));
-        return record;
-    }
-    if (!IsRaw(file)) return record;
+/// What is said for a file needs the file.
+void CheckIsAlone(const FileOptions& file, FileRole role) {
+    const char* option = file.size                ? "-size"
+                         : file.layout            ? "-layout"
+                         : file.script.filter     ? "-avs-filter"
+                         : file.script.parameters ? "-avs-parameters"
+                         : file.script.use        ? "-avs"
+                         : file.script.IsGiven()  ? "-only-preferred"
+                                                  : nullptr;
+    if (option != nullptr) throw UsageError(OptionName(role) + option + " needs " + OptionName(role));
+}
 
+void SetRaw(const Options& options, FileRole role, FileRecord& record) {
     const PictureSize size = RawSize(options, role);
     record.width = size.width;
     record.height = size.height;
     record.yuvType = RawLayout(options, role);
     if (RawFrameBytes(record.yuvType, record.width, record.height) == 0) {
-        throw UsageError((file.size ? OptionName(role) + "-size" : "--size") +
+        throw UsageError((options.files[role].size ? OptionName(role) + "-size" : "--size") +
                          " takes pictures of less than 2 GiB; it got " + std::to_string(size.width) + "x" +
                          std::to_string(size.height));
     }
+}
+
+FileRecord RecordOf(const Options& options, FileRole role) {
+    const FileOptions& file = options.files[role];
+    FileRecord record;
+    record.name = record.sourceName = file.path;
+    if (file.path.empty()) {
+        CheckIsAlone(file, role);
+        return record;
+    }
+    if (IsRaw(file)) SetRaw(options, role, record);
+    SetScript(options, role, record);
     return record;
 }
 
@@ -125,8 +141,9 @@ void CheckInputs(const Options& options, const CMetricList& metrics, const Metri
         throw UsageError("--original is missing: it takes the original video");
     const bool compared =
         !options.files[RoleProcessed].path.empty() || !options.files[RoleProcessed2].path.empty();
+    const bool visualizes = !options.visualization.directory.empty();
     for (const SelectedMetric& selected : selection) {
-        if (compared || metrics.GetInputCount(selected.metricIndex, false) < 2) continue;
+        if (compared || metrics.GetInputCount(selected.metricIndex, visualizes) < 2) continue;
         throw UsageError("--processed is missing: " + Quoted(metrics.GetId(selected.metricIndex)) +
                          " takes a video to compare with the original");
     }
@@ -141,6 +158,44 @@ CsvSettings CsvOf(const CsvOptions& options) {
     settings.separator = options.semicolon ? 2 : 1;
     settings.decimalDelimiter = options.decimalComma ? 1 : 0;
     settings.unicode = options.unicode;
+    return settings;
+}
+
+VisualizationSettings VisualizationOf(const VisualizationOptions& options) {
+    VisualizationSettings settings;
+    settings.save = !options.directory.empty();
+    settings.outputDir = options.directory;
+    settings.nameGeneration = options.naming;
+    if (!options.codec.empty()) settings.compressor = CompressorOf(options.codec);
+    return settings;
+}
+
+CaptionSettings CaptionOf(const VisualizationOptions& options) {
+    CaptionSettings settings;
+    settings.position = options.captionAtBottom ? 1 : 0;
+    settings.drawFrameNumber = options.captionFrame;
+    settings.drawMetricValue = !options.noCaptionValue;
+    return settings;
+}
+
+/// A choice of bad frames that the given files don't allow would come out empty.
+void CheckBadFrames(const Options& options) {
+    const bool hasFirst = !options.files[RoleProcessed].path.empty();
+    const bool hasSecond = !options.files[RoleProcessed2].path.empty();
+    if (hasSecond && !hasFirst) throw UsageError("--bad-frames with --processed2 needs --processed");
+    if (options.badFrames.type != BadOriginalProcessed && !hasSecond) {
+        throw UsageError("--bad-frames-type takes 1 to 3 with two processed videos; --processed2 is missing");
+    }
+}
+
+BadFramesSettings BadFramesOf(const Options& options) {
+    BadFramesSettings settings;
+    settings.save = !options.badFrames.directory.empty();
+    if (settings.save) CheckBadFrames(options);
+    settings.outputDir = options.badFrames.directory;
+    settings.frameType = options.badFrames.type;
+    settings.count = options.badFrames.count;
+    settings.radius = options.badFrames.radius;
     return settings;
 }
 
@@ -166,5 +221,12 @@ void FillJob(const Options& options, MeasurementJob& job) {
     job.run.blackMask = job.maskSlot.blackMask;
     job.run.maskFile = job.maskSlot;
 
+    std::vector<FileRecord> records = job.run.inputFiles;
+    if (job.run.useMask) records.push_back(job.run.maskFile);
+    CheckScriptOptionsAreUsed(options, records);
+
     job.csv = CsvOf(options.csv);
+    job.visualization = VisualizationOf(options.visualization);
+    job.caption = CaptionOf(options.visualization);
+    job.badFrames = BadFramesOf(options);
 }

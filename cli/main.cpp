@@ -7,6 +7,8 @@
 
 #include <omp.h>
 
+#include "catalogue/metric_list.h"
+#include "cli/codec_option.h"
 #include "cli/exit_status.h"
 #include "cli/headless_run.h"
 #include "cli/job.h"
@@ -16,6 +18,7 @@
 #include "cli/stop_signals.h"
 #include "platform/file.h"
 #include "platform/text.h"
+#include "video/avisynth/temporary_script.h"
 
 namespace {
 
@@ -59,6 +62,7 @@ int Measure(const Options& options) {
     CheckOutputsClash(options);
     if (options.threads > 0) omp_set_num_threads(options.threads);
 
+    rkRemoveStaleScript();
     job.run.interruption = std::make_unique<InterruptionToken>();
     const StopSignals signals(*job.run.interruption);  // until the results are delivered
     const HeadlessRun run = RunHeadless(options, job);
@@ -76,6 +80,8 @@ int Run(int argc, const char* const* argv) {
         std::string message;
         const std::optional<Options> options = ParseOptions(argc, argv, message);
         if (!options) return Deliver(L"-", message) ? ExitComplete : ExitPartial;
+        if (options->listCodecs) return Deliver(L"-", CodecListText()) ? ExitComplete : ExitPartial;
+        if (options->gpuEmulation) Metric::EmulateGpu();
         return options->listMetrics ? ListMetrics(*options) : Measure(*options);
     } catch (const UsageError& error) {
         Complain(error.what());

@@ -2,19 +2,27 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <initializer_list>
+#include <limits>
 #include <map>
 #include <string_view>
 
 #include "platform/program_version.h"
 #include "platform/text.h"
+#include "video/avisynth/script_filter.h"
 #include "video/raw_layout.h"
 
 const std::array<const char*, RoleCount> kRoleNames = {"original", "processed", "processed2", "mask"};
 
 namespace {
 
+constexpr int kMostFrames = std::numeric_limits<int>::max();
+
 constexpr const char* kSizeForm = "takes WxH in pixels, such as 1920x1080";
 constexpr const char* kMetricForm = "takes ID[:COMPONENT][=SETTINGS], COMPONENT one of Y, U, V, L, R, G, B";
+constexpr const char* kFilterForm =
+    "takes AviSource, OpenDMLSource, AviFileSource, DirectShowSource, DirectShowSource2 (dss2), FFMpegSource "
+    "(FFVideoSource), QTSource (QTInput) or RawSource";
 constexpr const char* kLayoutForm =
     "takes IYUV, YV12, YUV, UYVY, YUY2, Y, YV16, Y410, or P010 to P416 and P410_RGB to P416_RGB with 10, 14 "
     "or 16 bits";
@@ -45,6 +53,12 @@ int ParseLayout(const std::string& option, const std::string& text) {
     return layout;
 }
 
+int ParseFilter(const std::string& option, const std::string& text) {
+    const int filter = rkScriptFilterByName(FromUtf8(text));
+    if (filter < 0) throw Wrong(option, text, kFilterForm);
+    return filter;
+}
+
 MetricOption ParseMetric(const std::string& text) {
     // In the order of the component numbers.
     static constexpr std::string_view kComponents = "YUVLRGB";
@@ -70,8 +84,10 @@ MetricOption ParseMetric(const std::string& text) {
 struct RawOptions {
     std::array<std::string, RoleCount> paths, sizes, layouts;
     std::string size, layout;
+    std::array<std::string, RoleCount> filters, parameters;
+    std::string filter, parameter;
     std::vector<std::string> metrics;
-    std::string csvDirectory, csvName, json, log;
+    std::string csvDirectory, csvName, visualizationDirectory, badFramesDirectory, json, log;
 };
 
 class Parser {
@@ -83,8 +99,10 @@ public:
         app.allow_extras();
         app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
         AddInputs();
+        AddScripts();
         AddMeasurement();
         AddOutputs();
+        AddPictures();
     }
 
     /// False after `--help` or `--version`, with their text in `message`.
@@ -141,6 +159,39 @@ private:
             ->group("Inputs");
     }
 
+    /// The same four options for all files and for each one.
+    void AddScripts() {
+        AddScript("--", "", raw.filter, raw.parameter, options.script);
+        for (std::size_t i = 0; i < RoleCount; ++i) {
+            const std::string role = kRoleNames[i];
+            AddScript("--" + role + "-", ", for the " + role + " file alone", raw.filters[i],
+                      raw.parameters[i], options.files[i].script);
+        }
+    }
+
+    void AddScript(const std::string& prefix, const std::string& which, std::string& filter,
+                   std::string& parameters, ScriptOptions& script) {
+        app.add_flag(
+               prefix + "avs", script.use,
+               "Open through a script" + (which.empty() ? " also what can be opened without one" : which))
+            ->group("Scripts");
+        app.add_option(prefix + "avs-filter", filter, "Function that the script calls" + which)
+            ->type_name("NAME")
+            ->group("Scripts");
+        app.add_option(prefix + "avs-parameters", parameters,
+                       "Its arguments behind the file, separated by commas" + which)
+            ->type_name("TEXT")
+            ->group("Scripts");
+        app.add_flag(prefix + "only-preferred", script.onlyPreferred, "Try no other function" + which)
+            ->group("Scripts");
+    }
+
+    void TakeScript(const std::string& prefix, const std::string& filter, const std::string& parameters,
+                    ScriptOptions& script) {
+        if (app.count(prefix + "avs-filter") > 0) script.filter = ParseFilter(prefix + "avs-filter", filter);
+        if (app.count(prefix + "avs-parameters") > 0) script.parameters = FromUtf8(parameters);
+    }
+
     void AddMeasurement() {
         app.add_option("-m,--metric", raw.metrics)
             ->type_name("ID[:COMPONENT][=SETTINGS]")
@@ -157,6 +208,8 @@ private:
         app.add_option("--threads", options.threads, "Number of threads")
             ->type_name("N")
             ->check(CLI::Range(1, 1024).description(""))
+            ->group("Measurement");
+        app.add_flag("--gpu-emulation", options.gpuEmulation, "Run the GPU's metrics without one, slowly")
             ->group("Measurement");
     }
 
@@ -193,6 +246,52 @@ private:
         app.add_flag("-q,--quiet", options.quiet, "No log lines on standard error")->group("Outputs");
     }
 
+    void AddPictures() {
+        VisualizationOptions& visualization = options.visualization;
+        app.add_option("--visualize", raw.visualizationDirectory,
+                       "Save a video of what each metric sees in this directory")
+            ->type_name("DIR")
+            ->group("Pictures");
+        app.add_option("--vis-naming", visualization.naming, "prefix (default) or postfix")
+            ->type_name("WORD")
+            ->transform(Choice({{"prefix", 0}, {"postfix", 1}}))
+            ->group("Pictures");
+        app.add_option("--codec", visualization.codec)
+            ->type_name("FOURCC[:QUALITY]")
+            ->description(
+                "Compress these videos, quality 0 to 100 (default 75); \"--codec list\" prints the codecs")
+            ->group("Pictures");
+        app.add_option("--caption-position", visualization.captionAtBottom, "top (default) or bottom")
+            ->type_name("WORD")
+            ->transform(Choice({{"top", 0}, {"bottom", 1}}))
+            ->group("Pictures");
+        app.add_flag("--caption-frame", visualization.captionFrame, "Captions have the frame's number")
+            ->group("Pictures");
+        app.add_flag("--no-caption-value", visualization.noCaptionValue, "Captions have no values")
+            ->group("Pictures");
+
+        app.add_option("--bad-frames", raw.badFramesDirectory,
+                       "Save the pictures of the worst frames in this directory")
+            ->type_name("DIR")
+            ->group("Pictures");
+        app.add_option("--bad-frames-type", options.badFrames.type)
+            ->type_name("N")
+            ->check(CLI::Range(0, 3).description(""))
+            ->description(
+                "Those with the greatest difference: 0 of original and processed (default), 1 of the two "
+                "processed, 2 where the first is better, 3 where the second is better")
+            ->group("Pictures");
+        app.add_option("--bad-frames-count", options.badFrames.count, "Their number (default 10), 0 for all")
+            ->type_name("N")
+            ->check(CLI::Range(0, kMostFrames).description(""))
+            ->group("Pictures");
+        app.add_option("--bad-frames-radius", options.badFrames.radius,
+                       "Frames around a chosen one that are passed over (default 0)")
+            ->type_name("N")
+            ->check(CLI::Range(0, kMostFrames).description(""))
+            ->group("Pictures");
+    }
+
     /// Turns one of the given words into its number; any other word is refused with the list.
     static CLI::Validator Choice(const std::vector<std::pair<std::string, int>>& words) {
         std::string list;
@@ -217,9 +316,11 @@ private:
             file.path = FromUtf8(raw.paths[i]);
             if (app.count(name + "-size") > 0) file.size = ParseSize(name + "-size", raw.sizes[i]);
             if (app.count(name + "-layout") > 0) file.layout = ParseLayout(name + "-layout", raw.layouts[i]);
+            TakeScript(name + "-", raw.filters[i], raw.parameters[i], file.script);
         }
         if (app.count("--size") > 0) options.size = ParseSize("--size", raw.size);
         if (app.count("--layout") > 0) options.layout = ParseLayout("--layout", raw.layout);
+        TakeScript("--", raw.filter, raw.parameter, options.script);
         for (const std::string& metric : raw.metrics) options.metrics.push_back(ParseMetric(metric));
         options.progress = static_cast<ProgressMode>(progress);
         CheckOutputs();
@@ -242,6 +343,30 @@ private:
                 throw UsageError("--json takes a file, or - for standard output");
         }
         options.log = FromUtf8(raw.log);
+        CheckPictures();
+    }
+
+    void CheckPictures() {
+        options.listCodecs = options.visualization.codec == "list";
+        if (options.listCodecs) return;
+        if (app.count("--codec") > 0 && options.visualization.codec.empty())
+            throw UsageError("--codec takes FOURCC[:QUALITY], or list");
+        options.visualization.directory = FromUtf8(raw.visualizationDirectory);
+        options.badFrames.directory = FromUtf8(raw.badFramesDirectory);
+        CheckGroup(
+            "--visualize", options.visualization.directory,
+            {"--vis-naming", "--codec", "--caption-position", "--caption-frame", "--no-caption-value"});
+        CheckGroup("--bad-frames", options.badFrames.directory,
+                   {"--bad-frames-type", "--bad-frames-count", "--bad-frames-radius"});
+    }
+
+    /// An output takes a directory, and what says how it is made would go unnoticed without it.
+    void CheckGroup(const std::string& output, const std::wstring& directory,
+                    std::initializer_list<const char*> details) const {
+        if (app.count(output) > 0 && directory.empty()) throw UsageError(output + " takes a directory");
+        for (const char* detail : details)
+            if (directory.empty() && app.count(detail) > 0)
+                throw UsageError(std::string(detail) + " needs " + output);
     }
 
     /// The parser would take the last value of a repeated option without a word.

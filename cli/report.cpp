@@ -72,6 +72,12 @@ Json BadFramesJson(const FinishRecord& finish) {
     return finish.badFrames ? Json(*finish.badFrames) : Json(nullptr);
 }
 
+Json PathsJson(const std::vector<std::wstring>& paths) {
+    Json json = Json::array();
+    for (const std::wstring& path : paths) json.push_back(ToUtf8(path));
+    return json;
+}
+
 /// File names may hold bytes that are no UTF-8; JSON can't.
 std::string Dump(const Json& json) {
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
@@ -81,6 +87,13 @@ std::string ComponentLetters(const std::vector<int>& components) {
     std::string letters;
     for (const int component : components) letters += ToUtf8(Metric::ComponentName(component)).substr(0, 1);
     return letters;
+}
+
+std::string BadFramesText(const FinishRecord& finish) {
+    if (!finish.badFrames) return {};
+    std::string text = "Bad frames";
+    for (const int frame : *finish.badFrames) text += " " + std::to_string(frame);
+    return text + (finish.badFrames->empty() ? " none\n" : "\n");
 }
 
 }  // namespace
@@ -103,7 +116,7 @@ std::string TextReport(const RunReport& report) {
         text += " " + (hasAverage ? NineDigits(average) : std::string("none"));
         text += (unit.empty() ? "" : " " + ToUtf8(unit)) + "\n";
     }
-    return text;
+    return text + BadFramesText(report.finish);
 }
 
 std::string JsonReport(const RunReport& report) {
@@ -125,8 +138,8 @@ std::string JsonReport(const RunReport& report) {
          {"bad_frames", BadFramesJson(finish)},
          {"outputs",
           {{"csv", Optional(finish.csvPath)},
-           {"visualization", Json::array()},
-           {"bad_frames", Json::array()}}},
+           {"visualization", PathsJson(finish.visualizationPaths)},
+           {"bad_frames", PathsJson(finish.badFramePaths)}}},
          {"log", log}});
 }
 

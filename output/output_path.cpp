@@ -36,13 +36,16 @@ std::wstring LowerCase(std::wstring text) {
 
 }  // namespace
 
+std::wstring MetricNameItem(const ResultRecord& record, const Metric::CMetricList& metrics) {
+    return metrics.GetId(record.metricIndex) + L"_" + LowerCase(Metric::ComponentName(record.component));
+}
+
 std::wstring MetricNamePart(const CResultsStore& store, const Metric::CMetricList& metrics) {
     DistinctItems items;
     ResultRecord record;
     for (const int id : store.GetResultIds()) {
         store.GetResultRecord(id, record);
-        items.Add(metrics.GetId(record.metricIndex) + L"_" +
-                  LowerCase(Metric::ComponentName(record.component)));
+        items.Add(MetricNameItem(record, metrics));
     }
     return items.Joined();
 }
@@ -62,10 +65,15 @@ std::wstring BaseName(const std::wstring& path) {
     return std::wstring(name.substr(0, name.rfind(L'.')));
 }
 
-void PrepareOutputDirectory(std::wstring& directory) {
+void EndWithSeparator(std::wstring& directory) {
     if (directory.empty()) return;
     if (directory.back() == L'\\') directory.back() = L'/';
     if (directory.back() != L'/') directory += L'/';
+}
+
+void PrepareOutputDirectory(std::wstring& directory) {
+    EndWithSeparator(directory);
+    if (directory.empty()) return;
     std::error_code ignored;
     std::filesystem::create_directories(ToUtf8(directory), ignored);
 }

@@ -1,5 +1,8 @@
 #include "engine/model/file_record.h"
 
+#include <vector>
+
+#include "video/avisynth/open_through_script.h"
 #include "video/file_kind.h"
 #include "video/sources/create_source.h"
 
@@ -12,9 +15,24 @@ std::unique_ptr<rkIVideoSource> OpenDirectly(const FileRecord& record, bool pref
     return nullptr;
 }
 
-/// There is no script host to open a generated script with, so every attempt fails.
-std::unique_ptr<rkIVideoSource> OpenThroughScript(const FileRecord&, bool) {
-    return nullptr;
+/// What is tried when the preferred filter fails, with default parameters and in this order.
+std::vector<int> FallbackFilters(const FileRecord& record) {
+    if (record.width > 0 && record.height > 0) return {rkRawSourceFilter};
+    if (record.width != 0 || record.height != 0) return {};
+    return {rkAviSourceFilter,         rkOpenDMLSourceFilter, rkAviFileSourceFilter,
+            rkDirectShowSource2Filter, rkQTSourceFilter,      rkFFMpegSourceFilter};
+}
+
+std::unique_ptr<rkIVideoSource> OpenThroughScript(const FileRecord& record, bool preferPlanar) {
+    const rkScriptInput input = {record.sourceName, record.parameters, record.width, record.height,
+                                 record.yuvType};
+    auto source = rkOpenThroughScript(input, record.filter, preferPlanar, false);
+    if (source != nullptr || record.onlyPreferred) return source;
+    for (const int filter : FallbackFilters(record)) {
+        source = rkOpenThroughScript(input, filter, preferPlanar, true);
+        if (source != nullptr) break;
+    }
+    return source;
 }
 
 }  // namespace

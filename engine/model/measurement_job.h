@@ -33,6 +33,7 @@ struct RunParameters {
     int height = 0;
     int length = 0;
     bool maskOpened = false;
+    std::vector<std::wstring> visualizationPaths;  ///< of the files that are complete; set at the run's end
 };
 
 struct MaskSlot : FileRecord {

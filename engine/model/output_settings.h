@@ -3,6 +3,7 @@
 #include <string>
 
 #include "engine/model/file_record.h"
+#include "video/avi/compressor_settings.h"
 
 /// How the name of an output file is made. The numbers are stored in settings.
 enum NameGeneration : int {
@@ -37,6 +38,7 @@ struct VisualizationSettings : OutputSettings {
     CaptionSettings caption;
     int width = 0;  ///< the pictures' size in pixels, set by the run
     int height = 0;
+    rkCompressorSettings compressor;  ///< of AVI files
 };
 
 /// Which frames count as bad. The numbers are stored in settings.

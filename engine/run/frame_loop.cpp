@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "engine/run/mask.h"
 #include "engine/run/parallel.h"
@@ -136,28 +137,54 @@ private:
             images.push_back(found->second.image.get());
         }
 
-        const std::vector<Metric::MetricValue> values = scheduled.metric->Measure(images);
+        rkVideoImage picture;
+        if (scheduled.paints) picture.Create(state.width, state.height, RGB24, 0);
+        std::vector<Metric::MetricValue> values = scheduled.paints
+                                                      ? scheduled.metric->MeasureAndVisualize(images, picture)
+                                                      : scheduled.metric->Measure(images);
         if (frame < scheduled.lag) return;
-        InCriticalSection([&] { StoreValues(scheduled, values, frame - scheduled.lag); });
+        const int measured = frame - scheduled.lag;
+        const bool isValid = CompleteValues(scheduled, values);
+        const bool isSaved = scheduled.visualization == nullptr ||
+                             scheduled.visualization->WriteFrame(picture, measured, values, store);
+        InCriticalSection([&] {
+            for (const Metric::MetricValue& value : values)
+                store.AddValue(value.resultId, measured, value.value);
+            if (!isValid) TellInvalidValues(scheduled, measured);
+            if (!isSaved) DropVisualization(scheduled);
+        });
     }
 
-    /// One value for each result of the metric. One that it doesn't give (a plug-in may fail at a frame) isn't a
-    /// number, so that the values behind it keep their frames.
-    void StoreValues(ScheduledMetric& scheduled, const std::vector<Metric::MetricValue>& values, int frame) {
+    /// Makes `values` one value for each result of the metric. One that it doesn't give (a plug-in may fail at a frame)
+    /// isn't a number, so that the values behind it keep their frames. False if they weren't that already.
+    static bool CompleteValues(const ScheduledMetric& scheduled, std::vector<Metric::MetricValue>& values) {
+        std::vector<Metric::MetricValue> complete;
         std::size_t found = 0;
         for (const int id : scheduled.resultIds) {
             const auto value = std::find_if(values.begin(), values.end(),
                                             [id](const Metric::MetricValue& v) { return v.resultId == id; });
             const bool isGiven = value != values.end();
             found += isGiven;
-            store.AddValue(id, frame, isGiven ? value->value : std::numeric_limits<float>::quiet_NaN());
+            complete.push_back({id, isGiven ? value->value : std::numeric_limits<float>::quiet_NaN()});
         }
         const bool isValid = found == scheduled.resultIds.size() && found == values.size();
-        if (isValid || scheduled.gaveInvalidValues) return;
+        values = std::move(complete);
+        return isValid;
+    }
+
+    void TellInvalidValues(ScheduledMetric& scheduled, int frame) {
+        if (scheduled.gaveInvalidValues) return;
         scheduled.gaveInvalidValues = true;
         outcome.measurement = CompletionPartial;
         LogLine(run, L"Metric " + scheduled.metric->GetName() + L" returned invalid values at frame " +
                          std::to_wstring(frame) + L"; missing values are not numbers");
+    }
+
+    /// The file keeps the frames that it has: one behind a gap would be taken for another.
+    void DropVisualization(ScheduledMetric& scheduled) {
+        LogLine(run, L"Failed to write visualization file " + Quoted(scheduled.visualization->GetPath()));
+        scheduled.visualization.reset();
+        outcome.visualization = CompletionPartial;
     }
 
     /// Whether so many tasks on a frame of the run take longer than to wake the threads.

@@ -1,10 +1,13 @@
 #include "engine/run/measurement_worker.h"
 
+#include <algorithm>
+#include <map>
 #include <new>
 #include <utility>
 
 #include "engine/run/run_log.h"
 #include "engine/run/run_measurement.h"
+#include "output/bad_frames_saver.h"
 #include "output/csv_writer.h"
 #include "platform/program_directory.h"
 
@@ -37,6 +40,41 @@ std::wstring SaveCsv(const MeasurementJob& job, const CResultsStore& store,
     return isSaved ? writer.GetPath() : std::wstring();
 }
 
+/// The files that the job names, by their role. An empty slot says nothing of its role.
+void SetRoles(MeasurementJob& job) {
+    FileRecord* const roles[] = {&job.badFrames.original, &job.badFrames.firstProcessed,
+                                 &job.badFrames.secondProcessed};
+    for (std::size_t i = 0; i < job.fileSlots.size(); ++i)
+        if (!job.fileSlots[i].name.empty()) *roles[i] = job.fileSlots[i];
+}
+
+/// The frames are null unless all their pictures could be saved.
+void SaveBadFrames(MeasurementJob& job, const Metric::CMetricList& metrics, FinishRecord& finish) {
+    LogLine(job.run, L"Saving bad frames to " + Quoted(job.badFrames.outputDir));
+    if (!job.run.visualization.save) LogMissingFont(job.run);  // otherwise it is said already
+    SetRoles(job);
+    std::map<std::wstring, FileRecord> records;
+    for (const FileRecord& slot : job.fileSlots)
+        if (!slot.name.empty()) records.emplace(slot.name, slot);
+
+    BadFramesSaver saver(job.badFrames, job.run.log.get(), metrics);
+    bool isComplete = false;
+    auto frames = std::make_unique<std::vector<int>>();
+    try {
+        *frames = saver.Save(*finish.results, records, job.run.yuvTable);
+        isComplete = saver.IsComplete();
+    } catch (const std::bad_alloc&) {  // the pictures of huge frames
+    }
+    finish.badFramePaths = saver.GetPaths();
+    if (!isComplete) {
+        LogLine(job.run, L"Failed to save bad frames!");
+        return;
+    }
+    std::sort(frames->begin(), frames->end());
+    finish.badFrames = std::move(frames);
+    LogLine(job.run, L"Bad frames saved");
+}
+
 void MeasureAndSave(MeasurementJob& job, IRunVoices& voices, IRunObserver& observer,
                     const Metric::CMetricList& metrics, FinishRecord& finish) {
     // 1. The run's own copies and voices.
@@ -50,12 +88,17 @@ void MeasureAndSave(MeasurementJob& job, IRunVoices& voices, IRunObserver& obser
     // 2. The measurement.
     finish.runResult = RunMeasurement(run, *finish.results, job.selection, finish.outcome.get(), metrics);
     finish.yuvTable = run.yuvTable;
+    finish.visualizationPaths = run.visualizationPaths;
     observer.WithdrawStop();
 
     // 3. What is kept of it, also of a part.
     const bool hasResults =
         finish.outcome->measurement != CompletionNothing && finish.results->GetResultCount() > 0;
     if (job.csv.save && hasResults) finish.csvPath = SaveCsv(job, *finish.results, metrics);
+
+    // 4. What compares complete sequences.
+    if (job.badFrames.save && hasResults && finish.outcome->measurement == CompletionAll)
+        SaveBadFrames(job, metrics, finish);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "engine/run/run_state.h"
+#include "output/text_raster.h"
 
 namespace {
 
@@ -34,6 +35,12 @@ std::wstring Quoted(const std::wstring& text) {
 
 const FileRecord& RecordOf(const RunParameters& run, int file) {
     return file == kMaskFile ? run.maskFile : run.inputFiles[static_cast<std::size_t>(file)];
+}
+
+void LogMissingFont(const RunParameters& run) {
+    if (!TextRaster().HasFont())
+        LogLine(run,
+                L"No font was found, pictures are saved without captions (install one, such as DejaVu Sans)");
 }
 
 void LogFailure(const RunParameters& run) noexcept {

@@ -24,7 +24,12 @@ void CreateSchedules(RunState& state, const RunParameters& run, CResultsStore& s
                      const MetricSelection& selection, RunOutcome& outcome,
                      const Metric::CMetricList& metrics) {
     LogLine(run, L"Creating measurement schedule...");
-    CreateOneFileSchedule(state.oneFileSchedule, state.opened, selection, run, store, outcome, metrics);
+    if (run.visualization.save) {
+        LogMissingFont(run);
+        for (const FileRecord& record : run.inputFiles) state.takenPaths.TakeInput(record.sourceName);
+        if (run.useMask) state.takenPaths.TakeInput(run.maskFile.sourceName);
+    }
+    CreateOneFileSchedule(state, selection, run, store, outcome, metrics);
 
     const std::wstring skipped = L"Calculation of metrics on two files will be skipped because ";
     if (!state.originalOpened)
@@ -32,7 +37,7 @@ void CreateSchedules(RunState& state, const RunParameters& run, CResultsStore& s
     else if (state.opened.size() < 2)
         LogLine(run, skipped + L"there is no enough files opened.");
     else
-        CreateTwoFileSchedule(state.twoFileSchedule, state.opened, selection, run, store, outcome, metrics);
+        CreateTwoFileSchedule(state, selection, run, store, outcome, metrics);
 }
 
 void StartProgress(const RunParameters& run, const MetricSelection& selection, int length) {
@@ -81,13 +86,34 @@ bool PrepareRun(RunState& state, RunParameters& run, CResultsStore& store, const
     return true;
 }
 
-template <typename Sets>
-void StoreAverages(const Sets& schedule, bool visualize, CResultsStore& store) {
-    for (const auto& set : schedule)
-        for (const ScheduledMetric& scheduled : set.metrics)
-            for (const Metric::MetricValue& result : scheduled.metric->GetAverages(visualize))
-                if (std::count(scheduled.resultIds.begin(), scheduled.resultIds.end(), result.resultId) > 0)
-                    store.SetAverage(result.resultId, result.value);
+/// Every scheduled metric, in the order of the schedule.
+template <typename Action>
+void ForEachMetric(RunState& state, const Action& action) {
+    for (OneFileSet& set : state.oneFileSchedule)
+        for (ScheduledMetric& scheduled : set.metrics) action(scheduled);
+    for (TwoFileSet& set : state.twoFileSchedule)
+        for (ScheduledMetric& scheduled : set.metrics) action(scheduled);
+}
+
+void StoreAverages(RunState& state, bool visualize, CResultsStore& store) {
+    ForEachMetric(state, [&](ScheduledMetric& scheduled) {
+        for (const Metric::MetricValue& result : scheduled.metric->GetAverages(visualize))
+            if (std::count(scheduled.resultIds.begin(), scheduled.resultIds.end(), result.resultId) > 0)
+                store.SetAverage(result.resultId, result.value);
+    });
+}
+
+void CompleteVisualizations(RunState& state, RunParameters& run, RunOutcome& outcome) {
+    ForEachMetric(state, [&](ScheduledMetric& scheduled) {
+        if (scheduled.visualization == nullptr) return;
+        const std::wstring& path = scheduled.visualization->GetPath();
+        if (scheduled.visualization->Close()) {
+            if (scheduled.visualization->HasFile()) run.visualizationPaths.push_back(path);
+            return;
+        }
+        LogLine(run, L"Failed to write visualization file " + Quoted(path));
+        outcome.visualization = CompletionPartial;
+    });
 }
 
 }  // namespace
@@ -99,6 +125,7 @@ bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelect
     result = {CompletionAll, CompletionAll};
     run.width = run.height = run.length = 0;
     run.maskOpened = false;
+    run.visualizationPaths.clear();
     if (run.inputFiles.empty()) return StopWithNothing(run, L"No files for measurement!", result);
 
     RunState state;
@@ -115,8 +142,8 @@ bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelect
 
     LogLine(run, L"Saving average results");
     try {
-        StoreAverages(state.oneFileSchedule, run.visualization.save, store);
-        StoreAverages(state.twoFileSchedule, run.visualization.save, store);
+        StoreAverages(state, run.visualization.save, store);
+        CompleteVisualizations(state, run, result);
     } catch (...) {
         LogFailure(run);
         if (result.measurement == CompletionAll) result.measurement = CompletionPartial;

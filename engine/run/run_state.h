@@ -7,6 +7,8 @@
 
 #include "metric/metric_image.h"
 #include "metric/metric_interface.h"
+#include "output/taken_paths.h"
+#include "output/visualization_file.h"
 #include "video/video_image.h"
 #include "video/video_source.h"
 
@@ -43,6 +45,8 @@ struct ScheduledMetric {
     /// its answers before that count are dropped.
     int lag = 0;
     bool gaveInvalidValues = false;  ///< and the log says so
+    bool paints = false;             ///< it is asked for pictures, also when they can't be kept
+    boost::shared_ptr<CVisualizationFile> visualization = {};  ///< where they go; null for nowhere
 };
 
 struct OneFileSet {
@@ -65,4 +69,5 @@ struct RunState {
     int height = 0;
     int length = 0;  ///< in frames, of the shortest file
     bool originalOpened = true;
+    TakenPaths takenPaths;  ///< what the visualization files must not be
 };

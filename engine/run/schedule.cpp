@@ -1,7 +1,10 @@
 #include "engine/run/schedule.h"
 
+#include <boost/make_shared.hpp>
+
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -18,10 +21,9 @@ constexpr int kLateMetricLag = 32;
 
 class Scheduler {
 public:
-    Scheduler(const OpenedFiles& openedFiles, const MetricSelection& selectedMetrics,
-              const RunParameters& parameters, CResultsStore& results, RunOutcome& runOutcome,
-              const Metric::CMetricList& metricList)
-        : opened(openedFiles),
+    Scheduler(RunState& runState, const MetricSelection& selectedMetrics, const RunParameters& parameters,
+              CResultsStore& results, RunOutcome& runOutcome, const Metric::CMetricList& metricList)
+        : state(runState),
           selection(selectedMetrics),
           run(parameters),
           store(results),
@@ -59,7 +61,32 @@ private:
         }
 
         const int lag = isPair && metric->GetId() == kLateMetricId ? kLateMetricLag : 0;
-        scheduled.push_back({std::move(metric), selected.component, std::move(resultIds), lag});
+        ScheduledMetric entry = {std::move(metric), selected.component, std::move(resultIds), lag};
+        entry.paints = run.visualization.save;
+        if (entry.paints) entry.visualization = OpenVisualization(entry.resultIds);
+        scheduled.push_back(std::move(entry));
+    }
+
+    /// Null if there can't be one.
+    boost::shared_ptr<CVisualizationFile> OpenVisualization(const std::vector<int>& resultIds) const {
+        boost::shared_ptr<CVisualizationFile> file;
+        try {
+            file = boost::make_shared<CVisualizationFile>(run.visualization, resultIds, store,
+                                                          state.takenPaths, metrics);
+        } catch (const std::bad_alloc&) {
+            outcome.visualization = CompletionPartial;
+            return nullptr;
+        }
+        if (file->IsNumbered())
+            LogLine(run, L"The name of the visualization file is taken, it gets a number");
+        state.takenPaths.TakeOutput(file->GetPath());
+        if (!file->Open()) {
+            LogLine(run, L"Failed to open visualization file " + Quoted(file->GetPath()));
+            outcome.visualization = CompletionPartial;
+            return nullptr;
+        }
+        LogLine(run, L"Saving visualization to " + Quoted(file->GetPath()));
+        return file;
     }
 
     /// Whether a result has the id of another one, whose values it would mix with its own.
@@ -74,12 +101,12 @@ private:
     /// A configured instance for the pictures of `file`; null if it can't be had.
     std::unique_ptr<Metric::IMetric> Load(const SelectedMetric& selected, int file) const {
         const std::wstring& name = metrics.GetName(selected.metricIndex);
-        rkIVideoSource& source = *opened.at(file).source;
+        rkIVideoSource& source = *state.opened.at(file).source;
         Metric::MetricParameters parameters;
         parameters.component = selected.component;
         parameters.width = source.GetWidth();
         parameters.height = source.GetHeight();
-        parameters.maskOpen = opened.contains(kMaskFile);
+        parameters.maskOpen = state.opened.contains(kMaskFile);
         parameters.blackMask = run.blackMask;
 
         std::unique_ptr<Metric::IMetric> metric = metrics.CreateInstance(selected.metricIndex, parameters);
@@ -117,7 +144,7 @@ private:
         outcome.measurement = CompletionPartial;
     }
 
-    const OpenedFiles& opened;
+    RunState& state;
     const MetricSelection& selection;
     const RunParameters& run;
     CResultsStore& store;
@@ -127,26 +154,24 @@ private:
 
 }  // namespace
 
-void CreateOneFileSchedule(std::vector<OneFileSet>& schedule, const OpenedFiles& opened,
-                           const MetricSelection& selection, const RunParameters& run, CResultsStore& store,
-                           RunOutcome& outcome, const Metric::CMetricList& metrics) {
-    const Scheduler scheduler(opened, selection, run, store, outcome, metrics);
-    for (const auto& [file, entry] : opened) {
+void CreateOneFileSchedule(RunState& state, const MetricSelection& selection, const RunParameters& run,
+                           CResultsStore& store, RunOutcome& outcome, const Metric::CMetricList& metrics) {
+    const Scheduler scheduler(state, selection, run, store, outcome, metrics);
+    for (const auto& [file, entry] : state.opened) {
         if (file == kMaskFile) continue;
         OneFileSet set = {file, scheduler.MetricsOf(file, 1)};
-        if (!set.metrics.empty()) schedule.push_back(std::move(set));
+        if (!set.metrics.empty()) state.oneFileSchedule.push_back(std::move(set));
     }
 }
 
-void CreateTwoFileSchedule(std::vector<TwoFileSet>& schedule, const OpenedFiles& opened,
-                           const MetricSelection& selection, const RunParameters& run, CResultsStore& store,
-                           RunOutcome& outcome, const Metric::CMetricList& metrics) {
-    if (!opened.contains(kOriginal)) return;
+void CreateTwoFileSchedule(RunState& state, const MetricSelection& selection, const RunParameters& run,
+                           CResultsStore& store, RunOutcome& outcome, const Metric::CMetricList& metrics) {
+    if (!state.opened.contains(kOriginal)) return;
 
-    const Scheduler scheduler(opened, selection, run, store, outcome, metrics);
-    for (const auto& [file, entry] : opened) {
+    const Scheduler scheduler(state, selection, run, store, outcome, metrics);
+    for (const auto& [file, entry] : state.opened) {
         if (file == kMaskFile || file == kOriginal) continue;
         TwoFileSet set = {kOriginal, file, scheduler.MetricsOf(file, 2)};
-        if (!set.metrics.empty()) schedule.push_back(std::move(set));
+        if (!set.metrics.empty()) state.twoFileSchedule.push_back(std::move(set));
     }
 }

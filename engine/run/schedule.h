@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "catalogue/metric_list.h"
 #include "engine/model/measurement_job.h"
 #include "engine/model/results_store.h"
@@ -13,14 +11,17 @@
 /// promises no result is logged and left out; the measurement is then a partial one. Sets without metrics
 /// aren't made.
 
+/// With visualization every metric gets a file for its pictures. A file that can't be opened is logged; the visualization
+/// is then a partial one, and the metric runs without.
+
 /// One set for each opened file, the original included and the mask not: an instance of each metric that
 /// takes one file.
-void CreateOneFileSchedule(std::vector<OneFileSet>& schedule, const OpenedFiles& opened,
-                           const MetricSelection& selection, const RunParameters& run, CResultsStore& store,
-                           RunOutcome& outcome, const Metric::CMetricList& metrics = Metric::GetMetricList());
+void CreateOneFileSchedule(RunState& state, const MetricSelection& selection, const RunParameters& run,
+                           CResultsStore& store, RunOutcome& outcome,
+                           const Metric::CMetricList& metrics = Metric::GetMetricList());
 
 /// One set for each pair of the original and another file: an instance of each metric that takes two files.
 /// None without the original.
-void CreateTwoFileSchedule(std::vector<TwoFileSet>& schedule, const OpenedFiles& opened,
-                           const MetricSelection& selection, const RunParameters& run, CResultsStore& store,
-                           RunOutcome& outcome, const Metric::CMetricList& metrics = Metric::GetMetricList());
+void CreateTwoFileSchedule(RunState& state, const MetricSelection& selection, const RunParameters& run,
+                           CResultsStore& store, RunOutcome& outcome,
+                           const Metric::CMetricList& metrics = Metric::GetMetricList());

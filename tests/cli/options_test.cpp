@@ -40,6 +40,18 @@ TEST(Options, WrongOnesAreNamed) {
         {"--original a.y4m --processed b.y4m -m 'two\nlines'", "--metric"},
         {"--original a.y4m --processed b.y4m --json", "--json"},
         {"--original a.y4m --processed b.y4m surplus", "surplus"},
+        {"--original a.y4m --visualize d -m blurring_metric", "--processed"},
+        {"--original a.y4m --processed b.y4m --caption-frame", "--visualize"},
+        {"--original a.y4m --processed b.y4m --visualize d --vis-naming custom", "--vis-naming"},
+        {"--original a.y4m --processed b.y4m --visualize d --codec ABCD", "--codec"},
+        {"--original a.y4m --processed b.y4m --visualize d --codec MJPG:101", "--codec"},
+        {"--original a.y4m --processed b.y4m --visualize d --codec MJPG:", "--codec"},
+        {"--original a.y4m --processed b.y4m --visualize d --codec HFYU:50", "--codec"},
+        {"--original a.y4m --processed b.y4m --bad-frames-count 3", "--bad-frames"},
+        {"--original a.y4m --processed b.y4m --bad-frames d --bad-frames-count -1", "--bad-frames-count"},
+        {"--original a.y4m --processed b.y4m --bad-frames d --bad-frames-type 4", "--bad-frames-type"},
+        {"--original a.y4m --processed b.y4m --bad-frames d --bad-frames-type 1", "--processed2"},
+        {"--original a.y4m --processed2 b.y4m --bad-frames d", "--processed"},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.arguments);

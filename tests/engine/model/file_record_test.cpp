@@ -29,7 +29,7 @@ TEST(FileRecord, OpenSource) {
         {"a negative width", raw, false, -4, 2, 0},
         {"raw without a size", raw, false, 0, 0, 0},
         {"a file that describes itself", y4m, false, 0, 0, 1},
-        {"through a generated script", y4m, true, 0, 0, 0},
+        {"through a generated script", y4m, true, 0, 0, 1},
         {"a script gets no second one around it", script, true, 4, 2, 2},
         {"no such file", raw + L".gone", false, 4, 2, 0},
     };

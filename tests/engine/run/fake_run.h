@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -56,6 +57,25 @@ protected:
         for (int n = 0; n < frames; ++n)
             file << std::string(static_cast<std::size_t>(side * side), static_cast<char>(first + n));
         return Raw(name, side);
+    }
+
+    static constexpr int kNoiseWidth = 150;  // rows of bitmaps and AVI files have bytes of padding
+    static constexpr int kNoiseHeight = 64;
+
+    /// A clip of 4:2:0: noise around a slow motion, other noise for another seed.
+    FileRecord Noise(const std::wstring& name, unsigned seed, int frames) const {
+        std::mt19937 random(seed);
+        std::filesystem::create_directories(std::filesystem::path(PathOf(name)).parent_path());
+        std::ofstream file(PathOf(name), std::ios::binary);
+        for (int frame = 0; frame < frames; ++frame)
+            for (int i = 0; i < kNoiseWidth * kNoiseHeight * 3 / 2; ++i)
+                file.put(
+                    static_cast<char>((i % kNoiseWidth * 2 + frame + static_cast<int>(random() % 40)) % 256));
+        FileRecord record = Raw(name);
+        record.width = kNoiseWidth;
+        record.height = kNoiseHeight;
+        record.yuvType = IYUV;
+        return record;
     }
 
     FileRecord Raw(const std::wstring& name, int side = kSide) const {

@@ -1,6 +1,7 @@
 #include "engine/run/measurement_worker.h"
 
 #include "tests/engine/run/fake_run.h"
+#include "tests/output/brute_force_selection.h"
 
 namespace {
 
@@ -94,6 +95,91 @@ TEST_F(MeasurementWorkerTest, NothingToSave) {
     EXPECT_EQ((Lines{L"<no stop>", L"<log closed>", L"<over>", L"<finished>"}), Run());
     EXPECT_FALSE(witness.finish->runResult);
     EXPECT_EQ((RunOutcome{0, 0}), *witness.finish->outcome);
+}
+
+struct BadFramesStep : MeasurementWorkerTest {
+    void SetUp() override {
+        MeasurementWorkerTest::SetUp();
+        job.csv.save = false;
+        job.badFrames.save = true;
+        job.badFrames.count = 4;
+        job.badFrames.radius = 2;
+        job.badFrames.outputDir = FromUtf8(directory);
+    }
+
+    /// Runs a metric of the program on the first `files` of three noisy clips. The lines behind the end of the frames.
+    Lines RunOnNoise(const wchar_t* id, std::size_t files) {
+        SelectedMetric selected;
+        EXPECT_TRUE(Metric::GetMetricList().FindById(id, selected.metricIndex));
+        job.selection = {selected};
+        job.metricSettings.clear();
+        job.fileSlots = {};
+        job.run.inputFiles.clear();
+        for (std::size_t i = 0; i < files; ++i) {
+            const std::wstring name = std::wstring(L"noise") + std::to_wstring(i);
+            job.fileSlots[i] = Noise(name, static_cast<unsigned>(i) + 1, 20);
+            job.run.inputFiles.push_back(job.fileSlots[i]);
+        }
+        witness.events.clear();
+        MeasurementWorker(job, witness, witness);
+        return {std::find(witness.events.begin(), witness.events.end(), L"<no stop>"), witness.events.end()};
+    }
+};
+
+TEST_F(BadFramesStep, ChoosesAsTheRulesReadOneByOne) {
+    const struct {
+        const wchar_t* metric;
+        std::size_t files;
+        int type;
+    } kCases[] = {{L"psnr", 2, 0},
+                  {L"mse", 2, 0},
+                  {L"psnr", 3, 1},
+                  {L"psnr", 3, 2},
+                  {L"psnr", 3, 3},
+                  {L"mse", 3, 2},
+                  {L"blocking_metric", 1, 0},
+                  {L"blocking_metric", 2, 0},
+                  {L"mse", 3, 3},
+                  {L"psnr", 3, 0},
+                  {L"blocking_metric", 3, 2},
+                  {L"blurring_metric", 3, 3}};
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(testing::Message() << c.metric << " " << c.files << " " << c.type);
+        job.badFrames.frameType = c.type;
+        const Lines events = RunOnNoise(c.metric, c.files);
+        const std::wstring saving = L"Saving bad frames to \"" + job.badFrames.outputDir + L"\"";
+        EXPECT_EQ(
+            (Lines{L"<no stop>", saving, L"Bad frames saved", L"<log closed>", L"<over>", L"<finished>"}),
+            events);
+
+        // The last two series are those that are compared: original and processed, or first and second processed.
+        const CResultsStore& results = *witness.finish->results;
+        const std::vector<int> ids = results.GetResultIds();
+        std::vector<FrameValue> values = results.GetSeries(ids.back());
+        const bool differences = ids.size() > 1;
+        for (std::size_t i = 0; differences && i < values.size(); ++i)
+            values[i].value -= results.GetSeries(ids[ids.size() - 2])[i].value;
+        const bool higherIsBetter =
+            Metric::GetMetricList().IsHigherBetter(job.selection.begin()->metricIndex);
+        std::vector<int> expected = BruteForceSelection(values, differences, c.type, 4, 2, higherIsBetter);
+        std::sort(expected.begin(), expected.end());
+        ASSERT_NE(nullptr, witness.finish->badFrames);
+        EXPECT_EQ(expected, *witness.finish->badFrames);
+        EXPECT_EQ(4 * c.files, witness.finish->badFramePaths.size());
+    }
+}
+
+TEST_F(BadFramesStep, OfAnIncompleteStepOrRunThereAreNone) {
+    job.badFrames.outputDir = L"/no/such";
+    Lines events = RunOnNoise(L"psnr", 2);
+    EXPECT_EQ(1, std::count(events.begin(), events.end(), L"Failed to save bad frames!"));
+    EXPECT_EQ(nullptr, witness.finish->badFrames);
+    EXPECT_EQ((RunOutcome{2, 2}), *witness.finish->outcome);
+
+    job.run.interruption = std::make_unique<InterruptionToken>();
+    job.run.interruption->Stop();
+    EXPECT_EQ(4u, RunOnNoise(L"psnr", 2).size()) << "not a word of them";
+    EXPECT_EQ(nullptr, witness.finish->badFrames);
 }
 
 }  // namespace

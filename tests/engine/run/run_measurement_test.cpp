@@ -104,6 +104,7 @@ TEST_F(RunMeasurementTest, ScheduleOfThreeFiles) {
 
     store = {};
     run.visualization.save = true;
+    run.visualization.outputDir = FromUtf8(directory);
     EXPECT_TRUE(Measure(run, {oneOrTwo}));
     EXPECT_EQ((Series{{40}, {70}}), Values()) << "with visualization it takes two files";
     EXPECT_EQ(std::pair(16, 16), std::pair(run.visualization.width, run.visualization.height));
