@@ -49,7 +49,7 @@ struct Samples {
         return values[component][static_cast<std::size_t>(y * width[component] + x)];
     }
 
-    std::array<std::vector<std::uint16_t>, 3> values;
+    std::vector<std::uint16_t> values[3];
     int width[3] = {}, height[3] = {}, depth[3] = {};
 };
 

@@ -113,7 +113,7 @@ TEST_F(AviFileWriter, AFullDiskIsToldAtTheLatestByClose) {
     SetSize(16, 16);
     Bytes frame = RandomFrame(RGB24, 16, 16);
     rlim_t fileBytes = 1 << 20;
-    for (const rlim_t missing : {0, 1, 3000}) {
+    for (const rlim_t missing : {0u, 1u, 3000u}) {
         SCOPED_TRACE(missing);
         ASSERT_EQ(0, writer.OpenWithSettings(name, &format, &info, {}));
         const FileSizeLimit limit(fileBytes - missing);

@@ -123,7 +123,7 @@ TEST(DecompressedFrames, EmptySamplesRepeatThePictureBefore) {
         SCOPED_TRACE(c.what);
         MemoryStream stream(c.stream);
         std::vector<Bytes> pictures = c.pictures;
-        for (const std::size_t at : {50, 30, 7}) {  // behind the last, and 14 where they hide a key sample
+        for (const std::size_t at : {50u, 30u, 7u}) {  // behind the last, and 14 where they hide a key sample
             const std::size_t count = at == 30 ? 14 : 1;
             auto& samples = stream.stream.samples;
             samples.insert(samples.begin() + static_cast<std::ptrdiff_t>(at), count, {});
