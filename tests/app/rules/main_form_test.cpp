@@ -1,0 +1,167 @@
+#include "app/rules/main_form.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "app/rules/job_edits.h"
+#include "tests/app/rules/shell_fixture.h"
+#include "tests/engine/fake_metric.h"
+
+namespace {
+
+TEST(MainForm, WhyAControlIsOff) {
+    using State = ShellState;
+    const auto nothing = [](State&) {};
+    const auto comparing = [](State& s) { s.job.comparativeAnalysis = true; };
+    const auto noScripts = [](State& s) { s.capabilities.aviSynth = false; };
+    const auto scripts = [](State& s) {
+        for (const FileRow row : kFileRows) SlotOf(s.job, row).useAvs = true;
+    };
+    const auto ssim = [](State& s) { ChooseById(s, L"ssim_fast"); };
+    const auto blurring = [](State& s) { ChooseById(s, L"blurring_metric"); };
+    const auto visualizing = [](State& s) { s.job.visualization.save = true; };
+    const auto badFrames = [](State& s) { s.job.badFrames.save = true; };
+    const auto images = [](State& s) { s.job.fileSlots[0].name = L"/v/A.BMP", s.job.badFrames.save = true; };
+    const auto empty = [](State& s) { s.job.fileSlots[0].name = L""; };
+
+    const struct {
+        Control control;
+        std::function<void(State&)> edit;
+        const wchar_t* why;
+    } kCases[] = {
+        // Before the edit: an original "a.avi" alone, PSNR, every plug-in, all boxes off.
+        {Control::OriginalUseAvs, nothing, L""},
+        {Control::OriginalUseAvs, noScripts, L"Needs AviSynth"},
+        {Control::SecondPath, nothing, L"Needs \"Comparative analysis\""},
+        {Control::SecondPreview, comparing, L""},
+        {Control::MaskBrowse, comparing, L"Needs \"Use mask file:\""},
+        {Control::BlackMask, nothing, L"Needs \"Use mask file:\""},
+        {Control::OriginalAdvanced, nothing, L"Needs \"Open with AVISynth\""},
+        {Control::OriginalAdvanced, scripts, L""},
+        {Control::ProcessedAdvanced, scripts, L"Needs a file"},
+        {Control::SecondAdvanced, scripts, L"Needs \"Comparative analysis\""},
+        {Control::MetricSettings, nothing, L"PSNR has no settings"},
+        {Control::ComponentU, ssim, L"SSIM (fast) measures Y only"},
+        {Control::ComponentL, blurring, L"Lumetry Blurring BETA measures Y, U, V only"},
+        {Control::CsvAdvanced, nothing,
+         L"Needs \"Save CSV file\" or \"Save metric visualization video / image\""},
+        {Control::CsvAdvanced, visualizing, L""},
+        {Control::SaveBadFrames, nothing, L""},
+        {Control::SaveBadFrames, images, L"Needs a video file: all files are images"},
+        {Control::SaveBadFrames, empty, L"Needs a video file"},
+        {Control::BadFramesAdvanced, nothing, L"Needs \"Save \"bad frames\"\""},
+        {Control::BadFramesAdvanced, badFrames, L""},
+        {Control::BadFramesAdvanced, images, L"Needs a video file: all files are images"},
+        {Control::Process, nothing, L"Needs the original and the processed file"},
+    };
+    for (const auto& c : kCases) {
+        ShellState state = StateWith(L"/v/a.avi");
+        c.edit(state);
+        EXPECT_EQ(MainFormFrom(state).WhyDisabled(c.control), c.why);
+    }
+}
+
+TEST(MainForm, ARunLocksTwentyOneControls) {
+    ShellState state = StateWith(L"/v/a.avi", L"/v/b.avi");
+    state.job.csv.save = state.job.badFrames.save = state.job.comparativeAnalysis = true;
+    const auto disabled = [](const MainForm& form) {
+        return std::count_if(form.whyDisabled.begin(), form.whyDisabled.end(),
+                             [](const std::wstring& why) { return !why.empty(); });
+    };
+    const auto before = disabled(MainFormFrom(state));
+    state.phase = RunPhase::Measuring;
+    EXPECT_EQ(MainFormFrom(state).processCaption, L"Stop");
+    EXPECT_EQ(disabled(MainFormFrom(state)), before + 21);
+    state.phase = RunPhase::Viewing;
+    EXPECT_EQ(MainFormFrom(state).processCaption, L"Process");
+    EXPECT_EQ(disabled(MainFormFrom(state)), before + 21);
+}
+
+TEST(Readiness, FilesOfMetricsOfOneAndTwoInputs) {
+    constexpr struct {
+        const wchar_t* metric;
+        bool visualize, comparative;
+        const wchar_t *original, *processed, *second;
+        bool ready;
+    } kCases[] = {
+        {L"psnr", false, false, L"a", L"b", L"", true},
+        {L"psnr", false, false, L"", L"b", L"c", false},
+        {L"psnr", false, true, L"a", L"b", L"", false},
+        {L"psnr", false, true, L"a", L"b", L"c", true},
+        {L"blocking_metric", true, false, L"a", L"", L"", true},
+        {L"blocking_metric", false, false, L"", L"b", L"", true},
+        {L"blocking_metric", false, true, L"a", L"b", L"", false},
+        {L"blocking_metric", false, true, L"", L"b", L"c", true},
+        {L"blurring_metric", false, false, L"", L"b", L"", true},
+        {L"blurring_metric", true, false, L"", L"b", L"", false},
+    };
+    for (const auto& c : kCases) {
+        ShellState state = StateWith(c.original, c.processed, c.second);
+        ChooseById(state, c.metric);
+        state.job.visualization.save = c.visualize;
+        state.job.comparativeAnalysis = c.comparative;
+        const MainForm form = MainFormFrom(state);
+        EXPECT_EQ(form.IsEnabled(Control::Process), c.ready) << &c - kCases;
+        EXPECT_EQ(form.status, c.ready ? L"Ready" : L"Select video files and options");
+    }
+}
+
+TEST(MetricChoice, ComponentStaysIfSupported) {
+    constexpr struct {
+        const wchar_t* metric;
+        int before, after;
+    } kCases[] = {
+        {L"mse", Metric::ComponentB, Metric::ComponentB},
+        {L"blurring_metric", Metric::ComponentV, Metric::ComponentV},
+        {L"blurring_metric", Metric::ComponentR, Metric::ComponentY},
+        {L"psnr", 99, Metric::ComponentY},  // as settings may hold it
+    };
+    for (const auto& c : kCases) {
+        ShellState state = StateWith();
+        ChooseComponent(state.job, c.before);
+        ChooseById(state, c.metric);
+        EXPECT_EQ(MainFormFrom(state).component, c.after);
+        EXPECT_EQ(state.job.selection.size(), 1U);
+    }
+}
+
+TEST(MetricChoice, SettingsBelongToTheMetric) {
+    const auto metrics = FakeList({{.id = L"plain"}, {.id = L"tunable", .configurable = true}});
+    ShellState state = NewShellState(kEverything, metrics);
+    ChooseMetric(state.job, 1, metrics);
+    StoreSelectedSettings(state.job, std::wstring(261, L's'));
+    ChooseMetric(state.job, 0, metrics);
+    EXPECT_EQ(SelectionOf(state.job).settings, L"");
+    EXPECT_FALSE(MainFormFrom(state, metrics).metricSettingsVisible);
+    ChooseMetric(state.job, -1, metrics);  // a list without a selected item
+    EXPECT_EQ(SelectionOf(state.job).metricIndex, 0);
+    ChooseMetric(state.job, 1, metrics);
+    EXPECT_EQ(SelectionOf(state.job).settings, std::wstring(260, L's'));
+    EXPECT_TRUE(MainFormFrom(state, metrics).IsEnabled(Control::MetricSettings));
+}
+
+TEST(JobEdits, WhatFollowsFromAnEdit) {
+    ShellState state = StateWith();
+    BadFramesSettings& badFrames = state.job.badFrames;
+    for (const int count : {0, 3}) {
+        badFrames.count = count;
+        SetSaveBadFrames(state.job, true);
+        EXPECT_EQ(badFrames.count, count == 0 ? 10 : count);
+    }
+    for (const int type : {BadOriginalProcessed, BadSecondBetter}) {
+        badFrames.frameType = type;
+        SetComparativeAnalysis(state.job, true);
+        EXPECT_EQ(badFrames.frameType, type == BadOriginalProcessed ? BadFirstSecond : type);
+    }
+    SetComparativeAnalysis(state.job, false);
+    EXPECT_EQ(badFrames.frameType, BadOriginalProcessed);
+
+    EditPath(state.job, RowMask, std::wstring(261, L'6'));
+    EXPECT_EQ(state.job.maskSlot.name, std::wstring(260, L'6'));
+    EXPECT_EQ(state.job.maskSlot.sourceName, state.job.maskSlot.name);
+    EXPECT_TRUE(SetUseAvs(state.job.maskSlot, true));  // raw: its settings are to be asked for
+}
+
+}  // namespace

@@ -1,0 +1,64 @@
+#include "app/rules/preview_layout.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr PixelSize kMargins = {20, 130};
+
+TEST(PreviewLayout, Steps) {
+    constexpr struct {
+        int shown, below, above, slider;
+    } kCases[] = {
+        {10, 25, 25, 25},     {25, 25, 50, 25},     {33, 25, 50, 33},     {100, 50, 200, 100},
+        {101, 100, 200, 101}, {400, 300, 400, 400}, {900, 400, 400, 400},
+    };
+    for (const auto& c : kCases) {
+        EXPECT_EQ(ScaleBelow(c.shown), c.below) << c.shown;
+        EXPECT_EQ(ScaleAbove(c.shown), c.above) << c.shown;
+        EXPECT_EQ(ScaleSliderPosition(c.shown), c.slider) << c.shown;
+    }
+}
+
+TEST(PreviewLayout, PictureInItsSpace) {
+    constexpr struct {
+        PixelSize video, space;
+        PixelRect picture;
+    } kCases[] = {
+        {{352, 288}, {352, 288}, {0, 0, 352, 288}},
+        {{352, 288}, {704, 288}, {176, 0, 352, 288}},  // strips at the sides
+        {{352, 288}, {352, 388}, {0, 50, 352, 288}},   // above and below
+        {{1920, 1080}, {960, 600}, {0, 30, 960, 540}},
+        {{100, 50}, {0, 50}, {}},
+        {{100, 50}, {-3, -3}, {}},
+    };
+    for (const auto& c : kCases) EXPECT_EQ(PreviewLayout(c.video, kMargins).PictureIn(c.space), c.picture);
+}
+
+TEST(PreviewLayout, Limits) {
+    const PreviewLayout cif({352, 288}, kMargins);
+    EXPECT_EQ(cif.WindowAt(100), (PixelSize{372, 418}));
+    EXPECT_EQ(cif.WindowAt(25), (PixelSize{108, 202}));
+    EXPECT_EQ(cif.SmallestWindow(), (PixelSize{300, 202}));
+    EXPECT_EQ(cif.LargestWindow(), (PixelSize{1428, 1282}));
+    EXPECT_EQ(PreviewLayout({1921, 1081}, kMargins).SmallestWindow(), (PixelSize{500, 400}));
+    EXPECT_EQ(PreviewLayout({8, 8}, kMargins).SmallestWindow(), (PixelSize{300, 200}));
+    const PreviewLayout huge({2000000000, 1}, kMargins);
+    EXPECT_EQ(huge.LargestWindow().width, 0x7FFFFFFF);
+}
+
+// A step must show what it set: otherwise ">" would lead back to the same window and never get further.
+TEST(PreviewLayout, EveryPercentageShowsItself) {
+    for (const PixelSize video : {PixelSize{1921, 1081}, {353, 287}, {101, 999}, {999, 101}, {4095, 1715}}) {
+        const PreviewLayout layout(video, kMargins);
+        for (int percent = kSmallestScale; percent <= kLargestScale; ++percent) {
+            const PixelSize window = layout.WindowAt(percent);
+            const PixelSize space = {window.width - kMargins.width, window.height - kMargins.height};
+            const PixelRect picture = layout.PictureIn(space);
+            ASSERT_EQ(layout.ShownScale(picture.width), percent) << video.width;
+            ASSERT_TRUE(picture.x >= 0 && picture.y >= 0) << "sticks out";
+        }
+    }
+}
+
+}  // namespace
