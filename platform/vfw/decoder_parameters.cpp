@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr std::uint32_t kBitFields = 3;
+
 std::span<const std::uint8_t> BytesBehindHeader(FormatView format) {
     return {format.data + kBitmapFormatBytes, format.data + format.size};
 }
@@ -21,6 +23,8 @@ AVCodecID IdOfTag(std::uint32_t tag) {
 }  // namespace
 
 AVCodecID CodecIdOf(std::uint32_t handler, std::uint32_t compression, std::uint32_t& tag) {
+    // Raw pictures under bit masks: the tables have them as 15-bit ones, whatever their depth.
+    if (compression == kBitFields) return AV_CODEC_ID_NONE;
     // Handlers are often wrong where the format isn't; but a format of 0 also means that nobody filled it in.
     const std::uint32_t codes[] = {compression, handler};
     const bool handlerFirst = compression == 0;

@@ -55,7 +55,7 @@ bool rkCompressorSettings::FromRecord(std::span<const std::uint8_t> bytes) {
 }
 
 bool rkCompressorSettings::Choose(const BITMAPINFOHEADER& format) {
-    COMPVARS choice;
+    COMPVARS choice = {fccType, fccHandler, quality, dataRate, 0, OpenCompressor()};  // what is shown at first
     const bool chosen = ICCompressorChoose(choice, format, L"Choose compressor:");
     if (chosen) {
         fccType = choice.fccType;

@@ -1,12 +1,15 @@
 #include "video/sources/avi_source.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cwchar>
+#include <iterator>
 #include <limits>
 #include <new>
 #include <utility>
 
+#include "platform/byte_order.h"
 #include "platform/text.h"
 #include "platform/vfw/compressor.h"
 #include "platform/vfw/surface_format.h"
@@ -48,8 +51,10 @@ constexpr int kCompressed = -1;
 constexpr int kUnreadableDepth = -2;
 
 /// The layout of the frames that a stream's samples are.
-int SampleLayout(std::uint32_t handler, const BITMAPINFOHEADER& format) {
-    const std::uint32_t compression = format.biCompression;
+int SampleLayout(std::uint32_t handler, const BITMAPINFOHEADER& format, bool hasUsualMasks) {
+    constexpr std::uint32_t kBitFields = 3;  // uncompressed, with masks behind the header
+    if (format.biCompression == kBitFields && !hasUsualMasks) return kUnreadableDepth;
+    const std::uint32_t compression = format.biCompression == kBitFields ? 0 : format.biCompression;
     const bool isDib = handler == FourCC('D', 'I', 'B', ' ') || handler == FourCC('D', 'I', 'B', '\0');
     if (handler == kYv12 || (compression == kYv12 && (isDib || handler == kYuy2 || handler == 0)))
         return YV12;
@@ -58,6 +63,16 @@ int SampleLayout(std::uint32_t handler, const BITMAPINFOHEADER& format) {
     if (compression != 0 || (handler != 0 && !isDib)) return kCompressed;
     if (format.biBitCount == 24) return RGB24;
     return format.biBitCount == 32 ? RGB32 : kUnreadableDepth;
+}
+
+/// Whether the three masks behind the header, if there are any, are those of B, G, R bytes.
+bool HasUsualMasks(const std::vector<std::uint8_t>& format) {
+    constexpr std::uint32_t kMasks[] = {0xFF0000, 0xFF00, 0xFF};
+    const std::uint8_t* mask = format.data() + kBitmapFormatBytes;
+    if (format.size() < kBitmapFormatBytes + sizeof(kMasks)) return true;
+    return std::all_of(std::begin(kMasks), std::end(kMasks), [&](std::uint32_t usual) {
+        return LoadLe<std::uint32_t>(std::exchange(mask, mask + sizeof(usual))) == usual;
+    });
 }
 
 /// Whether a packed frame of that layout has every sample that a file has: odd sides with halved chroma need
@@ -131,7 +146,7 @@ int rkAviSource::ReadFormat() {
 }
 
 int rkAviSource::OpenFrames(bool preferPlanar, bool useAviFile) {
-    const int layout = SampleLayout(streamInfo.fccHandler, format);
+    const int layout = SampleLayout(streamInfo.fccHandler, format, HasUsualMasks(formatBytes));
     if (layout == kUnreadableDepth) return OpenFailed;
     const bool isRaw = layout != kCompressed && FitsPackedFrame(layout, width, height);
     const bool planar = preferPlanar && width % 4 == 0 && height % 2 == 0;

@@ -1,5 +1,6 @@
 #include "video/sources/bmp_writer.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <fstream>
@@ -87,6 +88,17 @@ int rkBmpWriter::WriteFrame(std::uint8_t* buffer) {
     file.write(reinterpret_cast<const char*>(buffer), pixelBytes);
     file.close();
     return file ? NoError : WriteFailed;
+}
+
+std::string rkBmpFileBytes(rkVideoImage& image) {
+    const int width = image.VisibleWidth();
+    const int height = image.VisibleHeight();
+    const auto pixelBytes = static_cast<std::size_t>(PackedFrameBytes(RGB24, width, height));
+    const Headers headers = MakeHeaders(width, height, static_cast<std::uint32_t>(pixelBytes));
+    std::string bytes(headers.size() + pixelBytes, '\0');
+    std::copy(headers.begin(), headers.end(), bytes.begin());
+    image.CopyVisibleTo(reinterpret_cast<std::uint8_t*>(bytes.data() + headers.size()));
+    return bytes;
 }
 
 void rkBmpWriter::GetDescription(wchar_t* buffer, int size) {

@@ -31,3 +31,6 @@ private:
     int width = 0;
     int height = 0;
 };
+
+/// The file that `rkBmpWriter` would make of an `RGB24` image, which has pixels.
+std::string rkBmpFileBytes(rkVideoImage& image);

@@ -18,6 +18,7 @@ constexpr int kNone = -1;
 const std::string kDib = "DIB ";
 const std::string kDibZero = {'D', 'I', 'B', '\0'};
 const std::string kZero(4, '\0');
+const std::string kBitFields("\3\0\0\0", 4);
 
 StreamFields Fields(const std::string& handler, const std::string& compression, int bits, int width = 16,
                     int height = 16) {
@@ -40,6 +41,9 @@ TEST_F(AviSource, CodesAndDepthDecideHowSamplesAreRead) {
         {"32 bits", Fields(kDibZero, kZero, 32), 0, RGB32},
         {"24 bits, nobody's", Fields(kZero, kZero, 24), 0, RGB24},
         {"8 bits", Fields(kDib, kZero, 8), rkAviSource::OpenFailed, kNone},
+        {"32 bits, masks that aren't there", Fields(kDib, kBitFields, 32), 0, RGB32},
+        {"16 bits under masks", Fields(kDib, kBitFields, 16), rkAviSource::OpenFailed, kNone},
+        {"a codec's handler with masks", Fields("MJPG", kBitFields, 32), rkAviSource::NoDecompressor, kNone},
         {"planar by the handler", Fields("YV12", kZero, 12), 0, YV12},
         {"planar by the format", Fields(kDib, "YV12", 12), 0, YV12},
         {"planar in spite of the handler", Fields("YUY2", "YV12", 12), 0, YV12},
