@@ -60,6 +60,7 @@ int Measure(const Options& options) {
     MeasurementJob job;
     FillJob(options, job);
     CheckOutputsClash(options);
+    job.run.reservedPaths = NamedOutputs(options);
     if (options.threads > 0) omp_set_num_threads(options.threads);
 
     rkRemoveStaleScript();

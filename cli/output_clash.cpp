@@ -56,3 +56,9 @@ void CheckOutputsClash(const Options& options) {
         taken.push_back(output);
     }
 }
+
+std::vector<std::wstring> NamedOutputs(const Options& options) {
+    std::vector<std::wstring> paths;
+    for (const NamedFile& output : Outputs(options)) paths.push_back(FromUtf8(output.path.native()));
+    return paths;
+}

@@ -5,9 +5,9 @@
 
 #include "output/bad_frame_selection.h"
 #include "output/caption.h"
-#include "output/display_picture.h"
 #include "output/output_path.h"
 #include "output/picture_file.h"
+#include "video/display_picture.h"
 
 namespace {
 
@@ -29,8 +29,8 @@ std::vector<Metric::MetricValue> ValuesOf(const CResultsStore& store, int frame,
 }  // namespace
 
 BadFramesSaver::BadFramesSaver(BadFramesSettings badFramesSettings, ILog* runLog,
-                               const Metric::CMetricList& metricList)
-    : settings(std::move(badFramesSettings)), log(runLog), metrics(metricList) {
+                               const Metric::CMetricList& metricList, TakenPaths takenPaths)
+    : settings(std::move(badFramesSettings)), log(runLog), metrics(metricList), taken(std::move(takenPaths)) {
     EndWithSeparator(settings.outputDir);
 }
 

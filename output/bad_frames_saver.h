@@ -21,9 +21,10 @@
 /// Made for one save. Throws std::bad_alloc only.
 class BadFramesSaver {
 public:
-    /// `log` may be null.
+    /// `log` may be null. No picture goes to one of the taken paths.
     explicit BadFramesSaver(BadFramesSettings settings, ILog* log = nullptr,
-                            const Metric::CMetricList& metrics = Metric::GetMetricList());
+                            const Metric::CMetricList& metrics = Metric::GetMetricList(),
+                            TakenPaths taken = {});
 
     /// The bad frames, the worst first. Opens the files of the roles anew, by the records under their names. What can't
     /// be read or written is logged, once a file, and left out.

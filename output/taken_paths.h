@@ -8,14 +8,14 @@
 class TakenPaths {
 public:
     void TakeInput(const std::wstring& path) { inputs.push_back(path); }
-    void TakeOutput(const std::wstring& path) { outputs.insert(path); }
+    void TakeOutput(const std::wstring& path);
 
-    /// Whether that is an input, under its own or another path, or the path of an output.
+    /// Whether that is an input or an output, under its own or another path.
     bool Has(const std::wstring& path) const;
 
 private:
     std::vector<std::wstring> inputs;
-    std::set<std::wstring> outputs;
+    std::set<std::string> outputs;
 };
 
 /// The `attempt`th choice for a name, from 1 on: the name as it stands, then with "_2", "_3" and so on behind it.

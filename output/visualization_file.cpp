@@ -1,8 +1,12 @@
 #include "output/visualization_file.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
+#include <vector>
+
+#include <boost/algorithm/string/join.hpp>
 
 #include "output/caption.h"
 #include "output/output_path.h"
@@ -42,16 +46,17 @@ std::wstring CVisualizationFile::FileName(const CResultsStore& store) const {
 
     bool isPicture = false;
     std::wstring metric;
-    std::wstring video;
+    std::vector<std::wstring> videos;
     for (const int id : resultIds) {
         ResultRecord record;
         store.GetResultRecord(id, record);
         if (id == resultIds.front()) metric = MetricNameItem(record, metrics);
         for (const FileRecord& file : record.files) {
             isPicture |= rkIsBmpName(file.name);
-            video += (video.empty() ? L"" : L"_") + BaseName(file.name);
+            videos.push_back(BaseName(file.name));
         }
     }
+    const std::wstring video = boost::algorithm::join(videos, L"_");
     const std::wstring extension = isPicture ? L".bmp" : L".avi";
     return settings.nameGeneration == NamePrefix ? metric + L"_" + video + extension
                                                  : video + L"_" + metric + extension;

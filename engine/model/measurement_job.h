@@ -26,6 +26,7 @@ struct RunParameters {
     bool useMask = false;
     bool blackMask = false;  ///< the mask's marked pixels are the black ones, otherwise those without a 0
     FileRecord maskFile;
+    std::vector<std::wstring> reservedPaths;  ///< files that others write: the run's own get another name
 
     // Set by the run once its files are open: the pictures' size, the number of frames to measure, and
     // whether the mask is used.

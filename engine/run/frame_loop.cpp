@@ -182,7 +182,9 @@ private:
 
     /// The file keeps the frames that it has: one behind a gap would be taken for another.
     void DropVisualization(ScheduledMetric& scheduled) {
-        LogLine(run, L"Failed to write visualization file " + Quoted(scheduled.visualization->GetPath()));
+        CVisualizationFile& file = *scheduled.visualization;
+        LogLine(run, L"Failed to write visualization file " + Quoted(file.GetPath()));
+        if (file.Close() && file.HasFile()) state.visualizationPaths.push_back(file.GetPath());
         scheduled.visualization.reset();
         outcome.visualization = CompletionPartial;
     }

@@ -7,6 +7,7 @@
 
 #include "engine/run/run_log.h"
 #include "engine/run/run_measurement.h"
+#include "engine/run/taken_by_run.h"
 #include "output/bad_frames_saver.h"
 #include "output/csv_writer.h"
 #include "platform/program_directory.h"
@@ -57,7 +58,7 @@ void SaveBadFrames(MeasurementJob& job, const Metric::CMetricList& metrics, Fini
     for (const FileRecord& slot : job.fileSlots)
         if (!slot.name.empty()) records.emplace(slot.name, slot);
 
-    BadFramesSaver saver(job.badFrames, job.run.log.get(), metrics);
+    BadFramesSaver saver(job.badFrames, job.run.log.get(), metrics, TakenByRun(job.run));
     bool isComplete = false;
     auto frames = std::make_unique<std::vector<int>>();
     try {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <boost/make_shared.hpp>
@@ -11,6 +12,7 @@
 #include "engine/run/run_log.h"
 #include "engine/run/run_state.h"
 #include "engine/run/schedule.h"
+#include "engine/run/taken_by_run.h"
 
 namespace {
 
@@ -26,8 +28,7 @@ void CreateSchedules(RunState& state, const RunParameters& run, CResultsStore& s
     LogLine(run, L"Creating measurement schedule...");
     if (run.visualization.save) {
         LogMissingFont(run);
-        for (const FileRecord& record : run.inputFiles) state.takenPaths.TakeInput(record.sourceName);
-        if (run.useMask) state.takenPaths.TakeInput(run.maskFile.sourceName);
+        state.takenPaths = TakenByRun(run);
     }
     CreateOneFileSchedule(state, selection, run, store, outcome, metrics);
 
@@ -103,12 +104,12 @@ void StoreAverages(RunState& state, bool visualize, CResultsStore& store) {
     });
 }
 
-void CompleteVisualizations(RunState& state, RunParameters& run, RunOutcome& outcome) {
+void CompleteVisualizations(RunState& state, const RunParameters& run, RunOutcome& outcome) {
     ForEachMetric(state, [&](ScheduledMetric& scheduled) {
         if (scheduled.visualization == nullptr) return;
         const std::wstring& path = scheduled.visualization->GetPath();
         if (scheduled.visualization->Close()) {
-            if (scheduled.visualization->HasFile()) run.visualizationPaths.push_back(path);
+            if (scheduled.visualization->HasFile()) state.visualizationPaths.push_back(path);
             return;
         }
         LogLine(run, L"Failed to write visualization file " + Quoted(path));
@@ -144,6 +145,7 @@ bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelect
     try {
         StoreAverages(state, run.visualization.save, store);
         CompleteVisualizations(state, run, result);
+        run.visualizationPaths = std::move(state.visualizationPaths);
     } catch (...) {
         LogFailure(run);
         if (result.measurement == CompletionAll) result.measurement = CompletionPartial;

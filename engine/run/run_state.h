@@ -69,5 +69,6 @@ struct RunState {
     int height = 0;
     int length = 0;  ///< in frames, of the shortest file
     bool originalOpened = true;
-    TakenPaths takenPaths;  ///< what the visualization files must not be
+    std::vector<std::wstring> visualizationPaths;  ///< of the files that are complete
+    TakenPaths takenPaths;                         ///< what the visualization files must not be
 };

@@ -27,6 +27,28 @@ std::set<std::string> NamesIn(const std::string& directory) {
     return names;
 }
 
+/// A run whose mask, log and JSON have the names that its pictures would get.
+TEST(Pictures, GoToNoFileThatTheRunReadsOrWritesElse) {
+    const TemporaryDirectory directory;
+    const std::string mask = directory.Path("yard_fr_0.bmp");
+    Measured(kPair + "--bad-frames-count 1 --bad-frames " + directory.Path(""));
+    const std::string bytes = ReadWhole(mask);
+    const std::string log = directory.Path("yard_x264_fr_0.bmp");
+    const std::string results = directory.Path("psnr_yyuv_yard_yard_x264.avi");
+    fs::remove(log);
+    const ProgramRun run = RunProgram(kPair + "--mask " + mask + " --log " + log + " --json " + results +
+                                      " --bad-frames-count 1 --bad-frames " + directory.Path("") +
+                                      " --visualize " + directory.Path(""));
+    EXPECT_EQ(1, run.status) << "a mask of one frame isn't used";
+    EXPECT_EQ(bytes, ReadWhole(mask));
+    EXPECT_TRUE(json::accept(ReadWhole(results)));
+    EXPECT_EQ(':', ReadWhole(log)[4]) << "the time in front of a line";
+    EXPECT_EQ((std::set<std::string>{"psnr_yyuv_yard_yard_x264.avi", "psnr_yyuv_yard_yard_x264_2.avi",
+                                     "yard_2_fr_0.bmp", "yard_fr_0.bmp", "yard_x264_2_fr_0.bmp",
+                                     "yard_x264_fr_0.bmp"}),
+              NamesIn(directory.Path("")));
+}
+
 TEST(Pictures, AreSavedAsTheOptionsSay) {
     const TemporaryDirectory directory;
     for (const char* name : {"raw", "small", "bad"}) fs::create_directory(directory.Path(name));

@@ -1,4 +1,4 @@
-#include "output/display_picture.h"
+#include "video/display_picture.h"
 
 #include "video/color_space.h"
 #include "video/display.h"
