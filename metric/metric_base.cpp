@@ -38,7 +38,14 @@ CMetric::CMetric(MetricParameters metricParameters, int metricBlockWidth, int me
       paddedWidth(RoundUp(parameters.width, blockWidth)),
       paddedHeight(RoundUp(parameters.height, blockHeight)),
       needsPadding(paddedWidth != parameters.width || paddedHeight != parameters.height),
-      padSecond(padBoth) {}
+      padSecond(padBoth) {
+    // What the first frame will need, so that a lack of memory shows before a run has started.
+    GetMap(parameters.component);
+    if (!needsPadding) return;
+    const auto index = static_cast<std::size_t>(parameters.component);
+    paddedFirst[index] = Kernels::MakeFloatPlane(paddedWidth, paddedHeight);
+    if (padSecond) paddedSecond[index] = Kernels::MakeFloatPlane(paddedWidth, paddedHeight);
+}
 
 std::vector<MetricResultInfo> CMetric::GetResultInfo(bool) {
     return {{resultId, {0, 1}, {}}};
