@@ -3,6 +3,7 @@
 #include <array>
 
 #include "app/rules/script_parameters.h"
+#include "video/avisynth/script_filter.h"
 #include "video/file_kind.h"
 
 namespace {
@@ -15,7 +16,7 @@ constexpr const wchar_t* kCrash = L" (can cause crash)";
 constexpr const wchar_t* kPlain = L"";
 
 struct FilterRow {
-    ScriptFilter filter;
+    rkScriptFilter filter;
     bool Capabilities::*plugin;  // null: needs none
     const wchar_t* name;
     std::array<const wchar_t*, kKindCount> advice;  // by FileKind
@@ -23,14 +24,14 @@ struct FilterRow {
 
 constexpr FilterRow kFilterRows[] = {
     //                                                                            raw     AVI     MOV     other
-    {FilterAviSource, nullptr, L"AviSource", {kBad, kGood, kBad, kBad}},
-    {FilterOpenDmlSource, nullptr, L"OpenDMLSource", {kBad, kGood, kBad, kBad}},
-    {FilterAviFileSource, nullptr, L"AviFileSource", {kBad, kGood, kBad, kBad}},
-    {FilterDirectShowSource, nullptr, L"DirectShowSource", {kCrash, kCrash, kCrash, kCrash}},
-    {FilterDirectShowSource2, &Capabilities::avss, L"DirectShowSource2", {kBad, kPlain, kPlain, kGood}},
-    {FilterQtSource, &Capabilities::qtSource, L"QTSource", {kBad, kPlain, kGood, kPlain}},
-    {FilterFFMpegSource, &Capabilities::ffmpegSource, L"FFMpegSource", {kBad, kPlain, kPlain, kGood}},
-    {FilterRawSource, &Capabilities::rawSource, L"RawSource", {kGood, kBad, kBad, kBad}},
+    {rkAviSourceFilter, nullptr, L"AviSource", {kBad, kGood, kBad, kBad}},
+    {rkOpenDMLSourceFilter, nullptr, L"OpenDMLSource", {kBad, kGood, kBad, kBad}},
+    {rkAviFileSourceFilter, nullptr, L"AviFileSource", {kBad, kGood, kBad, kBad}},
+    {rkDirectShowSourceFilter, nullptr, L"DirectShowSource", {kCrash, kCrash, kCrash, kCrash}},
+    {rkDirectShowSource2Filter, &Capabilities::avss, L"DirectShowSource2", {kBad, kPlain, kPlain, kGood}},
+    {rkQTSourceFilter, &Capabilities::qtSource, L"QTSource", {kBad, kPlain, kGood, kPlain}},
+    {rkFFMpegSourceFilter, &Capabilities::ffmpegSource, L"FFMpegSource", {kBad, kPlain, kPlain, kGood}},
+    {rkRawSourceFilter, &Capabilities::rawSource, L"RawSource", {kGood, kBad, kBad, kBad}},
 };
 
 FileKind KindOf(const std::wstring& name) {

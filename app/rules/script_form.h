@@ -9,7 +9,7 @@
 /// What the dialog of script parameters shows.
 struct ScriptForm {
     struct Filter {
-        int value;           ///< a ScriptFilter
+        int value;           ///< an rkScriptFilter
         std::wstring label;  ///< says how well the filter suits the file
         std::wstring defaultParameters;
     };
