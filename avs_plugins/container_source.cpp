@@ -1,24 +1,27 @@
+#include <tolvane/source_plugin.h>
+
 #include <iterator>
 
-#include "avs_plugins/clip_export.h"
-#include "platform/script_host/container_clip.h"
-
-/// SOURCE_FUNCTION("file"): the video of every container, in the chroma form that it is stored in. The libraries that
-/// are built of this file differ by their function's name.
+/// SOURCE_FUNCTION("file"): the video of every container, in the chroma form that it is stored in. The
+/// libraries that are built of this file differ by their function's name.
 
 namespace {
 
 constexpr SourceParameter kParameters[] = {{"file", SourceFile, true}};
 
-ScriptResult Open(const SourceValue* values) {
-    return OpenContainerClip(values[0].text, MediaFile::Container::Any, std::nullopt);
-}
+const SourceContainers* containers = nullptr;
 
-constexpr SourceFunction kFunction = {SOURCE_FUNCTION, kParameters, std::size(kParameters),
-                                      OpenClip<Open>,  ReadClip,    CloseClip};
+bool Open(const SourceValue* values, SourceVideo* result, char* message, int messageSize) {
+    return containers->open(values[0].text, SourceAsStored, result, message, messageSize);
+}
 
 }  // namespace
 
 bool RegisterSources(SourceHost* host) {
-    return RegisterSource(host, kFunction);
+    if (host->version != kSourceInterfaceVersion) return false;
+    containers = host->containers;
+    const SourceFunction function = {SOURCE_FUNCTION,  kParameters,      std::size(kParameters), Open,
+                                     containers->read, containers->close};
+    host->add(host, &function);
+    return true;
 }

@@ -1,7 +1,7 @@
-#include <iterator>
+#include <tolvane/source_plugin.h>
 
-#include "avs_plugins/clip_export.h"
-#include "platform/script_host/container_clip.h"
+#include <cstdio>
+#include <iterator>
 
 /// QTInput("file", color, quality, audio, mode): the video of every container.
 ///
@@ -18,28 +18,36 @@ constexpr SourceParameter kParameters[] = {{"file", SourceFile, true},
                                            {"quality", SourceWhole, false},
                                            {"audio", SourceFlag, false},
                                            {"mode", SourceWhole, false}};
+constexpr SourceSurface kSurfaces[] = {SourceRGB24, SourceYUY2, SourceAsStored};
 
-bool IsWithin(const SourceValue& value, int lowest, int highest) {
-    return !value.given || (value.whole >= lowest && value.whole <= highest);
+constexpr struct {
+    Parameter parameter;
+    int highest;
+    const char* message;
+} kRanges[] = {{Color, 2, "color takes 0 (RGB24), 1 (YUY2) or 2 (as stored)"},
+               {Quality, 100, "quality takes 0 to 100"},
+               {Mode, 1, "mode takes 0 or 1"}};
+
+const SourceContainers* containers = nullptr;
+
+bool Open(const SourceValue* values, SourceVideo* result, char* message, int messageSize) {
+    for (const auto& range : kRanges) {
+        const SourceValue& value = values[range.parameter];
+        if (!value.given || (value.whole >= 0 && value.whole <= range.highest)) continue;
+        std::snprintf(message, static_cast<std::size_t>(messageSize), "%s", range.message);
+        return false;
+    }
+    const SourceSurface surface = values[Color].given ? kSurfaces[values[Color].whole] : SourceAsStored;
+    return containers->open(values[File].text, surface, result, message, messageSize);
 }
-
-std::optional<Surface> SurfaceOf(const SourceValue& color) {
-    if (!color.given || color.whole == 2) return std::nullopt;
-    return color.whole == 0 ? Surface::RGB24 : Surface::YUY2;
-}
-
-ScriptResult Open(const SourceValue* values) {
-    if (!IsWithin(values[Color], 0, 2)) return {nullptr, "color takes 0 (RGB24), 1 (YUY2) or 2 (as stored)"};
-    if (!IsWithin(values[Quality], 0, 100)) return {nullptr, "quality takes 0 to 100"};
-    if (!IsWithin(values[Mode], 0, 1)) return {nullptr, "mode takes 0 or 1"};
-    return OpenContainerClip(values[File].text, MediaFile::Container::Any, SurfaceOf(values[Color]));
-}
-
-constexpr SourceFunction kFunction = {"QTInput",      kParameters, std::size(kParameters),
-                                      OpenClip<Open>, ReadClip,    CloseClip};
 
 }  // namespace
 
 bool RegisterSources(SourceHost* host) {
-    return RegisterSource(host, kFunction);
+    if (host->version != kSourceInterfaceVersion) return false;
+    containers = host->containers;
+    const SourceFunction function = {"QTInput", kParameters,      std::size(kParameters),
+                                     Open,      containers->read, containers->close};
+    host->add(host, &function);
+    return true;
 }

@@ -4,7 +4,6 @@
 
 #include "video/avisynth/script_filter.h"
 #include "video/file_kind.h"
-#include "video/layout_list.h"
 
 namespace {
 
@@ -17,12 +16,6 @@ bool NeedsScript(const FileRecord& record) {
     const std::wstring& name = record.sourceName;
     return !IsRaw(record) && !rkIsAviName(name) && !rkIsAvsName(name) && !rkIsBmpName(name) &&
            !rkIsY4mName(name);
-}
-
-bool TakesLayout(int colorSpace) {
-    const auto layouts = rkScriptReaderLayouts();
-    return std::any_of(layouts.begin(), layouts.end(),
-                       [colorSpace](const rkLayoutItem& item) { return item.colorSpace == colorSpace; });
 }
 
 bool IsOpenedThroughScript(const FileRecord& record) {
@@ -43,7 +36,7 @@ void SetScript(const Options& options, FileRole role, FileRecord& record) {
     record.customParameters = parameters.has_value();
     const rkScriptInput input = {record.sourceName, L"", record.width, record.height, record.yuvType};
     record.parameters = parameters ? *parameters : rkDefaultParameters(input, record.filter);
-    if (IsRaw(record) && !record.customParameters && !TakesLayout(record.yuvType)) {
+    if (IsRaw(record) && !record.customParameters && !rkRawSourceReads(record.yuvType)) {
         const std::string prefix = options.files[role].layout ? std::string(kRoleNames[role]) + "-" : "";
         throw UsageError(
             "--" + prefix +

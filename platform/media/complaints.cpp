@@ -5,42 +5,32 @@
 
 namespace {
 
-void Install(void (*callback)(void*, int, const char*, va_list)) {
-    static std::once_flag once;
-    std::call_once(once, [callback] { av_log_set_callback(callback); });
-}
-
-/// The objects that listen. Contexts of other code have something else in the field that leads to them.
+/// All that listen. What others keep in their contexts' field isn't among them.
 struct Listeners {
-    std::mutex lock;
-    std::set<const void*> objects;
+    std::mutex mutex;
+    std::set<const void*> all;
 };
 
-Listeners& AllListeners() {
-    static Listeners listeners;
+Listeners& GetListeners() {
+    // Kept to the end of the process: the libraries may speak until then.
+    static auto& listeners = *new Listeners;
     return listeners;
 }
 
 }  // namespace
 
 Complaints::Complaints() {
-    const std::lock_guard guard(AllListeners().lock);
-    AllListeners().objects.insert(this);
+    static std::once_flag once;
+    std::call_once(once, [] { av_log_set_callback(Note); });
+    Listeners& listeners = GetListeners();
+    const std::lock_guard lock(listeners.mutex);
+    listeners.all.insert(this);
 }
 
 Complaints::~Complaints() {
-    const std::lock_guard guard(AllListeners().lock);
-    AllListeners().objects.erase(this);
-}
-
-void Complaints::ListenTo(AVFormatContext& context) {
-    Install(Note);
-    context.opaque = this;
-}
-
-void Complaints::ListenTo(AVCodecContext& context) {
-    Install(Note);
-    context.opaque = this;
+    Listeners& listeners = GetListeners();
+    const std::lock_guard lock(listeners.mutex);
+    listeners.all.erase(this);
 }
 
 void Complaints::Note(void* speaker, int level, const char*, va_list) {
@@ -49,6 +39,8 @@ void Complaints::Note(void* speaker, int level, const char*, va_list) {
     void* listener = nullptr;
     if (kind == avcodec_get_class()) listener = static_cast<AVCodecContext*>(speaker)->opaque;
     if (kind == avformat_get_class()) listener = static_cast<AVFormatContext*>(speaker)->opaque;
-    const std::lock_guard guard(AllListeners().lock);
-    if (AllListeners().objects.contains(listener)) static_cast<Complaints*>(listener)->heard = true;
+
+    Listeners& listeners = GetListeners();
+    const std::lock_guard lock(listeners.mutex);
+    if (listeners.all.count(listener) > 0) static_cast<Complaints*>(listener)->heard = true;
 }

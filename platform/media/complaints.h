@@ -4,8 +4,9 @@
 
 #include "platform/media/libav.h"
 
-/// Whether a container reader or a decoder reported an error. Where data are damaged, the libraries often go on with what
-/// they make up, and their message is all that tells it. Takes part in the libraries' log, which stays silent.
+/// Whether a container reader or a decoder reported an error. Where data are damaged, the libraries often go
+/// on with what they make up, and their message is all that tells it. Takes part in the libraries' log, which
+/// stays silent.
 class Complaints {
 public:
     Complaints();
@@ -14,8 +15,8 @@ public:
     Complaints& operator=(const Complaints&) = delete;
 
     /// From now on; this object must outlive the context, whose field `opaque` it takes.
-    void ListenTo(AVFormatContext& context);
-    void ListenTo(AVCodecContext& context);
+    void ListenTo(AVFormatContext& context) { context.opaque = this; }
+    void ListenTo(AVCodecContext& context) { context.opaque = this; }
 
     bool Heard() const { return heard; }
     /// Whether there was one since the last call.

@@ -118,8 +118,8 @@ bool IndexedVideo::BeginRun(int start) {
     return true;
 }
 
-/// Goes on until the picture is there, or can't come any more. If something is wrong on the way, everything from `start`
-/// on is decoded again with care.
+/// Goes on until the picture is there, or can't come any more. If something is wrong on the way, everything
+/// from `start` on is decoded again with care.
 IndexedVideo::Found IndexedVideo::Search(int picture, int start) {
     held.erase(held.begin(), held.lower_bound(picture));
     const int last = LastNeeded(picture);
@@ -181,15 +181,16 @@ void IndexedVideo::RecordDamage(int packetNumber) {
     if (packetNumber >= 0 && index.StartOfPacket(packetNumber) >= runStart) damaged.insert(packetNumber);
 }
 
-/// The last of the pictures that were decoded before this one and may have gone into it: only when they have come out
-/// it is known whether they were sound.
+/// The last of the pictures that were decoded before this one and may have gone into it: only when they have
+/// come out it is known whether they were sound.
 int IndexedVideo::LastNeeded(int picture) const {
     int last = std::min(picture + kMaxAhead, index.PictureCount() - 1);
     while (last > picture && index.PacketOf(last) > index.PacketOf(picture)) --last;
     return last;
 }
 
-/// Whether a damaged packet may have gone into the picture: one behind its start that doesn't itself need more than that.
+/// Whether a damaged packet may have gone into the picture: one behind its start that doesn't itself need
+/// more than that.
 bool IndexedVideo::IsSpoiled(int picture) const {
     const int start = index.StartOf(picture);
     const auto end = damaged.upper_bound(index.PacketOf(picture));

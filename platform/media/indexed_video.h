@@ -11,12 +11,13 @@
 #include "platform/media/packet_index.h"
 #include "platform/media/packet_reader.h"
 
-/// A container file's first video stream, by frame numbers: frame n asked for alone equals frame n of a sequential
-/// read, also where pictures are stored out of their display order.
+/// A container file's first video stream, by frame numbers: frame n asked for alone equals frame n of a
+/// sequential read, also where pictures are stored out of their display order.
 ///
-/// Frames are numbered from 0 in display order and counted exactly. A frame that can't be decoded as it was encoded
-/// isn't handed over, nor what refers to it. Sequential reading never goes back in the file and uses several threads.
-/// Memory is bounded, whatever the length, but for the index. Not for two threads at once. Throws std::bad_alloc.
+/// Frames are numbered from 0 in display order and counted exactly. A frame that can't be decoded as it was
+/// encoded isn't handed over, nor what refers to it. Sequential reading never goes back in the file and uses
+/// several threads. Memory is bounded, whatever the length, but for the index. Not for two threads at once.
+/// Throws std::bad_alloc.
 class IndexedVideo {
 public:
     struct Properties {
@@ -25,8 +26,8 @@ public:
         AVPixelFormat format = AV_PIX_FMT_NONE;
         AVColorRange range = AVCOL_RANGE_UNSPECIFIED;
         int frameCount = 0;
-        std::uint32_t rate =
-            25;  ///< frames a second are `rate / scale`, the average that the container states
+        /// Frames a second are `rate / scale`: the average that the container states.
+        std::uint32_t rate = 25;
         std::uint32_t scale = 1;
     };
 

@@ -120,7 +120,12 @@ std::string MediaFile::ChooseStream() {
     if (streamNumber == input->nb_streams)
         return hasStill ? "the file has no video stream, only a cover picture"
                         : "the file has no video stream";
-    if (Stream().codecpar->codec_id == AV_CODEC_ID_MPEG4) AddUnpacking();
+    // The decoder takes these for 15-bit pictures, whatever their depth and masks.
+    constexpr std::uint32_t kBitFields = 3;
+    const AVCodecParameters& codec = *Stream().codecpar;
+    if (codec.codec_id == AV_CODEC_ID_RAWVIDEO && codec.codec_tag == kBitFields)
+        return "the file's raw pictures lie under bit masks";
+    if (codec.codec_id == AV_CODEC_ID_MPEG4) AddUnpacking();
     return {};
 }
 

@@ -10,11 +10,12 @@
 
 struct AVBSFContext;
 
-/// A container file, as the packets of its first video stream in the file's order. Covers and other still pictures that
-/// go with music aren't video.
+/// A container file, as the packets of its first video stream in the file's order. Covers and other still
+/// pictures that go with music aren't video.
 ///
-/// What the file is shows in its content, not in its name. It is read through one regular file; a container that
-/// refers to other files or addresses doesn't get them. Not for two threads at once. Throws std::bad_alloc.
+/// What the file is shows in its content, not in its name. It is read through one regular file; a container
+/// that refers to other files or addresses doesn't get them. Not for two threads at once. Throws
+/// std::bad_alloc.
 class MediaFile {
 public:
     enum class Container { Any, Avi };
@@ -32,8 +33,8 @@ public:
     /// What a decoder of these packets needs to know.
     const AVCodecParameters& CodecParameters() const;
 
-    /// The next packet; it has AV_PKT_FLAG_CORRUPT if bytes of it, or packets in front of it, are missing. False at the
-    /// end, and where the file can't be read any further.
+    /// The next packet; it has AV_PKT_FLAG_CORRUPT if bytes of it, or packets in front of it, are missing.
+    /// False at the end, and where the file can't be read any further.
     bool ReadPacket(AVPacket& packet);
 
     /// Goes to a packet near this time of the stream's clock, at or before it if the container can; the next

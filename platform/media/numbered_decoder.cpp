@@ -10,8 +10,8 @@ constexpr std::int64_t kMaxPixels = std::int64_t{1} << 28;
 constexpr unsigned kMaxThreads = 8;
 constexpr int kMaxReorderDepth = 16;  // the codecs' own limit
 
-/// Other decoders make up what they can't read and say so in a message only. This one has messages about sound pictures
-/// too.
+/// Other decoders make up what they can't read and say so in a message only. This one has messages about
+/// sound pictures too.
 bool MarksDamage(AVCodecID codec) {
     return codec == AV_CODEC_ID_H264;
 }

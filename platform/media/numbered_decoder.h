@@ -18,16 +18,17 @@ public:
     NumberedDecoder(const NumberedDecoder&) = delete;
     NumberedDecoder& operator=(const NumberedDecoder&) = delete;
 
-    /// Readies it for a key packet. `reorderDepth` is how many pictures the stream makes it hold back. False if no decoder
-    /// takes the stream.
+    /// Readies it for a key packet. `reorderDepth` is how many pictures the stream makes it hold back. False
+    /// if no decoder takes the stream.
     bool Start(const AVStream& stream, const AVCodecParameters& parameters, int reorderDepth, Mode mode);
 
     /// Feeds a packet whose picture has the number `number`, or none if that is below 0.
     Result Send(AVPacket& packet, int number);
     /// No more packets will come: hands out what was held back.
     void Drain();
-    /// The next picture in display order, its number in `pts`. Done, NeedsPacket, End after `Drain`, or Error. `Swift`
-    /// also answers Error, in place of a picture, when any of the pictures so far may be damaged.
+    /// The next picture in display order, its number in `pts`. Done, NeedsPacket, End after `Drain`, or
+    /// Error. `Swift` also answers Error, in place of a picture, when any of the pictures so far may be
+    /// damaged.
     Result Receive(AVFrame& frame);
 
 private:

@@ -9,7 +9,8 @@ namespace {
 
 constexpr std::size_t kMaxPackets = std::size_t{1} << 24;  // three days at 60 a second
 
-/// A picture is displayed when all that are displayed before it are decoded: how many are decoded by then beyond those.
+/// A picture is displayed when all that are displayed before it are decoded: how many are decoded by then
+/// beyond those.
 int ReorderDepthOf(const std::vector<int>& displayOrder) {
     std::vector<int> decodingOrder = displayOrder;
     std::sort(decodingOrder.begin(), decodingOrder.end());
@@ -30,7 +31,8 @@ std::string PacketIndex::Build(MediaFile& file) {
     const auto count = [this](auto has) { return std::count_if(packets.begin(), packets.end(), has); };
     if (count([](const auto& packet) { return packet.isKey; }) == 0)
         return "no picture of the video stream can be decoded on its own";
-    // Containers mark keys that are none. But if the stream's headers leave no key at all, they don't mark theirs.
+    // Containers mark keys that are none. But if the stream's headers leave no key at all, they don't mark
+    // theirs.
     if (count([](const auto& packet) { return packet.isKey && !packet.isPredicted; }) > 0) {
         for (PacketFacts& packet : packets) packet.isKey = packet.isKey && !packet.isPredicted;
     }

@@ -8,13 +8,14 @@
 
 /// The packets of a video stream and the frames that they show: what access by number needs.
 ///
-/// A picture is what one packet (or two fields) decodes to; pictures are numbered in display order. Frames are numbered
-/// in display order too, and each shows one picture: the same number, but for AVI files, whose stream has a place for
-/// every frame; an empty place repeats the picture before. 44 bytes of memory a packet.
+/// A picture is what one packet (or two fields) decodes to; pictures are numbered in display order. Frames
+/// are numbered in display order too, and each shows one picture: the same number, but for AVI files, whose
+/// stream has a place for every frame; an empty place repeats the picture before. 64 bytes of memory a
+/// packet.
 class PacketIndex {
 public:
-    /// Reads all packets of an open file, without decoding. Why there are no frames, in UTF-8; empty if there are.
-    /// Throws std::bad_alloc.
+    /// Reads all packets of an open file, without decoding. Why there are no frames, in UTF-8; empty if there
+    /// are. Throws std::bad_alloc.
     std::string Build(MediaFile& file);
 
     int FrameCount() const { return frameCount; }

@@ -5,7 +5,8 @@
 
 namespace {
 
-/// Codecs whose pictures may be stored in another order than they are displayed in, as far as their headers tell.
+/// Codecs whose pictures may be stored in another order than they are displayed in, as far as their headers
+/// tell.
 bool IsParsed(AVCodecID codec) {
     constexpr AVCodecID kParsed[] = {AV_CODEC_ID_H264,       AV_CODEC_ID_HEVC,  AV_CODEC_ID_MPEG1VIDEO,
                                      AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_MPEG4, AV_CODEC_ID_VC1,
@@ -72,8 +73,8 @@ void PacketInspector::Parse(const AVPacket& packet, PacketFacts& facts) {
     facts.order = parser->output_picture_number;
     if (context->codec_id != AV_CODEC_ID_H264) return;
 
-    // Two packets with a field each are one picture. A packet with both fields shows the first one's parity only, the
-    // same in every packet.
+    // Two packets with a field each are one picture. A packet with both fields shows the first one's parity
+    // only, the same in every packet.
     const AVPictureStructure structure = parser->picture_structure;
     const bool completes = IsField(structure) && IsField(openField) && structure != openField;
     if (completes) facts.isPicture = false;

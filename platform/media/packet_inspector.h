@@ -5,8 +5,8 @@
 #include "platform/media/libav.h"
 #include "platform/media/packet_order.h"
 
-/// Reads what stands in the headers of a stream's packets, one after another from the first: which of them are pictures,
-/// and in what order they are displayed. Throws std::bad_alloc.
+/// Reads what stands in the headers of a stream's packets, one after another from the first: which of them
+/// are pictures, and in what order they are displayed. Throws std::bad_alloc.
 class PacketInspector {
 public:
     explicit PacketInspector(const AVCodecParameters& parameters);

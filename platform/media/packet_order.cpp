@@ -102,8 +102,8 @@ std::vector<int> DecodingStarts(const std::vector<PacketFacts>& packets,
         places[static_cast<std::size_t>(displayOrder[i])] = static_cast<int>(i);
 
     std::vector<int> starts(packets.size(), -1);
-    // The keys that can still be somebody's start: one that a later key precedes in display too never is again. So
-    // their places ascend.
+    // The keys that can still be somebody's start: one that a later key precedes in display too never is
+    // again. So their places ascend.
     std::vector<int> keys;
     const auto placeOf = [&places](int packet) { return places[static_cast<std::size_t>(packet)]; };
     for (std::size_t i = 0; i < packets.size(); ++i) {

@@ -3,8 +3,9 @@
 #include "platform/media/media_file.h"
 #include "platform/media/packet_index.h"
 
-/// The packets of a file by their numbers. Every packet that is read is compared with the index, so that wherever the
-/// container lands after a seek, the packet handed over is the one that was asked for. Throws std::bad_alloc.
+/// The packets of a file by their numbers. Every packet that is read is compared with the index, so that
+/// wherever the container lands after a seek, the packet handed over is the one that was asked for. Throws
+/// std::bad_alloc.
 class PacketReader {
 public:
     /// Both stay, and nobody else reads the file. The reader stands nowhere at first.

@@ -21,9 +21,9 @@ struct ScriptFunction {
 /// The arguments of a call, bound to the parameters of its function.
 class BoundArguments {
 public:
-    /// Throws ScriptError for an argument that the function doesn't have, that is given twice, that is of another
-    /// kind than its parameter, and for a required one that is missing. A file is looked for from `directory` (empty,
-    /// or ending in a separator) on, see `FindSourceFile`.
+    /// Throws ScriptError for an argument that the function doesn't have, that is given twice, that is of
+    /// another kind than its parameter, and for a required one that is missing. A file is looked for from
+    /// `directory` (empty, or ending in a separator) on, see `FindSourceFile`.
     BoundArguments(const ScriptCall& call, const std::vector<SourceParameter>& parameters,
                    const std::string& directory);
     BoundArguments(const BoundArguments&) = delete;
@@ -41,6 +41,6 @@ private:
     std::vector<std::unique_ptr<std::string>> texts;
 };
 
-/// The path of a file that a script names: relative to the script's directory, and with `\` as separator where there
-/// is no file of just this name.
+/// The path of a file that a script names: relative to the script's directory, and with `\` as separator
+/// where there is no file of just this name.
 std::string FindSourceFile(const std::string& name, const std::string& directory);

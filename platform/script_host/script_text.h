@@ -12,10 +12,10 @@
 ///     loadplugin("avs_plugins\NAME.dll")              any number, in front
 ///     Function("file", 352, name = "text", b = true)  exactly one
 ///
-/// and blank lines; `#` starts a comment. Arguments without a name come before those with one. Values are texts in
-/// double quotes (all characters but the quote, line ends too; nothing is escaped), whole numbers, numbers with a
-/// point, `true` and `false`. Names and words are letters, digits and `_`, in any case. Text is UTF-8, a byte order
-/// mark in front is skipped.
+/// and blank lines; `#` starts a comment. Arguments without a name come before those with one. Values are
+/// texts in double quotes (all characters but the quote, line ends too; nothing is escaped), whole numbers,
+/// numbers with a point, `true` and `false`. Names and words are letters, digits and `_`, in any case. Text
+/// is UTF-8, a byte order mark in front is skipped.
 
 /// A value as written: text, whole number, number with a point, or flag.
 using ScriptValue = std::variant<std::string, std::int64_t, double, bool>;

@@ -6,6 +6,7 @@
 
 #include "platform/dynamic_library.h"
 #include "platform/program_directory.h"
+#include "platform/script_host/source_containers.h"
 #include "platform/text.h"
 
 namespace {
@@ -52,6 +53,8 @@ bool IsSound(const SourceVideo& video) {
             return video.width % 2 == 0;
         case SourceRGB24:
             return true;
+        case SourceAsStored:
+            break;
     }
     return false;
 }
@@ -81,7 +84,9 @@ bool IsSound(const SourceFunction& function) {
 /// Takes the functions of one plug-in.
 struct Registration : SourceHost {
     Registration(Library pluginLibrary, std::vector<ScriptFunction>& all)
-        : SourceHost{kSourceInterfaceVersion, Add}, library(std::move(pluginLibrary)), functions(all) {}
+        : SourceHost{kSourceInterfaceVersion, Add, &GetSourceContainers()},
+          library(std::move(pluginLibrary)),
+          functions(all) {}
 
     static void Add(SourceHost* host, const SourceFunction* function) {
         auto& self = *static_cast<Registration*>(host);

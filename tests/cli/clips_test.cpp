@@ -41,7 +41,9 @@ TEST(Clips, ExactSums) {
         Pair pair;
     } kCases[] = {
         {"yard_cif_x264", {"yard_cif.y4m", "yard_cif_x264.y4m"}},
+        {"yard_cif_x264", {"yard_cif.y4m", "yard_cif_x264.mp4"}},
         {"yard_cif_mpeg4", {"yard_cif.y4m", "yard_cif_mpeg4.y4m"}},
+        {"yard_cif_mpeg4", {"yard_cif.y4m", "yard_cif_mpeg4.avi", "--processed-avs-filter dss2"}},
         {"yard_cif_422_x264", {"yard_cif_422.y4m", "yard_cif_422_x264.y4m"}},
         {"yard_cif_444_x264", {"yard_cif_444.y4m", "yard_cif_444_x264.y4m"}},
         {"yard_360x202_x264_crf26", {"yard_360x202.y4m", "yard_360x202_x264_crf26.y4m"}},
@@ -82,6 +84,7 @@ TEST(Clips, PrintedDecimals) {
         {"yard_cif_420p10le",
          {"yard_cif_420p10le.yuv10", "yard_cif_x264_420p10le.yuv10", "--size 352x288 --layout P010"},
          1023},
+        {"yard_cif_h264.mov", {"yard_cif.y4m", "yard_cif_h264.mov"}, 255},
         {"yard_cif_x264", {"yard_cif_i420.yuv", "yard_cif_x264_i420.yuv", "--size 352x288"}, 255},
     };
     for (const auto& c : kCases) {

@@ -55,7 +55,7 @@ TEST(Measure, SamplesAgreeWithExactSums) {
     EXPECT_EQ("VYUV", results[2]["component"]);
 }
 
-// SSIM on a GPU is SSIM (precise) with other weights, which see a little structure in flat areas: 0.92 for 0.91.
+// SSIM on a GPU is SSIM (precise) with other weights, which see a little structure in flat areas: 0.92, 0.91.
 TEST(Measure, GpuMetricsRunOnTheHostWhenAsked) {
     const json results = Measured(
         kPair + " --gpu-emulation -m ssim_precise -m ssim_cuda -m msssim_cuda -m 3ssim_cuda")["results"];

@@ -30,6 +30,7 @@ constexpr Filter kFilters[] = {
 };
 static_assert(std::size(kFilters) == rkScriptFilterCount);
 
+/// Null for a layout that it doesn't read.
 const wchar_t* RawFormat(int colorSpace) {
     switch (colorSpace) {
         case YV12:
@@ -47,7 +48,7 @@ const wchar_t* RawFormat(int colorSpace) {
         case YVYU:
             return L"YVYU";
         default:
-            return L"unknown format";
+            return nullptr;
     }
 }
 
@@ -60,8 +61,13 @@ bool IsSameName(const std::wstring& first, const std::wstring& second) {
 std::wstring rkDefaultParameters(const rkScriptInput& input, int filter) {
     if (filter < 0 || filter >= rkScriptFilterCount) return {};
     if (filter != rkRawSourceFilter) return kFilters[filter].parameters;
-    return std::to_wstring(input.width) + L", " + std::to_wstring(input.height) + L", \"" +
-           RawFormat(input.yuvType) + L"\"";
+    const std::wstring format =
+        rkRawSourceReads(input.yuvType) ? RawFormat(input.yuvType) : L"unknown format";
+    return std::to_wstring(input.width) + L", " + std::to_wstring(input.height) + L", \"" + format + L"\"";
+}
+
+bool rkRawSourceReads(int yuvType) {
+    return RawFormat(yuvType) != nullptr;
 }
 
 int rkScriptFilterByName(const std::wstring& name) {

@@ -25,16 +25,20 @@ struct rkScriptInput {
     int yuvType = 0;
 };
 
-/// The arguments that a filter gets unless the user writes others; those of RawSource are made of the input's size and
-/// layout. Empty for a number that is no filter's.
+/// The arguments that a filter gets unless the user writes others; those of RawSource are made of the input's
+/// size and layout. Empty for a number that is no filter's.
 std::wstring rkDefaultParameters(const rkScriptInput& input, int filter);
 
-/// The filter that is called so, by its role or by its function ("DirectShowSource2", "dss2"), in any case; -1 if there
-/// is none.
+/// Whether RawSource reads this layout; the format in its default parameters is "unknown format" otherwise.
+bool rkRawSourceReads(int yuvType);
+
+/// The filter that is called so, by its role or by its function ("DirectShowSource2", "dss2"), in any case;
+/// -1 if there is none.
 int rkScriptFilterByName(const std::wstring& name);
 
 /// The filter that suits a file's name best.
 int rkScriptFilterForFile(const std::wstring& fileName);
 
-/// The script that opens the input through `filter` (0 to 7) with these arguments, without a line feed at its end.
+/// The script that opens the input through `filter` (0 to 7) with these arguments, without a line feed at its
+/// end.
 std::wstring rkScriptText(const rkScriptInput& input, int filter, const std::wstring& parameters);

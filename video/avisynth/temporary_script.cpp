@@ -24,14 +24,16 @@ std::string Name() {
     return ToUtf8(kTemporaryScriptName);
 }
 
-/// Whether the name still stands for the open file: another program may have taken it away since it was opened.
+/// Whether the name still stands for the open file: another program may have taken it away since it was
+/// opened.
 bool HasName(int descriptor) {
     struct stat own = {}, named = {};
     return fstat(descriptor, &own) == 0 && lstat(Name().c_str(), &named) == 0 && own.st_dev == named.st_dev &&
            own.st_ino == named.st_ino;
 }
 
-/// False if someone else has locked the file. A file system without locks can't tell, and has nobody waiting either.
+/// False if someone else has locked the file. A file system without locks can't tell, and has nobody waiting
+/// either.
 bool Lock(int descriptor) {
     return flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }

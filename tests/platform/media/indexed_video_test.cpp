@@ -95,7 +95,8 @@ TEST_F(IndexedVideoTest, EveryFrameIsItsPicture) {
     }
 }
 
-// This encoder puts two pictures into one packet and leaves the next one nearly empty, and its file has a gap in front.
+// This encoder puts two pictures into one packet and leaves the next one nearly empty, and its file has a gap
+// in front.
 TEST_F(IndexedVideoTest, PicturesThatArePackedInPairs) {
     const auto video = Make({"avi", "libxvid", "bf=2:b=2000000"});
     ASSERT_NE(nullptr, video) << error;

@@ -80,8 +80,8 @@ TEST(PacketOrder, DecodingStarts) {
     }
 }
 
-// Keys that are displayed in the reverse of their order, as only a hostile file has them: each packet's search must not
-// look at all keys.
+// Keys that are displayed in the reverse of their order, as only a hostile file has them: each packet's
+// search must not look at all keys.
 TEST(PacketOrder, StartsOfAMillionKeysInNoTime) {
     const int count = 1'000'000;
     const std::vector<PacketFacts> packets = Stream(std::string(count, 'I'));
