@@ -1,0 +1,20 @@
+#include "platform/qt/theme.h"
+#include "tests/temporary_directory.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+
+/// Runs tests of windows without a display, unless QT_QPA_PLATFORM asks for one, and away from the user's settings and
+/// desktop.
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    const TemporaryDirectory home;
+    qputenv("XDG_CONFIG_HOME", home.Root().c_str());
+    qputenv("XDG_RUNTIME_DIR", home.Root().c_str());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+
+    QApplication application(argc, argv);
+    InstallTheme(application);
+    return RUN_ALL_TESTS();
+}
