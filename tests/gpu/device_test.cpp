@@ -23,8 +23,9 @@ protected:
         GTEST_SKIP() << "no card";
     }
 
+    /// `greys`: how far a pixel's grey may be off.
     template <class Measured>
-    void ExpectHostsValue(const Scene& scene) {
+    void ExpectHostsValue(const Scene& scene, int greys = 0) {
         const PicturePair pictures(scene);
         Measured onCard(card, PictureSize(scene.width, scene.height));
         Measured onHost({&host, 0}, PictureSize(scene.width, scene.height));
@@ -35,10 +36,9 @@ protected:
             EXPECT_TRUE(value == expected || (std::isnan(value) && std::isnan(expected)))
                 << value << " " << expected;
             EXPECT_EQ(value, onCard.Measure(pictures.Images())[0].value);
-            // Powers and reads between texels may differ in the last digit, a grey then by one.
             for (int y = 0; y < scene.height; ++y)
                 for (int x = 0; x < scene.width; ++x)
-                    ASSERT_NEAR(hosts.Pixel(x, y)[0], cards.Pixel(x, y)[0], 1) << x << ", " << y;
+                    ASSERT_NEAR(hosts.Pixel(x, y)[0], cards.Pixel(x, y)[0], greys) << x << ", " << y;
         }
     }
 
@@ -52,7 +52,8 @@ TEST_F(CardTest, MeasuresAsTheHostDoes) {
     for (const Scene& scene : scenes) {
         SCOPED_TRACE(scene.what);
         ExpectHostsValue<CSSIMCUDAMetric>(scene);
-        ExpectHostsValue<CMSSSIMCUDAMetric>(scene);
+        // In its picture powers and reads between texels may differ in the last digit, a grey then by one.
+        ExpectHostsValue<CMSSSIMCUDAMetric>(scene, 1);
         ExpectHostsValue<C3SSIMCUDAMetric>(scene);
     }
 }
