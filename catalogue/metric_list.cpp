@@ -71,12 +71,16 @@ constexpr struct {
 constexpr const wchar_t* kPluginDirectory = L"plugins";
 
 void AppendGpuMetrics(CMetricList& list, Gpu::GpuRuntime* runtime) {
+    Gpu::HostRuntime host;  // tells what a metric is without a start of the card
     Gpu::GpuDevice device;
     if (Gpu::SelectGpuDevice(runtime, device) <= 0) return;
     for (const auto& metric : kGpuMetrics) {
-        list.Append(metric.kind, [device, create = metric.create](const MetricParameters& parameters) {
-            return create(device, parameters);
-        });
+        const auto makeOn = [create = metric.create](const Gpu::GpuDevice& where) {
+            return [create, where](const MetricParameters& parameters) {
+                return Gpu::IsUsable(where) ? create(where, parameters) : nullptr;
+            };
+        };
+        list.Append(metric.kind, makeOn(device), makeOn({&host, 0}));
     }
 }
 

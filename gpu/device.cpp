@@ -20,9 +20,12 @@ int SelectGpuDevice(GpuRuntime* runtime, GpuDevice& device) {
         chosen = index;
         most = multiProcessors;
     }
-    if (runtime->SetDevice(chosen) != kSuccess || runtime->LoadKernels() != kSuccess) return -1;
     device = {runtime, chosen};
     return count;
+}
+
+bool IsUsable(const GpuDevice& device) {
+    return device.runtime->SetDevice(device.index) == kSuccess && device.runtime->LoadKernels() == kSuccess;
 }
 
 void CheckedGpu::Check(Status status, const char* checkName, int line) const {

@@ -10,10 +10,13 @@ struct GpuDevice {
     int index = 0;
 };
 
-/// Chooses the device with the most multiprocessors, the first among equals, and makes it the calling
-/// thread's. The answer is the number of devices: 0 without any or without a runtime, -1 when they can't be
-/// counted or the chosen one can't be used. `device` is written for an answer above 0.
+/// Chooses the device with the most multiprocessors, the first among equals. The answer is the number of
+/// devices: 0 without any or without a runtime, -1 when they can't be counted. `device` is written for an
+/// answer above 0. Nothing is begun on a device: that takes a card some tenths of a second and memory.
 int SelectGpuDevice(GpuRuntime* runtime, GpuDevice& device);
+
+/// Whether the device takes work and the program has kernels for it. Makes it the calling thread's.
+bool IsUsable(const GpuDevice& device);
 
 /// A device as one metric uses it: a call that fails ends the process.
 class CheckedGpu {

@@ -60,11 +60,11 @@ std::vector<std::string> PluginNames(const std::filesystem::path& directory) {
 
 }  // namespace
 
-void CMetricList::Append(int kind, MetricFactory create) {
+void CMetricList::Append(int kind, MetricFactory create, const MetricFactory& createSample) {
     MetricParameters parameters;
     parameters.width = kSampleSize;
     parameters.height = kSampleSize;
-    const auto sample = create(parameters);
+    const auto sample = createSample(parameters);
     if (sample != nullptr) entries.push_back({Describe(kind, *sample), std::move(create)});
 }
 

@@ -44,7 +44,9 @@ class CMetricList {
 public:
     /// Adds a metric behind the others. Its record is read from a sample instance for 160 by 160 pixels;
     /// without one the metric isn't added.
-    void Append(int kind, MetricFactory create);
+    void Append(int kind, MetricFactory create) { Append(kind, create, create); }
+    /// The same with another factory for the sample, where the metric's own is dear.
+    void Append(int kind, MetricFactory create, const MetricFactory& createSample);
 
     /// Adds the plug-ins of a directory, its files "*.tlp" in ascending order of their names' bytes. A file
     /// that can't be loaded is passed over, a missing directory holds none.

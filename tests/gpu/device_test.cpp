@@ -60,6 +60,7 @@ TEST_F(CardTest, MeasuresAsTheHostDoes) {
 
 TEST_F(CardTest, SumsAsTheHostDoes) {
     const Gpu::CheckedGpu gpu(card, "TEST");
+    gpu.Use();
     Gpu::MapSum sums(gpu, Gpu::MakeGpuLevel(16, 16));
     for (const int n : {1, 2, 3, 5, 9, 17, 33, 65, 129, 256, 511, 512, 1000, 65536, 1920 * 1080}) {
         SCOPED_TRACE(n);

@@ -22,8 +22,6 @@ TEST(SelectGpuDevice, TakesTheFirstWithTheMostMultiprocessors) {
         {"no device", {}, "", 0, -1},
         {"no count", {14}, "GetDeviceCount", -1, -1},
         {"unknown properties", {14, 30}, "GetMultiProcessorCount", 2, 0},
-        {"a device that can't be used", {14, 30}, "SetDevice", -1, -1},
-        {"a device without kernels", {14, 30}, "LoadKernels", -1, -1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -33,10 +31,20 @@ TEST(SelectGpuDevice, TakesTheFirstWithTheMostMultiprocessors) {
         EXPECT_EQ(c.result, SelectGpuDevice(&runtime, device));
         EXPECT_EQ(c.index, device.index);
         EXPECT_EQ(c.result > 0 ? &runtime : nullptr, device.runtime);
-        EXPECT_EQ(c.result > 0 ? c.index : runtime.chosen, runtime.chosen);
+        for (const std::string& call : runtime.calls)
+            EXPECT_EQ(0u, call.find("Get")) << call << " starts a device";
     }
     GpuDevice device;
     EXPECT_EQ(0, SelectGpuDevice(nullptr, device)) << "a build without a runtime";
+}
+
+TEST(IsUsable, IfTheDeviceTakesKernels) {
+    for (const char* failing : {"", "SetDevice", "LoadKernels"}) {
+        StubRuntime runtime({14, 30});
+        runtime.failingName = failing;
+        EXPECT_EQ(*failing == 0, IsUsable({&runtime, 1})) << failing;
+        EXPECT_EQ(1, runtime.chosen);
+    }
 }
 
 }  // namespace
