@@ -18,6 +18,7 @@
 #include "cli/stop_signals.h"
 #include "platform/file.h"
 #include "platform/text.h"
+#include "platform/vfw/avi_file.h"
 #include "video/avisynth/temporary_script.h"
 
 namespace {
@@ -77,6 +78,7 @@ int Measure(const Options& options) {
 }
 
 int Run(int argc, const char* const* argv) {
+    const AviFileSession session;
     try {
         std::string message;
         const std::optional<Options> options = ParseOptions(argc, argv, message);

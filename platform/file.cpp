@@ -44,10 +44,41 @@ int OpenTemporary(const std::string& target, std::string& name) {
 }
 
 bool WriteInPlace(const std::string& path, std::string_view bytes) {
-    int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode);
+    // Without O_NONBLOCK a pipe without a reader would hang here; one with a reader is waited for as it reads.
+    int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
     if (descriptor < 0) return false;
-    const bool written = WriteAll(descriptor, bytes);
+    const bool waits = fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK) == 0;
+    const bool written = waits && WriteAll(descriptor, bytes);
     return close(descriptor) == 0 && written;
+}
+
+/// The file that is to be replaced.
+struct Target {
+    std::string path;
+    mode_t mode = 0;
+    bool exists = false;
+    bool isElsewhere = false;  ///< a device or a pipe: what is written to it goes elsewhere
+    bool isProtected = false;
+};
+
+Target TargetOf(const std::wstring& path) {
+    Target target;
+    target.path = ToUtf8(path);
+    struct stat status = {};
+    if (stat(target.path.c_str(), &status) != 0) return target;
+    target.exists = true;
+    target.mode = status.st_mode & 07777;
+    target.isElsewhere = !S_ISREG(status.st_mode);
+    // A rename would pass over the protection of the file itself.
+    target.isProtected =
+        S_ISDIR(status.st_mode) || faccessat(AT_FDCWD, target.path.c_str(), W_OK, AT_EACCESS) != 0;
+
+    // A link stays a link: its file is the one that is replaced.
+    if (char* resolved = target.isElsewhere ? nullptr : realpath(target.path.c_str(), nullptr)) {
+        target.path = resolved;
+        std::free(resolved);
+    }
+    return target;
 }
 
 }  // namespace
@@ -99,27 +130,31 @@ bool AppendFile::Append(std::string_view bytes) {
 }
 
 bool ReplaceFile(const std::wstring& path, std::string_view bytes) {
-    std::string target = ToUtf8(path);
-    struct stat status = {};
-    const bool exists = stat(target.c_str(), &status) == 0;
-    if (exists && !S_ISREG(status.st_mode)) return WriteInPlace(target, bytes);
-    // A rename would pass over the protection of the file itself.
-    if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return false;
-
-    // A link stays a link: its file is the one that is replaced.
-    if (char* resolved = exists ? realpath(target.c_str(), nullptr) : nullptr) {
-        target = resolved;
-        std::free(resolved);
-    }
+    const Target target = TargetOf(path);
+    if (target.isElsewhere) return WriteInPlace(target.path, bytes);
+    if (target.isProtected) return false;
 
     std::string temporary;
-    const int descriptor = OpenTemporary(target, temporary);
+    const int descriptor = OpenTemporary(target.path, temporary);
     if (descriptor < 0)
-        return exists && WriteInPlace(target, bytes);  // the directory is closed, the file open
-    const bool modeKept = !exists || fchmod(descriptor, status.st_mode & 07777) == 0;
+        return target.exists && WriteInPlace(target.path, bytes);  // the directory is closed, the file open
+    const bool modeKept = !target.exists || fchmod(descriptor, target.mode) == 0;
     const bool written = WriteAll(descriptor, bytes) && fsync(descriptor) == 0;
     const bool closed = close(descriptor) == 0;
-    if (modeKept && written && closed && std::rename(temporary.c_str(), target.c_str()) == 0) return true;
+    if (modeKept && written && closed && std::rename(temporary.c_str(), target.path.c_str()) == 0)
+        return true;
     unlink(temporary.c_str());
     return false;
+}
+
+bool CanReplaceFile(const std::wstring& path) {
+    const Target target = TargetOf(path);
+    if (target.isProtected || target.isElsewhere) return !target.isProtected;
+
+    std::string temporary;
+    const int descriptor = OpenTemporary(target.path, temporary);
+    if (descriptor < 0) return target.exists;
+    close(descriptor);
+    unlink(temporary.c_str());
+    return true;
 }

@@ -103,7 +103,7 @@ bool FindMaskPixel(const rkVideoImage& frame, bool blackMask, int& x, int& y) {
                                      : (isOne ? FindMarked<std::uint8_t, 1> : FindMarked<std::uint8_t, 3>);
     if (!find(samples, frame.VisibleWidth(), frame.VisibleHeight(), blackMask, x, y)) return false;
 
-    if (frame.ColorSpace() == RGB24) y = frame.VisibleHeight() - 1 - y;
+    if (frame.ColorSpace() == RGB24 || frame.ColorSpace() == RGB32) y = frame.VisibleHeight() - 1 - y;
     return true;
 }
 

@@ -11,6 +11,7 @@
 #include "output/bad_frames_saver.h"
 #include "output/csv_writer.h"
 #include "platform/program_directory.h"
+#include "platform/vfw/avi_file.h"
 
 namespace {
 
@@ -106,6 +107,7 @@ void MeasureAndSave(MeasurementJob& job, IRunVoices& voices, IRunObserver& obser
 
 void MeasurementWorker(MeasurementJob& job, IRunVoices& voices, IRunObserver& observer,
                        const Metric::CMetricList& metrics) {
+    const AviFileSession session;
     observer.SetRunActive(true);
     auto finish = std::make_unique<FinishRecord>();
     finish->results = std::make_unique<CResultsStore>();

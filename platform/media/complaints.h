@@ -4,9 +4,9 @@
 
 #include "platform/media/libav.h"
 
-/// Whether a container reader or a decoder reported an error. Where data are damaged, the libraries often go
-/// on with what they make up, and their message is all that tells it. Takes part in the libraries' log, which
-/// stays silent.
+/// Whether a container reader or a decoder reported an error, or a decoder that it made up a part of a
+/// picture. Where data are damaged, the libraries often go on with what they make up, and their message is all
+/// that tells it. Takes part in the libraries' log, which stays silent.
 class Complaints {
 public:
     Complaints();

@@ -98,7 +98,7 @@ IndexedVideo::Found IndexedVideo::Decode(int picture) {
 /// Whether the run leads to the picture, and soon enough.
 bool IndexedVideo::CanContinue(int picture) const {
     const int start = index.StartOf(picture);
-    if (runStart < 0 || runStart > start || isFalseStart) return false;
+    if (runStart < 0 || runStart > start || isFalseStart || taintedBy < start) return false;
     if (held.count(picture) > 0) return true;
     if (isCareful && start >= carefulUntil) return false;
     return picture > received && start - reader->Next() <= kNearPackets;
@@ -107,6 +107,7 @@ bool IndexedVideo::CanContinue(int picture) const {
 bool IndexedVideo::BeginRun(int start) {
     runStart = -1;
     received = -1;
+    taintedBy = INT_MAX;
     isDraining = false;
     isFalseStart = false;
     held.clear();
@@ -132,7 +133,7 @@ IndexedVideo::Found IndexedVideo::Search(int picture, int start) {
         }
         held.erase(held.begin(), held.lower_bound(picture));
     }
-    if (isFalseStart) return Found::No;
+    if (isFalseStart || taintedBy < start) return Found::No;
     if (IsSpoiled(picture)) return Found::Spoiled;
     return held.count(picture) > 0 ? Found::Yes : Found::No;
 }
@@ -178,7 +179,9 @@ void IndexedVideo::Keep() {
 
 void IndexedVideo::RecordDamage(int packetNumber) {
     // What needs more than the run has is no damage.
-    if (packetNumber >= 0 && index.StartOfPacket(packetNumber) >= runStart) damaged.insert(packetNumber);
+    if (packetNumber < 0 || index.StartOfPacket(packetNumber) < runStart) return;
+    damaged.insert(packetNumber);
+    taintedBy = std::min(taintedBy, packetNumber);
 }
 
 /// The last of the pictures that were decoded before this one and may have gone into it: only when they have

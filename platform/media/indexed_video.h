@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -72,6 +73,7 @@ private:
     bool isFalseStart = false;     ///< decoding can't begin there, although the container says so
     bool isCareful = false;        ///< because something is wrong ahead
     int carefulUntil = -1;         ///< the packet up to which there was reason to be
+    int taintedBy = INT_MAX;       ///< the run's first packet with damage: what follows isn't to be trusted
     int received = -1;             ///< the highest number of the run's pictures so far
     std::map<int, FramePtr> held;  ///< the picture that was asked for last, and those that came behind it
 

@@ -33,10 +33,12 @@ NumberedDecoder::Result ResultOf(int code) {
 
 bool NumberedDecoder::Start(const AVStream& stream, const AVCodecParameters& parameters, int reorderDepth,
                             Mode startMode) {
-    if (context != nullptr && mode == startMode) {
+    // What the decoder of H.264 has read of a broken block goes into a later one, also behind a flush.
+    if (context != nullptr && mode == startMode && !isTainted) {
         avcodec_flush_buffers(context.get());
     } else {
         mode = startMode;
+        isTainted = false;
         if (!Open(stream, parameters, reorderDepth)) context.reset();
     }
     complaints.Take();
@@ -64,6 +66,7 @@ NumberedDecoder::Result NumberedDecoder::Send(AVPacket& packet, int number) {
     packet.pts = number >= 0 ? number : AV_NOPTS_VALUE;
     packet.dts = AV_NOPTS_VALUE;
     const Result result = ResultOf(avcodec_send_packet(context.get(), &packet));
+    if (result == Result::Error) isTainted = true;
     if (mode == Mode::Swift) return result;
     const bool isDamaged = complaints.Take() && !MarksDamage(context->codec_id);
     return isDamaged ? Result::Error : result;
@@ -75,6 +78,7 @@ void NumberedDecoder::Drain() {
 
 NumberedDecoder::Result NumberedDecoder::Receive(AVFrame& frame) {
     const Result result = ResultOf(avcodec_receive_frame(context.get(), &frame));
+    if (result == Result::Error || (result == Result::Done && IsDamaged(frame))) isTainted = true;
     // A picture may be handed over before another thread marks it as damaged.
     const bool isDoubtful = mode == Mode::Swift && complaints.Heard();
     return isDoubtful && result != Result::NeedsPacket ? Result::Error : result;

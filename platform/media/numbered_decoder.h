@@ -18,8 +18,8 @@ public:
     NumberedDecoder(const NumberedDecoder&) = delete;
     NumberedDecoder& operator=(const NumberedDecoder&) = delete;
 
-    /// Readies it for a key packet. `reorderDepth` is how many pictures the stream makes it hold back. False
-    /// if no decoder takes the stream.
+    /// Readies it for a key packet; what came before leaves no trace. `reorderDepth` is how many pictures the
+    /// stream makes it hold back. False if no decoder takes the stream.
     bool Start(const AVStream& stream, const AVCodecParameters& parameters, int reorderDepth, Mode mode);
 
     /// Feeds a packet whose picture has the number `number`, or none if that is below 0.
@@ -36,5 +36,6 @@ private:
 
     Mode mode = Mode::Swift;
     Complaints complaints;
+    bool isTainted = false;  // there was damage since the context was opened
     CodecContextPtr context;
 };

@@ -156,7 +156,7 @@ void PictureConverter::CopyYuy2(const AVFrame& frame, std::uint8_t* picture) con
 }
 
 std::uint8_t* PictureConverter::RgbRow(std::uint8_t* picture, int row) const {
-    const std::ptrdiff_t stride = (std::ptrdiff_t{3} * width + 3) / 4 * 4;
+    const auto stride = static_cast<std::ptrdiff_t>(SurfaceBytes(Surface::RGB24, width, 1));
     std::uint8_t* start = picture + stride * (height - 1 - row);
     std::memset(start + std::ptrdiff_t{3} * width, 0,
                 static_cast<std::size_t>(stride) - 3 * static_cast<std::size_t>(width));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "platform/media/libav.h"
 #include "platform/vfw/avi_file_base.h"
 #include "platform/vfw/script_file.h"
 #include "platform/vfw/written_file.h"
@@ -24,8 +25,10 @@ int Answer(const Call& call) {
 
 }  // namespace
 
-// The libraries below need no start or end of a thread's own.
-void AVIFileInit() {}
+void AVIFileInit() {
+    SilenceLibav();
+}
+// The libraries below hold nothing for a thread.
 void AVIFileExit() {}
 
 int AVIFileOpenW(std::shared_ptr<AviFile>& file, const std::wstring& path, unsigned mode) {

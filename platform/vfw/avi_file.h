@@ -28,9 +28,18 @@ constexpr unsigned OF_CREATE = 0x1000;
 constexpr unsigned FIND_PREV = 4;
 constexpr unsigned FIND_KEY = 16;
 
-/// A pair around all other calls of a thread.
+/// A pair around all other calls of a thread; pairs inside a pair do no harm. From the first one on the libraries below
+/// keep their messages to themselves.
 void AVIFileInit();
 void AVIFileExit();
+
+/// That pair around a block.
+struct AviFileSession {
+    AviFileSession() { AVIFileInit(); }
+    ~AviFileSession() { AVIFileExit(); }
+    AviFileSession(const AviFileSession&) = delete;
+    AviFileSession& operator=(const AviFileSession&) = delete;
+};
 
 /// For reading: runs the script file at `path`, which ends in ".avs"; what is no script fails. A script that is wrong
 /// opens without streams and says why through `ScriptClipError`. With OF_WRITE and OF_CREATE: an AVI file at `path`, emptied.

@@ -2,7 +2,7 @@
 
 #include "platform/byte_order.h"
 #include "platform/text.h"
-#include "platform/vfw/bitmap_format.h"
+#include "platform/vfw/avi_format.h"
 #include "platform/vfw/riff_bytes.h"
 
 #include <algorithm>
@@ -23,7 +23,7 @@ std::uint32_t MicrosecondsPerSample(const AVISTREAMINFOW& stream) {
 
 void WriteMainHeader(const AviHeader& header, RiffBytes& out) {
     const BITMAPINFOHEADER format = LoadBitmapFormat(header.format.data());
-    const std::size_t chunk = out.BeginChunk(FourCC('a', 'v', 'i', 'h'));
+    const std::size_t chunk = out.BeginChunk(kFccAvih);
     out.U32(MicrosecondsPerSample(header.stream));
     out.U32(0);  // bytes a second, unknown
     out.U32(0);  // padding
@@ -40,7 +40,7 @@ void WriteMainHeader(const AviHeader& header, RiffBytes& out) {
 
 void WriteStreamHeader(const AviHeader& header, RiffBytes& out) {
     const AVISTREAMINFOW& stream = header.stream;
-    const std::size_t chunk = out.BeginChunk(FourCC('s', 't', 'r', 'h'));
+    const std::size_t chunk = out.BeginChunk(kFccStrh);
     out.U32(stream.fccType);
     out.U32(stream.fccHandler);
     out.U32(stream.dwFlags);
@@ -72,16 +72,15 @@ void WriteName(const AVISTREAMINFOW& stream, RiffBytes& out) {
     name = name.substr(0, name.find(L'\0'));
     if (name.empty()) return;
     const std::string text = ToUtf8(name) + '\0';
-    WriteChunk(FourCC('s', 't', 'r', 'n'), {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()},
-               out);
+    WriteChunk(kFccStrn, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}, out);
 }
 
 /// The index of the index chunks, with room for all that may come.
 void WriteSuperIndex(const AviHeader& header, RiffBytes& out) {
-    constexpr std::size_t kEntryBytes = 16;
-    const std::size_t chunk = out.BeginChunk(FourCC('i', 'n', 'd', 'x'));
-    out.U16(kEntryBytes / 4);
-    out.U16(0);  // an index of indexes
+    const std::size_t chunk = out.BeginChunk(kFccIndx);
+    out.U16(kSuperIndexEntryBytes / 4);
+    out.U8(0);
+    out.U8(kIndexOfIndexes);
     out.U32(static_cast<std::uint32_t>(header.indexChunks.size()));
     out.U32(header.SampleChunk());
     out.Zeros(12);
@@ -90,14 +89,14 @@ void WriteSuperIndex(const AviHeader& header, RiffBytes& out) {
         out.U32(index.bytes);
         out.U32(index.samples);
     }
-    out.Zeros(kEntryBytes * (AviHeader::kMaxIndexChunks - header.indexChunks.size()));
+    out.Zeros(kSuperIndexEntryBytes * (AviHeader::kMaxIndexChunks - header.indexChunks.size()));
     out.EndChunk(chunk);
 }
 
 void WriteTotal(const AviHeader& header, RiffBytes& out) {
     constexpr std::size_t kBytes = 248;
-    const std::size_t list = out.BeginList(FourCC('L', 'I', 'S', 'T'), FourCC('o', 'd', 'm', 'l'));
-    const std::size_t chunk = out.BeginChunk(FourCC('d', 'm', 'l', 'h'));
+    const std::size_t list = out.BeginList(kFccList, kFccOdml);
+    const std::size_t chunk = out.BeginChunk(kFccDmlh);
     out.U32(header.samples);
     out.Zeros(kBytes - 4);
     out.EndChunk(chunk);
@@ -112,20 +111,19 @@ std::uint32_t AviHeader::SampleChunk() const {
 }
 
 std::vector<std::uint8_t> AviHeader::Bytes() const {
-    constexpr std::uint32_t kList = FourCC('L', 'I', 'S', 'T');
     RiffBytes out;
-    const std::size_t riff = out.BeginList(FourCC('R', 'I', 'F', 'F'), FourCC('A', 'V', 'I', ' '));
-    const std::size_t headers = out.BeginList(kList, FourCC('h', 'd', 'r', 'l'));
+    const std::size_t riff = out.BeginList(kFccRiff, kFccAvi);
+    const std::size_t headers = out.BeginList(kFccList, kFccHdrl);
     WriteMainHeader(*this, out);
-    const std::size_t streamHeaders = out.BeginList(kList, FourCC('s', 't', 'r', 'l'));
+    const std::size_t streamHeaders = out.BeginList(kFccList, kFccStrl);
     WriteStreamHeader(*this, out);
-    WriteChunk(FourCC('s', 't', 'r', 'f'), format, out);
+    WriteChunk(kFccStrf, format, out);
     WriteName(stream, out);
     WriteSuperIndex(*this, out);
     out.EndChunk(streamHeaders);
     WriteTotal(*this, out);
     out.EndChunk(headers);
-    const std::size_t movi = out.BeginList(kList, FourCC('m', 'o', 'v', 'i'));
+    const std::size_t movi = out.BeginList(kFccList, kFccMovi);
 
     // These two hold what follows in the file.
     std::vector<std::uint8_t> bytes = out.Get();

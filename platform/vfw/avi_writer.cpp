@@ -4,18 +4,13 @@
 #include <array>
 
 #include "platform/byte_order.h"
-#include "platform/vfw/bitmap_format.h"
+#include "platform/vfw/avi_format.h"
 #include "platform/vfw/riff_bytes.h"
 
 namespace {
 
 constexpr std::uint64_t kRiffBytes = std::uint64_t{1} << 30;
-constexpr std::size_t kSampleHeaderBytes = 8;
 constexpr std::size_t kRiffHeaderBytes = 24;  // RIFF, size, form, LIST, size, type
-constexpr std::size_t kIndexHeadBytes = 32;   // with the chunk's own header
-constexpr std::size_t kIndexEntryBytes = 8;
-constexpr std::size_t kOldIndexEntryBytes = 16;
-constexpr std::uint32_t kNotKey = 0x80000000;  // in the size of an index entry
 
 }  // namespace
 
@@ -28,7 +23,7 @@ bool AviWriter::Start(const AVISTREAMINFOW& stream, std::span<const std::uint8_t
 }
 
 bool AviWriter::Write(std::span<const std::uint8_t> sample, bool isKey) {
-    if (!started || failed || sample.size() >= kNotKey) return false;
+    if (!started || failed || sample.size() >= kChunkIndexNoKey) return false;
     if (!MakeRoom(sample.size())) return false;
 
     const Entry entry = {end, static_cast<std::uint32_t>(sample.size()), isKey};
@@ -57,7 +52,7 @@ bool AviWriter::Append(std::span<const std::uint8_t> bytes) {
 
 bool AviWriter::AppendSample(std::span<const std::uint8_t> sample) {
     static constexpr std::uint8_t kPadding[1] = {};
-    std::array<std::uint8_t, kSampleHeaderBytes> chunk;
+    std::array<std::uint8_t, kChunkHeaderBytes> chunk;
     StoreLe(header.SampleChunk(), chunk.data());
     StoreLe(static_cast<std::uint32_t>(sample.size()), chunk.data() + 4);
     return Append(chunk) && Append(sample) && (sample.size() % 2 == 0 || Append(kPadding));
@@ -65,9 +60,10 @@ bool AviWriter::AppendSample(std::span<const std::uint8_t> sample) {
 
 /// Goes on in a new RIFF chunk if this one would grow too large.
 bool AviWriter::MakeRoom(std::size_t sampleBytes) {
-    const std::uint64_t closing = kIndexHeadBytes + kIndexEntryBytes * (unindexed.size() + 1) +
-                                  kSampleHeaderBytes + kOldIndexEntryBytes * (firstRiff.size() + 1);
-    const std::uint64_t size = end - riffStart + kSampleHeaderBytes + sampleBytes + closing;
+    const std::uint64_t closing = kChunkHeaderBytes + kIndexHeadBytes +
+                                  kChunkIndexEntryBytes * (unindexed.size() + 1) + kChunkHeaderBytes +
+                                  kIdx1EntryBytes * (firstRiff.size() + 1);
+    const std::uint64_t size = end - riffStart + kChunkHeaderBytes + sampleBytes + closing;
     const bool empty =
         unindexed.empty() && (IsFirstRiff() ? header.samples == 0 : end == riffStart + kRiffHeaderBytes);
     return size <= kRiffBytes || empty || (EndRiff() && BeginRiff());
@@ -95,16 +91,16 @@ bool AviWriter::WriteIndexChunk() {
 
     RiffBytes out;
     const std::size_t chunk = out.BeginChunk(FourCC('i', 'x', '0', '0'));
-    out.U16(kIndexEntryBytes / 4);
+    out.U16(kChunkIndexEntryBytes / 4);
     out.U8(0);
-    out.U8(1);  // an index of chunks
+    out.U8(kIndexOfChunks);
     out.U32(static_cast<std::uint32_t>(unindexed.size()));
     out.U32(header.SampleChunk());
     out.U64(riffStart);
     out.U32(0);
     for (const Entry& entry : unindexed) {
-        out.U32(static_cast<std::uint32_t>(entry.offset + kSampleHeaderBytes - riffStart));
-        out.U32(entry.bytes | (entry.isKey ? 0 : kNotKey));
+        out.U32(static_cast<std::uint32_t>(entry.offset + kChunkHeaderBytes - riffStart));
+        out.U32(entry.bytes | (entry.isKey ? 0 : kChunkIndexNoKey));
     }
     out.EndChunk(chunk);
 
@@ -121,7 +117,7 @@ bool AviWriter::WriteOldIndex() {
     // Offsets count from the type of the list of samples, the last word of the headers.
     const std::uint64_t base = header.Bytes().size() - 4;
     RiffBytes out;
-    const std::size_t chunk = out.BeginChunk(FourCC('i', 'd', 'x', '1'));
+    const std::size_t chunk = out.BeginChunk(kFccIdx1);
     for (const Entry& entry : firstRiff) {
         out.U32(header.SampleChunk());
         out.U32(entry.isKey ? AVIIF_KEYFRAME : 0);
@@ -140,12 +136,12 @@ bool AviWriter::WriteOldIndex() {
 bool AviWriter::WriteRiffHeader() {
     if (!IsFirstRiff()) {
         RiffBytes out;
-        out.U32(FourCC('R', 'I', 'F', 'F'));
+        out.U32(kFccRiff);
         out.U32(static_cast<std::uint32_t>(end - riffStart - 8));
-        out.U32(FourCC('A', 'V', 'I', 'X'));
-        out.U32(FourCC('L', 'I', 'S', 'T'));
+        out.U32(kFccAvix);
+        out.U32(kFccList);
         out.U32(static_cast<std::uint32_t>(end - riffStart - 20));
-        out.U32(FourCC('m', 'o', 'v', 'i'));
+        out.U32(kFccMovi);
         if (!file.WriteAt(riffStart, out.Get())) failed = true;
     }
     if (!file.WriteAt(0, header.Bytes())) failed = true;

@@ -71,8 +71,9 @@ constexpr std::uint32_t ICDECOMPRESS_NOTKEYFRAME = 0x08000000;
 /// on.
 ///
 /// Each sample since the start takes one turn in display order, so the i-th turn is the i-th frame: ICERR_OK, or
-/// ICERR_DAMAGED for a damaged sample, for the pictures behind it up to the next key frame, and for those that refer to
-/// samples before the start. All samples before a key sample are displayed before all from it on that don't refer to
+/// ICERR_DAMAGED for a damaged sample, for the pictures decoded after it up to the next key frame, and for those that
+/// refer to samples before the start. That of H.264 isn't to be trusted after damage: then it holds up to the next
+/// start. All samples before a key sample are displayed before all from it on that don't refer to
 /// them.
 int ICDecompress(const HIC& codec, std::uint32_t flags, const DecompressInput& input, std::uint8_t* output,
                  int& sampleOfPicture);
@@ -130,8 +131,8 @@ std::vector<CompressorEntry> ListCompressors();
 struct COMPVARS {
     std::uint32_t fccType = 0;
     std::uint32_t fccHandler = 0;
-    int lQ = 0;
-    int lDataRate = 0;
+    int lQ = -1;        ///< 0, the coarsest, to 10000; below 0: not said
+    int lDataRate = 0;  ///< kilobytes a second; 0 goes by quality
     int lKey = 0;
     HIC hic;
 };

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::uint32_t kBitFields = 3;
-
 std::span<const std::uint8_t> BytesBehindHeader(FormatView format) {
     return {format.data + kBitmapFormatBytes, format.data + format.size};
 }

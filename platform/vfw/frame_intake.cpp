@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <new>
 
+#include "platform/media/surface.h"
+
 namespace {
 
 FramePtr MakePicture(AVPixelFormat format, int width, int height) {
@@ -17,7 +19,7 @@ FramePtr MakePicture(AVPixelFormat format, int width, int height) {
 /// Into the planes or packed bytes of an RGB format of 8 bits.
 void CopyRgb(const std::uint8_t* frame, const AVFrame& picture) {
     const AVPixFmtDescriptor& format = *av_pix_fmt_desc_get(static_cast<AVPixelFormat>(picture.format));
-    const std::ptrdiff_t stride = (std::ptrdiff_t{3} * picture.width + 3) / 4 * 4;
+    const auto stride = static_cast<std::ptrdiff_t>(SurfaceBytes(Surface::RGB24, picture.width, 1));
     for (int y = 0; y < picture.height; ++y) {
         const std::uint8_t* row = frame + stride * (picture.height - 1 - y);
         for (int i = 0; i < 3; ++i) {

@@ -13,8 +13,8 @@ namespace {
 AVISTREAMINFOW InfoOf(const Clip::Properties& clip) {
     const BITMAPINFOHEADER format = FormatOf(clip.surface, clip.width, clip.height);
     AVISTREAMINFOW info = {};
-    info.fccType = FourCC('v', 'i', 'd', 's');
-    info.fccHandler = format.biCompression != 0 ? format.biCompression : FourCC('D', 'I', 'B', ' ');
+    info.fccType = kFccVideo;
+    info.fccHandler = format.biCompression != 0 ? format.biCompression : kFccDib;
     info.dwScale = clip.scale;
     info.dwRate = clip.rate;
     info.dwLength = static_cast<std::uint32_t>(clip.frameCount);

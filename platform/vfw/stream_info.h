@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "platform/vfw/bitmap_format.h"
+
 /// What a file says about one of its streams.
 struct AVISTREAMINFOW {
     std::uint32_t fccType;  ///< "vids", "auds" or another kind
@@ -25,6 +27,14 @@ struct AVISTREAMINFOW {
     std::uint32_t dwFormatChangeCount;
     wchar_t szName[64];
 };
+
+/// `fccType` of a stream.
+constexpr std::uint32_t kFccVideo = FourCC('v', 'i', 'd', 's');
+constexpr std::uint32_t kFccAudio = FourCC('a', 'u', 'd', 's');
+
+/// `fccHandler` of a stream of uncompressed pictures, in two spellings.
+constexpr std::uint32_t kFccDib = FourCC('D', 'I', 'B', ' ');
+constexpr std::uint32_t kFccDibZero = FourCC('D', 'I', 'B', '\0');
 
 /// Flags of a sample.
 constexpr std::uint32_t AVIIF_KEYFRAME = 0x10;

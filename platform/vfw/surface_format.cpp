@@ -7,8 +7,8 @@ constexpr struct {
     std::uint32_t compression;
     std::uint16_t bits;
 } kForms[] = {
-    {Surface::YV12, FourCC('Y', 'V', '1', '2'), 12},
-    {Surface::YUY2, FourCC('Y', 'U', 'Y', '2'), 16},
+    {Surface::YV12, kFccYv12, 12},
+    {Surface::YUY2, kFccYuy2, 16},
     {Surface::RGB24, 0, 24},
 };
 

@@ -6,8 +6,22 @@ void TurnOrder::Feed(int sample) {
     open.push_back({sample, fed++, Kind::Picture});
 }
 
+void TurnOrder::SetFailure(int picturesReady) {
+    open.back().kind = Kind::Failure;
+    open.back().place = taken + picturesReady;
+}
+
 bool TurnOrder::IsOpen(int sample) const {
     return std::any_of(open.begin(), open.end(), [=](const Sample& s) { return s.number == sample; });
+}
+
+std::vector<int> TurnOrder::PicturesBefore(int sample) const {
+    std::vector<int> before;
+    for (const Sample& s : open) {
+        if (s.number == sample) break;
+        if (s.kind == Kind::Picture) before.push_back(s.number);
+    }
+    return before;
 }
 
 std::optional<TurnOrder::Turn> TurnOrder::Next(std::optional<int> picture, bool isKey, bool finished) {
@@ -23,7 +37,7 @@ std::optional<TurnOrder::Turn> TurnOrder::Next(std::optional<int> picture, bool 
 std::deque<TurnOrder::Sample>::iterator TurnOrder::NextOpen(std::optional<int> picture, bool isKey,
                                                             bool finished) {
     const auto due = std::find_if(open.begin(), open.end(), [this](const Sample& s) {
-        return s.kind == Kind::Failure || (s.kind == Kind::Repeat && s.place <= taken);
+        return s.kind != Kind::Picture && s.place <= taken;
     });
     if (due != open.end()) return due;
     if (!picture) return finished ? open.begin() : open.end();

@@ -122,11 +122,16 @@ ICINFO VideoDecoder::GetInfo() const {
 
 int VideoDecoder::Begin(FormatView input, FormatView output) {
     if (TargetOf(input, output) != target) return ICERR_ERROR;
-    avcodec_flush_buffers(context.get());
+    if (taintedBy == INT_MAX) {
+        avcodec_flush_buffers(context.get());
+    } else if (!OpenContext()) {
+        return ICERR_ERROR;
+    }
     started = broken = true;
-    finished = paletteSent = pictureCame = false;
+    finished = paletteSent = pictureCame = keyCame = false;
     ready.clear();
     brokenBy = -1;
+    taintedBy = INT_MAX;
     last = nullptr;
     turns = {};
     return ICERR_OK;
@@ -194,7 +199,7 @@ void VideoDecoder::SettlePictureless(const DecompressInput& input) {
     const bool isMpeg4 = context->codec_id == AV_CODEC_ID_MPEG4;
     if (isMpeg4 && !pictureCame && IsMpeg4BPicture(bytes)) {
         // It refers to pictures before the start, and is displayed before the first that comes.
-        turns.SetFailure();
+        turns.SetFailure(0);
     } else if (isMpeg4 || !HasDelay()) {
         turns.SetRepeat();  // the codec's own way to say that nothing has changed
     } else {
@@ -203,7 +208,11 @@ void VideoDecoder::SettlePictureless(const DecompressInput& input) {
 }
 
 void VideoDecoder::Fail(int sample) {
-    turns.SetFailure();
+    turns.SetFailure(
+        static_cast<int>(std::count_if(ready.begin(), ready.end(), [this, sample](const FramePtr& frame) {
+            const int number = PictureTag::Of(*frame).sample;
+            return number != sample && turns.IsOpen(number);
+        })));
     brokenBy = sample;
 }
 
@@ -226,8 +235,17 @@ bool VideoDecoder::ReceivePictures(std::int64_t tag) {
         }
         form = {static_cast<AVPixelFormat>(frame->format), frame->color_range};
         pictureCame = true;
+        NoteDamage(*frame);
         ready.push_back(std::move(frame));
     }
+}
+
+/// What the decoder of H.264 has read of a broken block goes into a later one, be it of a key frame. Pictures displayed
+/// before the first key frame lack what they refer to, and that is all.
+void VideoDecoder::NoteDamage(const AVFrame& frame) {
+    keyCame = keyCame || IsKeyPicture(frame);
+    if (context->codec_id != AV_CODEC_ID_H264) return;
+    if (keyCame && IsDamaged(frame)) taintedBy = std::min(taintedBy, PictureTag::Of(frame).sample);
 }
 
 int VideoDecoder::HandOver(std::uint8_t* output, int& sampleOfPicture) {
@@ -248,15 +266,30 @@ std::optional<TurnOrder::Turn> VideoDecoder::NextTurn() {
     // A picture can come after all of a sample that was given up.
     while (!ready.empty() && !turns.IsOpen(PictureTag::Of(*ready.front()).sample)) ready.pop_front();
     if (ready.empty()) return turns.Next(std::nullopt, false, finished);
-    return turns.Next(PictureTag::Of(*ready.front()).sample, IsKeyPicture(*ready.front()), finished);
+    const int sample = PictureTag::Of(*ready.front()).sample;
+    if (!finished && !AreReferencesKnown(sample)) return turns.Next(std::nullopt, false, false);
+    return turns.Next(sample, IsKeyPicture(*ready.front()), finished);
+}
+
+/// Whether the pictures that were decoded before this one have come, also those that are displayed behind it: only then
+/// it is known whether they are damaged.
+bool VideoDecoder::AreReferencesKnown(int sample) const {
+    constexpr std::size_t kMostHeld = 16;  // pictures that any codec keeps; what isn't among them won't come
+    if (ready.size() > kMostHeld) return true;
+    const std::vector<int> before = turns.PicturesBefore(sample);
+    return std::all_of(before.begin(), before.end(), [this](int number) {
+        return std::any_of(ready.begin(), ready.end(),
+                           [=](const FramePtr& frame) { return PictureTag::Of(*frame).sample == number; });
+    });
 }
 
 void VideoDecoder::TakePicture() {
     FramePtr picture = std::move(ready.front());
     ready.pop_front();
-    if (IsDamaged(*picture)) {
+    const int sample = PictureTag::Of(*picture).sample;
+    if (sample >= taintedBy || IsDamaged(*picture)) {
         broken = true;
-    } else if (IsKeyPicture(*picture) && PictureTag::Of(*picture).sample > brokenBy) {
+    } else if (IsKeyPicture(*picture) && sample > brokenBy) {
         broken = false;
     }
     last = broken ? nullptr : std::move(picture);

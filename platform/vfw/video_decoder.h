@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <deque>
 #include <optional>
 #include <string>
@@ -51,12 +52,14 @@ private:
     void Feed(std::uint32_t flags, const DecompressInput& input);
     void Finish();
     bool ReceivePictures(std::int64_t tag);
+    void NoteDamage(const AVFrame& frame);
     bool HasDelay() const;
     bool TellsDamage();
     void SettlePictureless(const DecompressInput& input);
     void Fail(int sample);
     int HandOver(std::uint8_t* output, int& sampleOfPicture);
     std::optional<TurnOrder::Turn> NextTurn();
+    bool AreReferencesKnown(int sample) const;
     void TakePicture();
     bool IsKeyPicture(const AVFrame& frame) const;
 
@@ -73,8 +76,10 @@ private:
     bool finished = false;     ///< no more samples until the next start
     bool paletteSent = false;  ///< it goes with the first sample
     bool pictureCame = false;  ///< since the start
+    bool keyCame = false;      ///< and one of a key frame
     bool broken = true;        ///< no sound key frame since the start or the last failure
     int brokenBy = -1;         ///< the sample that failed: only a key frame behind it ends that
+    int taintedBy = INT_MAX;   ///< the first sample with a damaged picture: only a new start ends that
     std::deque<FramePtr> ready;
     FramePtr last;  ///< the sound picture of the turn before; null if there is none
     TurnOrder turns;

@@ -33,7 +33,7 @@ std::shared_ptr<WrittenFile> WrittenFile::Open(const std::wstring& path) {
 
 std::shared_ptr<AviStream> WrittenFile::CreateStream(const std::shared_ptr<AviFile>& self,
                                                      const AVISTREAMINFOW& info) {
-    if (hasStream || info.fccType != FourCC('v', 'i', 'd', 's')) return nullptr;
+    if (hasStream || info.fccType != kFccVideo) return nullptr;
     if (info.dwScale == 0 || info.dwRate == 0) return nullptr;
     hasStream = true;
     return std::make_shared<WrittenStream>(self, writer, info);

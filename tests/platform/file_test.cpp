@@ -1,5 +1,6 @@
 #include "platform/file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -68,9 +69,18 @@ TEST_F(Files, ReplacesWholeOrNotAtAll) {
     EXPECT_TRUE(fs::is_symlink(directory / "link"));
     EXPECT_EQ(fs::perms(0640), fs::status(directory / "a").permissions());
 
+    for (const char* name : {"missing/a", ".", "/proc/self/a"})
+        EXPECT_FALSE(CanReplaceFile(name[0] == '/' ? FromUtf8(name) : Path(name))) << name;
+    for (const char* name : {"a", "link", "new"}) EXPECT_TRUE(CanReplaceFile(Path(name))) << name;
     EXPECT_FALSE(ReplaceFile(Path("missing/a"), "x"));
     EXPECT_FALSE(ReplaceFile(FromUtf8(directory.native()), "x"));
     EXPECT_FALSE(ReplaceFile(L"/dev/full", "x"));
+    ASSERT_EQ(0, mkfifo((directory / "pipe").c_str(), 0600));
+    EXPECT_FALSE(ReplaceFile(Path("pipe"), "x")) << "nobody reads, and it doesn't wait";
+    const int reader = open((directory / "pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_TRUE(ReplaceFile(Path("pipe"), "x"));
+    close(reader);
+    fs::remove(directory / "pipe");
     EXPECT_EQ(2, std::distance(fs::directory_iterator(directory), {})) << "no temporary file stays behind";
 }
 
@@ -91,6 +101,7 @@ TEST_F(Files, ReplacingKeepsToThePermissions) {
     chmod(directory.c_str(), 0777);
     {
         const NormalUser user;
+        EXPECT_FALSE(CanReplaceFile(Path("protected")));
         EXPECT_FALSE(ReplaceFile(Path("protected"), "new"));
     }
     EXPECT_EQ("old", Content("protected"));

@@ -26,8 +26,6 @@ constexpr std::array<const wchar_t*, 11> kErrorTexts = {
 };
 static_assert(kErrorTexts.size() == rkAviFileWriter::NullPointer + 1);
 
-constexpr std::uint32_t kUncompressed = FourCC('D', 'I', 'B', '\0');
-
 /// What a compressor answers for a frame that it left out.
 constexpr int kDroppedBytes = 1;
 
@@ -82,7 +80,7 @@ int rkAviFileWriter::OpenFile(const std::wstring& name, const BITMAPINFOHEADER* 
 
 void rkAviFileWriter::FindCompressor() {
     if (settings.fccHandler != 0) compressor = settings.OpenCompressor();
-    streamInfo.fccHandler = compressor ? settings.fccHandler : kUncompressed;
+    streamInfo.fccHandler = compressor ? settings.fccHandler : kFccDibZero;
 }
 
 int rkAviFileWriter::CreateStream(const std::wstring& name) {

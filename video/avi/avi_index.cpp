@@ -9,8 +9,6 @@ namespace {
 
 constexpr std::size_t kBlockBytes = 1 << 18;  // room for the longest record, 65535 words
 constexpr std::uint32_t kMaxIndexes = 1 << 16;
-constexpr std::size_t kShortestEntryBytes = 8;
-constexpr std::uint32_t kNoKeyFrame = 1u << 31;  // in the size of an entry of an index of chunks
 
 /// Hands the records from `offset` on to `take`, one after another; reads them in large blocks.
 template <class Take>
@@ -49,7 +47,8 @@ std::size_t StreamNumber(const std::uint8_t* chunkId) {
 }  // namespace
 
 AviIndexReader::AviIndexReader(const RiffFile& riffFile)
-    : file(riffFile), entriesLeft(std::min<std::uint64_t>(file.Size() / kShortestEntryBytes, kMaxEntries)) {}
+    : file(riffFile),
+      entriesLeft(std::min<std::uint64_t>(file.Size() / kChunkIndexEntryBytes, kMaxEntries)) {}
 
 /// Many indexes could point to the same entries, and few bytes would make endless tables.
 void AviIndexReader::Claim(std::uint64_t entries) {
@@ -59,11 +58,11 @@ void AviIndexReader::Claim(std::uint64_t entries) {
 
 bool AviIndexReader::ReadOpenDml(const RiffChunk& indx, rkOpenDMLRawStream& stream) {
     const AviIndexHead head = ReadHead(file, indx);
-    if (head.type == AviIndexHead::OfChunks) {
+    if (head.type == kIndexOfChunks) {
         ReadChunkIndex(indx, head, stream);
         return head.entries > 0;
     }
-    if (head.type != AviIndexHead::OfIndexes) return false;
+    if (head.type != kIndexOfIndexes) return false;
 
     Require(head.entries <= kMaxIndexes);
     RequireInside(indx, head.entries, kSuperIndexEntryBytes);
@@ -72,7 +71,7 @@ bool AviIndexReader::ReadOpenDml(const RiffChunk& indx, rkOpenDMLRawStream& stre
                       RiffChunk chunk;
                       Require(file.FindChunk(LoadLe<std::uint64_t>(entry), chunk));
                       const AviIndexHead chunkHead = ReadHead(file, chunk);
-                      Require(chunkHead.type == AviIndexHead::OfChunks);
+                      Require(chunkHead.type == kIndexOfChunks);
                       ReadChunkIndex(chunk, chunkHead, stream);
                   });
     return head.entries > 0;
@@ -81,7 +80,7 @@ bool AviIndexReader::ReadOpenDml(const RiffChunk& indx, rkOpenDMLRawStream& stre
 void AviIndexReader::ReadChunkIndex(const RiffChunk& chunk, const AviIndexHead& head,
                                     rkOpenDMLRawStream& stream) {
     const std::size_t entryBytes = head.wordsPerEntry * sizeof(std::uint32_t);
-    Require(entryBytes >= kShortestEntryBytes);
+    Require(entryBytes >= kChunkIndexEntryBytes);
     RequireInside(chunk, head.entries, entryBytes);
     Claim(head.entries);
     ForEachRecord(file, chunk.offset + kIndexHeadBytes, head.entries, entryBytes,
@@ -89,8 +88,8 @@ void AviIndexReader::ReadChunkIndex(const RiffChunk& chunk, const AviIndexHead& 
                       // These offsets are of a sample's bytes, the tables' are of the chunk's header.
                       const std::uint64_t data = head.baseOffset + LoadLe<std::uint32_t>(entry);
                       const auto size = LoadLe<std::uint32_t>(entry + 4);
-                      stream.AddEntry({data - kChunkHeaderBytes, size & ~kNoKeyFrame,
-                                       (size & kNoKeyFrame) == 0 ? AVIIF_KEYFRAME : 0});
+                      stream.AddEntry({data - kChunkHeaderBytes, size & ~kChunkIndexNoKey,
+                                       (size & kChunkIndexNoKey) == 0 ? AVIIF_KEYFRAME : 0});
                   });
 }
 

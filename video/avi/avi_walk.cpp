@@ -6,7 +6,7 @@
 namespace {
 
 // Beyond what any writer makes; a hostile file must not keep the walk busy.
-constexpr int kMaxChunks = 1 << 16;
+constexpr int kMaxChunks = 1 << 20;
 constexpr std::size_t kMaxDepth = 16;
 constexpr std::size_t kMaxStreams = 100;  // a chunk's type has two digits for the stream's number
 constexpr std::uint32_t kMaxFormatBytes = 1 << 20;
@@ -17,7 +17,8 @@ constexpr std::uint32_t kMaxStart = std::numeric_limits<int>::max() - AviIndexRe
 void AviWalk::Run() {
     std::uint64_t position = 0;
     RiffChunk chunk;
-    for (int i = 0; i < kMaxChunks && file.FindChunk(position, chunk); ++i) {
+    for (int i = 0; file.FindChunk(position, chunk); ++i) {
+        Require(i < kMaxChunks);
         position = Visit(chunk);
         LeaveEnded(position);
         if (riffSeen && open.empty()) return;
@@ -111,8 +112,10 @@ void AviWalk::ReadExtendedHeader(const RiffChunk& dmlh) {
 
 void AviWalk::ReadStreamHeader(const RiffChunk& strh) {
     Require(!formatMissing && streams.size() < std::min<std::size_t>(streamCount, kMaxStreams));
-    const AviStreamHeader header(file.ReadRecord<kStreamHeaderBytes>(strh));
-    Require(header.start <= kMaxStart);  // so that every sample number is an int
+    AviStreamHeader header(file.ReadRecord<kStreamHeaderBytes>(strh));
+    const bool isVideo = rkStreamContainer::KindOf(header.type) == rkStreamContainer::Video;
+    if (!isVideo) header.start = std::min(header.start, kMaxStart);  // no reason to refuse the pictures
+    Require(header.start <= kMaxStart);                              // so that every sample number is an int
     streams.push_back(std::make_unique<rkOpenDMLRawStream>(header));
     stream = streams.back().get();
     formatMissing = true;

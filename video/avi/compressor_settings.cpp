@@ -55,7 +55,8 @@ bool rkCompressorSettings::FromRecord(std::span<const std::uint8_t> bytes) {
 }
 
 bool rkCompressorSettings::Choose(const BITMAPINFOHEADER& format) {
-    COMPVARS choice = {fccType, fccHandler, quality, dataRate, 0, OpenCompressor()};  // what is shown at first
+    COMPVARS choice = {fccType,  fccHandler, quality,
+                       dataRate, 0,          OpenCompressor()};  // what is shown at first
     const bool chosen = ICCompressorChoose(choice, format, L"Choose compressor:");
     if (chosen) {
         fccType = choice.fccType;

@@ -20,24 +20,25 @@ DecompressedFrames::DecompressedFrames(VideoSamples videoSamples, HIC codec, Dec
       unreadable(samples.First() - 1) {}
 
 FrameResult DecompressedFrames::Read(int frame, std::uint8_t* buffer) {
-    if (frame < samples.FirstKey()) return FrameResult::DecodeFailed;
-    const int key = samples.LastKey(frame);
-    if (unreadable >= key && unreadable <= frame) return FrameResult::ReadFailed;
+    const int from = samples.StartFor(frame);
+    if (unreadable >= from && unreadable <= frame) return FrameResult::ReadFailed;
 
-    FrameResult result = IsAhead(frame) ? DecodeTo(frame, buffer) : DecodeFrom(key, frame, buffer);
-    while (result == FrameResult::DecodeFailed && reorders && start > samples.FirstKey() &&
+    FrameResult result = IsAhead(frame) ? DecodeTo(frame, buffer) : DecodeFrom(from, frame, buffer);
+    // A decoder that has met damage on its way may need a new start to be trusted again.
+    if (result == FrameResult::DecodeFailed && start < from) result = DecodeFrom(from, frame, buffer);
+    while (result == FrameResult::DecodeFailed && reorders && start > samples.First() &&
            frame - start < kRunUp)
-        result = DecodeFrom(samples.LastKey(start - 1), frame, buffer);
+        result = DecodeFrom(samples.StartFor(start - 1), frame, buffer);
     return result;
 }
 
 /// Whether decoding comes to the frame as it goes on, with no key sample on the way that is a shorter one.
 bool DecompressedFrames::IsAhead(int frame) const {
-    return running && (frame == nextFrame || (frame > nextFrame && samples.LastKey(frame) < nextSample));
+    return running && (frame == nextFrame || (frame > nextFrame && samples.StartFor(frame) < nextSample));
 }
 
-FrameResult DecompressedFrames::DecodeFrom(int key, int frame, std::uint8_t* buffer) {
-    start = nextSample = nextFrame = key;
+FrameResult DecompressedFrames::DecodeFrom(int sample, int frame, std::uint8_t* buffer) {
+    start = nextSample = nextFrame = sample;
     running = ICDecompressBegin(decoder, formats.Input(), formats.Output()) == ICERR_OK;
     return running ? DecodeTo(frame, buffer) : FrameResult::DecodeFailed;
 }

@@ -29,7 +29,8 @@ struct DecoderFormats {
 /// all from it on, so counting goes on from the key's number. Pictures that are displayed before the key but
 /// stored behind it may refer to samples before it; then decoding starts again from keys before that one.
 ///
-/// `DecodeFailed` for a sample that can't be decoded, what refers to it, and all before the first key.
+/// `DecodeFailed` for a sample that can't be decoded and for what refers to it or to samples before the first one.
+/// Before the first key the decoder itself tells: a codec without references has its pictures there too.
 class DecompressedFrames : public AviFrames {
 public:
     /// `decoder` was located with these formats; `bytes` is the size of a frame.
@@ -41,7 +42,7 @@ public:
 
 private:
     bool IsAhead(int frame) const;
-    FrameResult DecodeFrom(int key, int frame, std::uint8_t* buffer);
+    FrameResult DecodeFrom(int sample, int frame, std::uint8_t* buffer);
     FrameResult DecodeTo(int frame, std::uint8_t* buffer);
     int Feed(std::uint8_t* picture);
 
@@ -53,7 +54,7 @@ private:
 
     bool running = false;
     bool reorders = false;                     // the decoder lagged behind
-    int start = 0;                             // the key sample that decoding started at
+    int start = 0;                             // the sample that decoding started at
     int nextSample = 0;                        // to be fed
     int nextFrame = 0;                         // to come out
     FrameResult readResult = FrameResult::Ok;  // of the last sample

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/file.h"
-#include "video/avi/avi_format.h"
+#include "video/avi/avi_records.h"
 #include "video/avi/stream_container.h"
 #include "video/raw_data_stream.h"
 

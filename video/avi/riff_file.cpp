@@ -1,7 +1,7 @@
 #include "video/avi/riff_file.h"
 
 #include "platform/byte_order.h"
-#include "video/avi/avi_format.h"
+#include "platform/vfw/avi_format.h"
 
 RiffFile::RiffFile(const std::wstring& name) {
     Require(file.Open(name));

@@ -1,6 +1,6 @@
 #include "video/avi/stream_container.h"
 
-#include "platform/vfw/bitmap_format.h"
+#include "platform/vfw/stream_info.h"
 
 rkIRawDataStream* rkStreamContainer::GetStream(int n, StreamKind kind) const {
     for (const auto& stream : streams) {
@@ -12,6 +12,6 @@ rkIRawDataStream* rkStreamContainer::GetStream(int n, StreamKind kind) const {
 }
 
 rkStreamContainer::StreamKind rkStreamContainer::KindOf(std::uint32_t type) {
-    if (type == FourCC('v', 'i', 'd', 's')) return Video;
-    return type == FourCC('a', 'u', 'd', 's') ? Audio : Other;
+    if (type == kFccVideo) return Video;
+    return type == kFccAudio ? Audio : Other;
 }

@@ -19,7 +19,7 @@ constexpr int kDefaultRate = 2997;
 
 AVISTREAMINFOW StreamInfo(int width, int height, int scale, int rate, const std::wstring& title) {
     AVISTREAMINFOW info = {};
-    info.fccType = FourCC('v', 'i', 'd', 's');
+    info.fccType = kFccVideo;
     info.dwScale = static_cast<std::uint32_t>(scale);
     info.dwRate = static_cast<std::uint32_t>(rate);
     info.rcFrame = {0, 0, width, height};

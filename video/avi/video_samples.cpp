@@ -16,8 +16,8 @@ bool VideoSamples::IsKey(int sample) const {
     return sample == firstKey || stream.IsKeyFrame(sample - keyBase);
 }
 
-int VideoSamples::LastKey(int sample) const {
-    while (!IsKey(sample)) --sample;
+int VideoSamples::StartFor(int sample) const {
+    while (sample > first && !IsKey(sample)) --sample;
     return sample;
 }
 

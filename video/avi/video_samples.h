@@ -9,8 +9,7 @@
 
 /// The samples of a container's video stream, numbered from `First()` to `Last()`. Refers to the stream.
 ///
-/// Nothing before the first key sample can be decoded. A stream none of whose samples is marked as one counts
-/// as having it at its start.
+/// A stream none of whose samples is marked as a key counts as having one at its start.
 class VideoSamples {
 public:
     /// `keysCountFromZero`: the stream numbers its key samples from 0 instead of `GetStart`.
@@ -18,10 +17,10 @@ public:
 
     int First() const { return first; }
     int Last() const { return last; }
-    int FirstKey() const { return firstKey; }
     bool IsKey(int sample) const;
-    /// The last key sample at or before `sample`, which isn't before the first one.
-    int LastKey(int sample) const;
+    /// Where decoding starts on the way to `sample`: the last key sample at or before it, or the first sample,
+    /// which a codec without references decodes although nobody marked it.
+    int StartFor(int sample) const;
 
     /// Reads a sample into `bytes`, which stay until the next call.
     FrameResult Read(int sample, std::span<const std::uint8_t>& bytes);

@@ -43,22 +43,18 @@ constexpr std::array<const wchar_t*, 16> kErrorTexts = {
 };
 static_assert(kErrorTexts.size() == rkAviSource::UnsupportedColorSpace + 1);
 
-constexpr std::uint32_t kYv12 = FourCC('Y', 'V', '1', '2');
-constexpr std::uint32_t kYuy2 = FourCC('Y', 'U', 'Y', '2');
-
 /// What `SampleLayout` answers where samples aren't frames of a layout.
 constexpr int kCompressed = -1;
 constexpr int kUnreadableDepth = -2;
 
 /// The layout of the frames that a stream's samples are.
 int SampleLayout(std::uint32_t handler, const BITMAPINFOHEADER& format, bool hasUsualMasks) {
-    constexpr std::uint32_t kBitFields = 3;  // uncompressed, with masks behind the header
     if (format.biCompression == kBitFields && !hasUsualMasks) return kUnreadableDepth;
     const std::uint32_t compression = format.biCompression == kBitFields ? 0 : format.biCompression;
-    const bool isDib = handler == FourCC('D', 'I', 'B', ' ') || handler == FourCC('D', 'I', 'B', '\0');
-    if (handler == kYv12 || (compression == kYv12 && (isDib || handler == kYuy2 || handler == 0)))
+    const bool isDib = handler == kFccDib || handler == kFccDibZero;
+    if (handler == kFccYv12 || (compression == kFccYv12 && (isDib || handler == kFccYuy2 || handler == 0)))
         return YV12;
-    if (handler == kYuy2 || (compression == kYuy2 && isDib)) return YUY2;
+    if (handler == kFccYuy2 || (compression == kFccYuy2 && isDib)) return YUY2;
     // A code of a codec is right even if the handler claims an uncompressed stream.
     if (compression != 0 || (handler != 0 && !isDib)) return kCompressed;
     if (format.biBitCount == 24) return RGB24;
@@ -194,7 +190,9 @@ int rkAviSource::OpenCompressed(bool planar, bool useAviFile) {
 int rkAviSource::ReadNextFrame(std::uint8_t* buffer) {
     if (IsEndOfVideo()) return NoError;
     if (buffer == nullptr) return NullPointer;
-    return static_cast<int>(frames->Read(position++, buffer));
+    const FrameResult result = frames->Read(position, buffer);
+    if (result == FrameResult::Ok) ++position;
+    return static_cast<int>(result);
 }
 
 int rkAviSource::ReadFrame(std::uint8_t* buffer, int frame) {

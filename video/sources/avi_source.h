@@ -14,8 +14,7 @@
 /// The first video stream of an AVI file or a script, uncompressed or through a decompressor.
 ///
 /// Frames are numbered as the stream numbers its samples, which may begin above 0; `GetCurrentFrame` counts
-/// from 0. A failed read goes on to the next frame. Rows of RGB come bottom-up whatever their order in the
-/// file.
+/// from 0. A read that fails stays at its frame. Rows of RGB come bottom-up whatever their order in the file.
 class rkAviSource : public rkFileSource {
 public:
     enum Error {

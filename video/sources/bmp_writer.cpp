@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <fstream>
 #include <new>
 
 #include "kernels/plane.h"
 #include "platform/byte_order.h"
 #include "platform/text.h"
+#include "platform/vfw/output_file.h"
 #include "video/color_space.h"
 #include "video/error_text.h"
 #include "video/raw_layout.h"
@@ -80,14 +80,12 @@ int rkBmpWriter::WriteFrameImage(rkVideoImage& image) {
 int rkBmpWriter::WriteFrame(std::uint8_t* buffer) {
     const auto pixelBytes = static_cast<std::uint32_t>(PackedFrameBytes(RGB24, width, height));
     if (pixelBytes == 0 || buffer == nullptr) return BadDimensions;
-    std::ofstream file(ToUtf8(fileName), std::ios::binary | std::ios::trunc);
-    if (!file) return OpenFailed;
+    OutputFile file;
+    if (!file.Open(fileName)) return OpenFailed;
 
     const Headers headers = MakeHeaders(width, height, pixelBytes);
-    file.write(reinterpret_cast<const char*>(headers.data()), headers.size());
-    file.write(reinterpret_cast<const char*>(buffer), pixelBytes);
-    file.close();
-    return file ? NoError : WriteFailed;
+    const bool isWritten = file.WriteAt(0, headers) && file.WriteAt(headers.size(), {buffer, pixelBytes});
+    return file.Close() && isWritten ? NoError : WriteFailed;
 }
 
 std::string rkBmpFileBytes(rkVideoImage& image) {

@@ -81,7 +81,8 @@ void Check(const Layout& layout, int tag, bool blackMask) {
     frame.Set(layout.Places(5, 2), marked);
     ASSERT_TRUE(frame.Find(blackMask));
     EXPECT_EQ(5, frame.x);
-    EXPECT_EQ(tag == RGB24 ? 1 : 2, frame.y) << "rows of RGB24 lie bottom-up";
+    EXPECT_EQ(tag == RGB24 || tag == RGB32 ? 1 : 2, frame.y)
+        << "these rows lie bottom-up, all others top-down";
 }
 
 TEST(FindMaskPixel, EveryLayout) {

@@ -38,6 +38,7 @@ public:
             const int number = packets++;
             if (number < file.firstPacket) continue;
             if (number == file.zeroedPacket) std::fill_n(packet->data, packet->size, std::uint8_t{0});
+            if (number == file.halvedPacket) av_shrink_packet(packet.get(), packet->size / 2);
             av_packet_rescale_ts(packet.get(), encoder->time_base, stream->time_base);
             packet->stream_index = 0;
             if (av_interleaved_write_frame(output.get(), packet.get()) < 0) return false;

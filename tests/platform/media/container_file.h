@@ -15,6 +15,7 @@ struct ContainerFile {
     const char* times = "";  ///< of the pictures in frames, a digit each; empty: one after another
     int firstPacket = 0;     ///< packets in front of this one aren't written
     int zeroedPacket = -1;   ///< this one is written as zeros
+    int halvedPacket = -1;   ///< and of this one the first half
 };
 
 /// Writes pictures 0, 1, 2 ... of `SamplePicture`, 25 a second; false if the libraries can't.

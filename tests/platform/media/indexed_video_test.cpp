@@ -142,6 +142,28 @@ TEST_F(IndexedVideoTest, CountsFrames) {
     }
 }
 
+// A decoder may keep something of a damaged picture to itself and mix it into a later one, and with several threads it
+// may mark the picture after it handed it over.
+TEST_F(IndexedVideoTest, DamageEndsAtTheNextKey) {
+    ContainerFile file = {"matroska", "libx264", "bf=3:g=6:crf=4:coder=vlc:x264-params=scenecut=0",
+                          18,         32,        16};
+    const auto sound = Make(file, "sound");
+    ASSERT_NE(nullptr, sound) << error;
+    for (file.halvedPacket = 0; file.halvedPacket < file.pictures; ++file.halvedPacket) {
+        SCOPED_TRACE(file.halvedPacket);
+        const auto damaged = Make(file);
+        ASSERT_NE(nullptr, damaged) << error;
+        for (int i = 0; i < file.pictures; ++i) {
+            const AVFrame* frame = damaged->ReadFrame(i);
+            const bool mustBeThere = i / 6 != file.halvedPacket / 6;
+            EXPECT_TRUE(frame != nullptr || !mustBeThere) << i;
+            if (frame != nullptr) {
+                EXPECT_EQ(0, Difference(*sound->ReadFrame(i), *frame)) << i;
+            }
+        }
+    }
+}
+
 // A file that is cut off has fewer frames, or none; those that it has are right.
 TEST_F(IndexedVideoTest, EveryPrefixOfAFile) {
     const ContainerFile file = {"matroska", "ffv1", "", 6, 32, 16};

@@ -143,15 +143,14 @@ TEST(Decoder, TellsADamagedSampleAndWhatRefersToIt) {
         [](auto& bytes) { bytes.resize(1); },
         [](auto& bytes) { bytes.resize(bytes.size() / 2); },
     };
-    // In the arithmetic code of H.264 the zeros behind half a sample can be sound.
+    // In the arithmetic code of H.264 the zeros behind half a sample can be sound, in its other code they hardly are.
     const struct {
         TestStream stream;
         std::size_t damages;
-    } kCases[] = {{MakeMjpeg(12), 3},
-                  {MakeMpeg4(12, 0, 6), 3},
-                  {MakeMpeg4(12, 2, 3), 3},
-                  {MakeH264(12, 0, 6), 2},
-                  {MakeH264(12, 2, 6), 2}};
+        bool isTrusted;  // after damage
+    } kCases[] = {{MakeMjpeg(12), 3, true},       {MakeMpeg4(12, 0, 6), 3, true},
+                  {MakeMpeg4(12, 2, 3), 3, true}, {MakeH264(12, 0, 6), 2, true},
+                  {MakeH264(12, 2, 6), 2, true},  {MakeH264(12, 3, 6, "cabac=0:b-pyramid=normal"), 3, false}};
     for (const auto& c : kCases) {
         for (std::size_t i = 0; i < c.stream.samples.size() * c.damages; ++i) {
             SCOPED_TRACE(testing::Message() << (&c - kCases) << ", sample and damage " << i);
@@ -171,7 +170,7 @@ TEST(Decoder, TellsADamagedSampleAndWhatRefersToIt) {
                 }
             }
             EXPECT_GE(failures, 1);
-            EXPECT_LE(failures, 9) << "a key frame behind it ends it";
+            EXPECT_LE(failures, c.isTrusted ? 9 : 11) << "a key frame behind it ends it";
         }
     }
 }

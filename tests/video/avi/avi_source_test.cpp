@@ -120,11 +120,14 @@ TEST_F(AviSource, NumbersFramesAsTheStreamDoes) {
     rkVideoImage image;
     image.Create(2, 1, YUY2, 0);
     std::memset(image.Data(), '=', 64);
-    for (const char* what : {"dropped", "too short", "too long"})
+    for (const char* what : {"dropped", "and again"})
         EXPECT_EQ(rkAviSource::ReadFailed, source.ReadNextFrameImage(image)) << what;
+    EXPECT_EQ(1, source.GetCurrentFrame()) << "where it failed";
+    for (const int failing : {9, 10})  // too short, too long
+        EXPECT_EQ(rkAviSource::ReadFailed, source.ReadFrameImage(image, failing)) << failing;
+    EXPECT_EQ(3, source.GetCurrentFrame());
     EXPECT_EQ('=', image.Data()[0]) << "no sample that isn't a frame shows";
-    EXPECT_EQ(4, source.GetCurrentFrame());
-    EXPECT_EQ("eeee", ReadBytes(source));
+    EXPECT_EQ("eeee", ReadBytes(source, 11));
     EXPECT_TRUE(source.IsEndOfVideo());
     EXPECT_EQ("####", ReadBytes(source)) << "behind the end the buffer stays";
 }

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include "tests/video/packed_frame.h"
 #include "tests/video/sources/source_files.h"
 #include "video/color_space.h"
@@ -139,6 +141,11 @@ TEST_F(Bmp, WriterRefuses) {
     EXPECT_EQ(rkBmpWriter::OpenFailed, writer.WriteFrame(frame.data()));
     EXPECT_EQ(0, writer.Open(L"/dev/full", 2, 2));
     EXPECT_EQ(rkBmpWriter::WriteFailed, writer.WriteFrame(frame.data()));
+    const std::wstring pipe = directory + L"/pipe.bmp";
+    ASSERT_EQ(0, mkfifo(ToUtf8(pipe).c_str(), 0600));
+    EXPECT_EQ(0, writer.Open(pipe, 2, 2));
+    EXPECT_EQ(rkBmpWriter::OpenFailed, writer.WriteFrame(frame.data())) << "and doesn't wait for a reader";
+    EXPECT_EQ(0, writer.Open(L"/dev/full", 2, 2));
 
     rkVideoImage image;
     image.Create(2, 2, YUV, 0);

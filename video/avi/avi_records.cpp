@@ -1,4 +1,4 @@
-#include "video/avi/avi_format.h"
+#include "video/avi/avi_records.h"
 
 #include "platform/byte_order.h"
 
