@@ -1,10 +1,10 @@
 #include "cli/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <initializer_list>
 #include <limits>
-#include <map>
 #include <string_view>
 
 #include "platform/program_version.h"
@@ -108,13 +108,16 @@ public:
     /// False after `--help` or `--version`, with their text in `message`.
     bool Parse(int argc, const char* const* argv, std::string& message) {
         try {
-            app.parse(argc, argv);
+            app.parse(Arguments(argc, argv));
         } catch (const CLI::CallForHelp&) {
             message = app.help();
             return false;
         } catch (const CLI::CallForVersion&) {
             message = app.version() + "\n";
             return false;
+        } catch (const CLI::ArgumentMismatch& error) {
+            const std::string name = std::string(error.what()).substr(0, std::string(error.what()).find(':'));
+            throw Missing(name, app.get_option(name));
         } catch (const CLI::ParseError& error) {
             throw UsageError(error.what());
         }
@@ -127,6 +130,41 @@ public:
     }
 
 private:
+    /// The arguments, the last one first as the parser wants them. In place of "--name=" it gets the option and an empty
+    /// value, which it would pass over for the next argument.
+    std::vector<std::string> Arguments(int argc, const char* const* argv) const {
+        std::vector<std::string> arguments;
+        for (int i = 1; i < argc; ++i) {
+            const std::string argument = argv[i];
+            const std::size_t equals = argument.starts_with("--") ? argument.find('=') : argument.npos;
+            const std::string name = argument.substr(0, equals);
+            const CLI::Option* option = equals == argument.npos ? nullptr : app.get_option_no_throw(name);
+            if (option != nullptr && option->get_expected_max() == 0)
+                throw UsageError(name + " takes no value; it got \"" + argument.substr(equals + 1) + "\"");
+            const bool isEmpty = option != nullptr && equals + 1 == argument.size();
+            arguments.push_back(isEmpty ? name : argument);
+            if (isEmpty) arguments.emplace_back();
+        }
+        std::reverse(arguments.begin(), arguments.end());
+        return arguments;
+    }
+
+    static UsageError Missing(const std::string& name, const CLI::Option* option) {
+        return UsageError(name + " takes " + option->get_type_name() + ": " + option->get_description());
+    }
+
+    /// An option that takes one of some words, the first of them unless it is given; `target` gets its position.
+    template <class Target>
+    void AddChoice(const std::string& name, Target& target, const std::vector<std::string>& words,
+                   const std::string& description, const char* group) {
+        std::string list;
+        for (const std::string& word : words) list += (list.empty() ? "" : "|") + word;
+        app.add_option(name, target, description + " (default " + words.front() + ")")
+            ->type_name(list)
+            ->transform(Choice(words))
+            ->group(group);
+    }
+
     void AddInputs() {
         for (std::size_t i = 0; i < RoleCount; ++i) {
             const std::string name = std::string("--") + kRoleNames[i];
@@ -201,10 +239,8 @@ private:
             ->group("Measurement");
         app.add_flag("--list-metrics", options.listMetrics, "Print the list of metrics")
             ->group("Measurement");
-        app.add_option("--matrix", options.matrix, "YUV/RGB matrix: rec601 (default) or pc601")
-            ->type_name("WORD")
-            ->transform(Choice({{"rec601", 0}, {"pc601", 1}}))
-            ->group("Measurement");
+        AddChoice("--matrix", options.matrix, {"rec601", "pc601"}, "Matrix between YUV and RGB",
+                  "Measurement");
         app.add_option("--threads", options.threads, "Number of threads")
             ->type_name("N")
             ->check(CLI::Range(1, 1024).description(""))
@@ -217,21 +253,14 @@ private:
         app.add_option("--csv", raw.csvDirectory, "Save a CSV file in this directory")
             ->type_name("DIR")
             ->group("Outputs");
-        app.add_option("--csv-naming", options.csv.naming, "prefix (default), postfix or custom")
-            ->type_name("WORD")
-            ->transform(Choice({{"prefix", 0}, {"postfix", 1}, {"custom", 2}}))
-            ->group("Outputs");
-        app.add_option("--csv-name", raw.csvName, "File name for custom naming")
+        AddChoice("--csv-naming", options.csv.naming, {"prefix", "postfix", "custom"},
+                  "Its name begins or ends with the metrics, or is that of --csv-name", "Outputs");
+        app.add_option("--csv-name", raw.csvName, "File name for --csv-naming custom")
             ->type_name("NAME")
             ->group("Outputs");
-        app.add_option("--csv-separator", options.csv.semicolon, "comma (default) or semicolon")
-            ->type_name("WORD")
-            ->transform(Choice({{"comma", 0}, {"semicolon", 1}}))
-            ->group("Outputs");
-        app.add_option("--csv-decimal", options.csv.decimalComma, "dot (default) or comma")
-            ->type_name("WORD")
-            ->transform(Choice({{"dot", 0}, {"comma", 1}}))
-            ->group("Outputs");
+        AddChoice("--csv-separator", options.csv.semicolon, {"comma", "semicolon"}, "Between its cells",
+                  "Outputs");
+        AddChoice("--csv-decimal", options.csv.decimalComma, {"dot", "comma"}, "In its numbers", "Outputs");
         app.add_flag("--csv-unicode", options.csv.unicode, "Write the CSV file in 16-bit characters")
             ->group("Outputs");
         app.add_option("--json", raw.json, "Save the results as JSON, - for standard output")
@@ -239,39 +268,35 @@ private:
             ->expected(0, 1)
             ->group("Outputs");
         app.add_option("--log", raw.log, "Append the log to this file")->type_name("FILE")->group("Outputs");
-        app.add_option("--progress", progress, "auto (default), always or never")
-            ->type_name("WORD")
-            ->transform(Choice({{"auto", 0}, {"always", 1}, {"never", 2}}))
-            ->group("Outputs");
+        AddChoice("--progress", progress, {"auto", "always", "never"},
+                  "Show a progress bar on standard error; auto: on a terminal", "Outputs");
         app.add_flag("-q,--quiet", options.quiet, "No log lines on standard error")->group("Outputs");
     }
 
     void AddPictures() {
         VisualizationOptions& visualization = options.visualization;
         app.add_option("--visualize", raw.visualizationDirectory,
-                       "Save a video of what each metric sees in this directory")
+                       "Save what each metric sees in this directory: a video, or a bitmap for bitmaps")
             ->type_name("DIR")
             ->group("Pictures");
-        app.add_option("--vis-naming", visualization.naming, "prefix (default) or postfix")
-            ->type_name("WORD")
-            ->transform(Choice({{"prefix", 0}, {"postfix", 1}}))
-            ->group("Pictures");
+        AddChoice("--vis-naming", visualization.naming, {"prefix", "postfix"},
+                  "Their names begin or end with the metric", "Pictures");
         app.add_option("--codec", visualization.codec)
             ->type_name("FOURCC[:QUALITY]")
             ->description(
                 "Compress these videos, quality 0 to 100 (default 75); \"--codec list\" prints the codecs")
             ->group("Pictures");
-        app.add_option("--caption-position", visualization.captionAtBottom, "top (default) or bottom")
-            ->type_name("WORD")
-            ->transform(Choice({{"top", 0}, {"bottom", 1}}))
-            ->group("Pictures");
+        AddChoice("--caption-position", visualization.captionAtBottom, {"top", "bottom"},
+                  "Where the caption stands in them", "Pictures");
         app.add_flag("--caption-frame", visualization.captionFrame, "Captions have the frame's number")
             ->group("Pictures");
         app.add_flag("--no-caption-value", visualization.noCaptionValue, "Captions have no values")
             ->group("Pictures");
 
         app.add_option("--bad-frames", raw.badFramesDirectory,
-                       "Save the pictures of the worst frames in this directory")
+                       "Save the pictures of the worst frames in this directory; with several metrics the "
+                       "first one in the "
+                       "results decides")
             ->type_name("DIR")
             ->group("Pictures");
         app.add_option("--bad-frames-type", options.badFrames.type)
@@ -292,17 +317,17 @@ private:
             ->group("Pictures");
     }
 
-    /// Turns one of the given words into its number; any other word is refused with the list.
-    static CLI::Validator Choice(const std::vector<std::pair<std::string, int>>& words) {
-        std::string list;
-        for (const auto& word : words) list += (list.empty() ? "" : ", ") + word.first;
-        const auto turn = [words, list](std::string& text) -> std::string {
-            for (const auto& [word, number] : words) {
-                if (text != word) continue;
-                text = std::to_string(number);
-                return {};
+    /// Turns one of the given words into its position; any other word is refused with the list.
+    static CLI::Validator Choice(const std::vector<std::string>& words) {
+        const auto turn = [words](std::string& text) -> std::string {
+            const auto found = std::find(words.begin(), words.end(), text);
+            if (found == words.end()) {
+                std::string list;
+                for (const std::string& word : words) list += (list.empty() ? "" : ", ") + word;
+                return "takes one of " + list + "; it got \"" + text + "\"";
             }
-            return "takes one of " + list + "; it got \"" + text + "\"";
+            text = std::to_string(found - words.begin());
+            return {};
         };
         return CLI::Validator(turn, "");
     }
@@ -343,6 +368,7 @@ private:
                 throw UsageError("--json takes a file, or - for standard output");
         }
         options.log = FromUtf8(raw.log);
+        if (app.count("--log") > 0 && raw.log.empty()) throw UsageError("--log takes a file");
         CheckPictures();
     }
 
@@ -372,7 +398,7 @@ private:
     /// The parser would take the last value of a repeated option without a word.
     void CheckGivenOnce() const {
         for (const CLI::Option* option : app.get_options()) {
-            if (option->count() > 1 && option->get_type_size() > 0 && option->get_name() != "--metric") {
+            if (option->count() > 1 && option->get_expected_max() > 0 && option->get_name() != "--metric") {
                 throw UsageError(option->get_name() + " takes one " + option->get_type_name() +
                                  " and may be given once");
             }

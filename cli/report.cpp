@@ -15,6 +15,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string NineDigits(double value) {
+    if (std::isnan(value)) return "nan";  // the library shows its sign, which says nothing
     char text[32];
     std::snprintf(text, sizeof text, "%.9g", value);
     return text;

@@ -17,7 +17,7 @@ constexpr int kColumnWidth = 150;  // of a caption on the right
 constexpr int kProgramX = 40;      // of the program's name, from its maker's
 constexpr int kFilesY = 20;        // of a value's lines, from the line before them
 constexpr int kValueY = 35;
-constexpr int kGap = 5;  // at least, between two texts of a line
+constexpr int kGap = 3;  // between two texts of a line
 constexpr int kDigits = 6;
 
 enum Position : int { TopLeft = 0, BottomLeft = 1, TopRight = 2, BottomRight = 3 };
@@ -95,13 +95,13 @@ std::vector<CaptionText> CaptionTexts(int width, int height, const CaptionSettin
 
 void DrawCaption(TextRaster& raster, const Bitmap24& bitmap, const CaptionSettings& settings,
                  const CaptionSubject& subject) {
-    int lineY = -1;
-    int freeX = 0;  // in that line
-    for (const CaptionText& text : CaptionTexts(bitmap.width, bitmap.height, settings, subject)) {
-        if (text.y != lineY) freeX = text.x;
-        const int x = std::max(text.x, freeX);  // a wide font pushes what follows
-        if (!text.isMaker) raster.Draw(bitmap, x + 1, text.y + 1, text.text, kDarkGrey);
-        freeX = raster.Draw(bitmap, x, text.y, text.text, text.isMaker ? kRed : kLightGrey) + kGap;
-        lineY = text.y;
+    const std::vector<CaptionText> texts = CaptionTexts(bitmap.width, bitmap.height, settings, subject);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        const auto& [x, y, text, isMaker] = texts[i];
+        // What follows in the line stands at its place, however wide the font is.
+        const bool isFollowed = i + 1 < texts.size() && texts[i + 1].y == y;
+        const int room = isFollowed ? texts[i + 1].x - x - kGap : TextRaster::kAnyWidth;
+        if (!isMaker) raster.Draw(bitmap, x + 1, y + 1, text, kDarkGrey, room);
+        raster.Draw(bitmap, x, y, text, isMaker ? kRed : kLightGrey, room);
     }
 }

@@ -18,9 +18,10 @@ constexpr std::size_t kNarrowestNumber = 5;
 
 /// As `%5.5f` writes it in the C locale, whatever the process's locale.
 std::wstring FixedNumber(float value) {
+    // Not a number has no sign that would say anything.
+    const double shown = std::isnan(value) ? std::fabs(value) : value;
     char text[64];  // the greatest float has 39 digits before the point
-    const auto end = std::to_chars(text, text + sizeof text, static_cast<double>(value),
-                                   std::chars_format::fixed, kDecimals);
+    const auto end = std::to_chars(text, text + sizeof text, shown, std::chars_format::fixed, kDecimals);
     std::wstring number(text, end.ptr);
     if (number.size() < kNarrowestNumber)
         number.insert(0, kNarrowestNumber - number.size(), L' ');  // inf and nan

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <type_traits>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "output/font_list.h"
@@ -24,6 +24,7 @@ using LibraryPtr = std::unique_ptr<std::remove_pointer_t<FT_Library>, DoneLibrar
 using FacePtr = std::unique_ptr<std::remove_pointer_t<FT_Face>, DoneFace>;
 
 constexpr char32_t kReplacementCharacter = 0xFFFD;
+constexpr FT_Fixed kNatural = 1 << 16;  // the share of its own width that a character gets
 
 /// A character as it is drawn.
 struct Glyph {
@@ -74,14 +75,23 @@ public:
 
     bool IsUsable() const { return !faces.empty() && faces.begin()->second != nullptr; }
 
-    const Glyph& GlyphOf(char32_t character) {
-        const auto [found, isNew] = glyphs.try_emplace(character);
-        if (isNew) found->second = Render(character);
+    const Glyph& GlyphOf(char32_t character, FT_Fixed share) {
+        const auto [found, isNew] = glyphs.try_emplace({character, share});
+        if (isNew) found->second = Render(character, share);
         return found->second;
     }
 
+    /// The share of their widths that characters get so that the text fits.
+    FT_Fixed ShareFor(std::wstring_view text, int room) {
+        if (room == kAnyWidth) return kNatural;
+        FT_Fixed width = 0;
+        for (const wchar_t character : text)
+            width += GlyphOf(static_cast<char32_t>(character), kNatural).advance;
+        return width > room ? kNatural * room / width : kNatural;
+    }
+
 private:
-    Glyph Render(char32_t character) {
+    Glyph Render(char32_t character, FT_Fixed share) {
         int font = list.FontOf(character);
         if (font < 0) {
             character = kReplacementCharacter;
@@ -89,11 +99,13 @@ private:
         }
         const FT_Face face = FaceAt(font);
         if (face == nullptr) return {};
+        FT_Matrix squeeze = {share, 0, 0, kNatural};
+        FT_Set_Transform(face, &squeeze, nullptr);
         if (FT_Load_Char(face, character, FT_LOAD_RENDER | FT_LOAD_NO_BITMAP) != 0) return {};
 
         const FT_GlyphSlot slot = face->glyph;
         Glyph glyph;
-        glyph.advance = static_cast<int>(slot->advance.x >> 6);
+        glyph.advance = static_cast<int>((slot->advance.x + 32) >> 6);
         const FT_Bitmap& picture = slot->bitmap;
         if (picture.pixel_mode != FT_PIXEL_MODE_GRAY) return glyph;
         glyph.left = slot->bitmap_left;
@@ -132,7 +144,7 @@ private:
     const FontList& list = FontList::System();
     LibraryPtr library;
     std::map<int, FacePtr> faces;  // by position in the list; the first one always
-    std::unordered_map<char32_t, Glyph> glyphs;
+    std::map<std::pair<char32_t, FT_Fixed>, Glyph> glyphs;
 };
 
 TextRaster::TextRaster() : font(std::make_unique<Font>()) {}
@@ -143,11 +155,13 @@ bool TextRaster::HasFont() const {
     return font->IsUsable();
 }
 
-int TextRaster::Draw(const Bitmap24& bitmap, int x, int y, std::wstring_view text, Metric::Bgr color) {
+int TextRaster::Draw(const Bitmap24& bitmap, int x, int y, std::wstring_view text, Metric::Bgr color,
+                     int room) {
     if (!HasFont()) return x;
+    const FT_Fixed share = font->ShareFor(text, room);
     for (const wchar_t character : text) {
         if (x >= bitmap.width) break;  // a name may be as long as it likes
-        const Glyph& glyph = font->GlyphOf(static_cast<char32_t>(character));
+        const Glyph& glyph = font->GlyphOf(static_cast<char32_t>(character), share);
         DrawGlyph(bitmap, x + glyph.left, y + glyph.top, glyph, color);
         x += glyph.advance;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -34,9 +35,12 @@ public:
 
     bool HasFont() const;
 
-    /// Draws with the line's left top at (x, y), on what is there; what lies outside the picture is left out. The column
-    /// behind the text.
-    int Draw(const Bitmap24& bitmap, int x, int y, std::wstring_view text, Metric::Bgr color);
+    static constexpr int kAnyWidth = INT_MAX;
+
+    /// Draws with the line's left top at (x, y), on what is there; what lies outside the picture is left out. Text wider
+    /// than `room` is squeezed into it. The column behind the text.
+    int Draw(const Bitmap24& bitmap, int x, int y, std::wstring_view text, Metric::Bgr color,
+             int room = kAnyWidth);
 
 private:
     class Font;

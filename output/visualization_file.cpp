@@ -1,8 +1,6 @@
 #include "output/visualization_file.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -11,7 +9,7 @@
 #include "output/caption.h"
 #include "output/output_path.h"
 #include "output/picture_file.h"
-#include "platform/text.h"
+#include "platform/file.h"
 #include "video/file_kind.h"
 #include "video/video_image.h"
 
@@ -20,11 +18,6 @@ namespace {
 // Frames a second, whatever the inputs have.
 constexpr int kScale = 1;
 constexpr int kRate = 25;
-
-bool IsDirectory(const std::wstring& directory) {
-    std::error_code ignored;
-    return directory.empty() || std::filesystem::is_directory(ToUtf8(directory), ignored);
-}
 
 }  // namespace
 
@@ -63,7 +56,7 @@ std::wstring CVisualizationFile::FileName(const CResultsStore& store) const {
 }
 
 bool CVisualizationFile::Open() {
-    if (rkIsBmpName(path)) return IsDirectory(settings.outputDir);  // each frame makes the file anew
+    if (rkIsBmpName(path)) return CanReplaceFile(path);  // each frame makes the file anew
     hasFile = video.OpenWriterWithSettings(path, settings.width, settings.height, kScale, kRate,
                                            settings.compressor);
     return hasFile;

@@ -27,7 +27,8 @@ public:
     /// The name got a number.
     bool IsNumbered() const { return isNumbered; }
 
-    /// False if the file can't be made, as in a directory that doesn't exist.
+    /// False if the file can't be made, as in a directory that doesn't exist or may not be written to. A bitmap isn't
+    /// there yet behind it.
     bool Open();
 
     /// Writes a metric's picture, an `RGB24` image of the settings' size with its rows from the top, under its caption;

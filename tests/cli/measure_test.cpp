@@ -75,6 +75,26 @@ TEST(Measure, PrintsOneLineAResult) {
     EXPECT_EQ("", run.errors);
 }
 
+// MSSSIM has no value where contrast is inverted as a whole.
+TEST(Measure, NoNumberIsSaidInOneWay) {
+    const TemporaryDirectory directory;
+    std::mt19937 random(3);
+    std::string noise(64 * 64 * 3 / 2, 0), inverted(noise);
+    for (std::size_t i = 0; i < noise.size(); ++i) {
+        noise[i] = static_cast<char>(random());
+        inverted[i] = static_cast<char>(~noise[i]);
+    }
+    const std::string pair = "--size 64x64 -m msssim_precise --original " + directory.Write("a.yuv", noise) +
+                             " --processed " + directory.Write("b.yuv", inverted) + " --csv " +
+                             directory.Path("") + " --visualize " + directory.Path("");
+    EXPECT_EQ("MSSSIM (precise) YYUV a.yuv b.yuv nan\n", RunProgram(pair + " -q").output);
+    const json run = Measured(pair);
+    EXPECT_TRUE(run["results"][0]["average"].is_null() && run["results"][0]["values"][0].is_null());
+    const std::string csv = ReadWhole(run["outputs"]["csv"]);
+    EXPECT_NE(csv.npos, csv.find("nan"));
+    EXPECT_EQ(csv.npos, csv.find("-nan"));
+}
+
 TEST(Measure, LogsInTheDesktopsFormat) {
     const TemporaryDirectory directory;
     const std::string log = directory.Path("log.txt");

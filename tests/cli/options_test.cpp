@@ -14,6 +14,7 @@ TEST(Options, WrongOnesAreNamed) {
         {"", "--original"},
         {"--original", "--original"},
         {"--original ''", "--original"},
+        {"--original= --processed a.y4m", "--original takes"},
         {"--original a.y4m", "--processed"},
         {"--original a.yuv --processed b.yuv", "--size"},
         {"--original a.yuv --processed b.yuv --size 0x16", "--size"},
@@ -34,6 +35,10 @@ TEST(Options, WrongOnesAreNamed) {
         {"--original a.y4m --processed b.y4m --csv-naming custom", "--csv-name"},
         {"--original a.y4m --processed b.y4m --csv d --csv-naming custom --csv-name ../x", "--csv-name"},
         {"--original a.y4m --processed b.y4m --progress sometimes", "--progress"},
+        {"--progress", "--progress takes auto|always|never"},
+        {"--original a.y4m --matrix", "--matrix takes rec601|pc601"},
+        {"--original a.y4m --processed b.y4m --quiet=no", "--quiet takes no value"},
+        {"--original a.y4m --processed b.y4m --log=", "--log takes"},
         {"--original a.y4m --processed b.y4m --original c.y4m", "--original"},
         {"--original a.y4m --processed b.y4m --size 16x16", "--size"},
         {"--original a.y4m --processed b.yuv --processed-size 99999x99999", "--processed-size"},
@@ -81,7 +86,7 @@ TEST(Options, HelpVersionAndList) {
     for (const char* option : {"--original", "--metric", "--matrix", "--json", "--csv", "--quiet"}) {
         EXPECT_NE(help.output.npos, help.output.find(option)) << option;
     }
-    const ProgramRun list = RunProgram("--list-metrics");
+    const ProgramRun list = RunProgram("-q -q --list-metrics");
     EXPECT_EQ(0, list.status);
     EXPECT_EQ("  0  psnr              PSNR                              YUVRGBL   2  dB\n",
               list.output.substr(0, list.output.find('\n') + 1));

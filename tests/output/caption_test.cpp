@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <vector>
 
 namespace {
 
@@ -83,4 +85,19 @@ TEST_F(Caption, Numbers) {
         values = {{0, value}};
         EXPECT_EQ(std::wstring(L"PSNR YYUV: ") + text, Texts({0, true, false}).back().text);
     }
+}
+
+// Beside its maker's, however wide the system's font is.
+TEST_F(Caption, TheProgramsNameStandsAtItsPlace) {
+    constexpr int kWidth = 200, kHeight = 40, kNameX = 15 + 40;
+    constexpr std::size_t kRowBytes = 3 * kWidth;
+    std::vector<std::uint8_t> drawn(kRowBytes * kHeight), name(drawn);
+    TextRaster raster;
+    DrawCaption(raster, {drawn.data(), kWidth, kHeight, kRowBytes}, {0, false, false},
+                {0, values, false, store, Metric::GetMetricList()});
+    const Bitmap24 bitmap = {name.data(), kWidth, kHeight, kRowBytes};
+    raster.Draw(bitmap, kNameX + 1, 16, L"Tolvane 3.0", {0x28, 0x28, 0x28});
+    raster.Draw(bitmap, kNameX, 15, L"Tolvane 3.0", {0xDC, 0xDC, 0xDC});
+    for (std::size_t at = 3 * kNameX; at < drawn.size(); at += kRowBytes)
+        EXPECT_TRUE(std::equal(&name[at], &name[at] + kRowBytes - 3 * kNameX, &drawn[at])) << at / kRowBytes;
 }

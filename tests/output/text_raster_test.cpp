@@ -81,3 +81,17 @@ TEST(TextRaster, EveryCharacterShows) {
         EXPECT_GT(InkOf(std::wstring(1, character)), 0) << static_cast<long>(character);
     EXPECT_NE(InkOf(L"a"), InkOf(L"\u0416")) << "both are letters of their own";
 }
+
+TEST(TextRaster, SqueezesIntoTheRoomThereIs) {
+    TextRaster raster;
+    Canvas canvas(60, 15);
+    const int natural = raster.Draw(canvas.Bitmap(), 0, 0, L"Lumetry", kWhite);
+    EXPECT_EQ(natural, raster.Draw(canvas.Bitmap(), 0, 0, L"Lumetry", kWhite, natural));
+    Canvas narrow(60, 15);
+    EXPECT_NEAR(30, raster.Draw(narrow.Bitmap(), 0, 0, L"Lumetry", kWhite, 30), 3) << "whole pixels a letter";
+    EXPECT_EQ(0, std::accumulate(narrow.bytes.begin(), narrow.bytes.end(), 0,
+                                 [&, at = 0](int sum, int byte) mutable {
+                                     return sum + (at++ / 3 % narrow.width > 33 ? byte : 0);
+                                 }));
+    EXPECT_EQ(natural, raster.Draw(canvas.Bitmap(), 0, 0, L"Lumetry", kWhite)) << "and the next one isn't";
+}

@@ -82,4 +82,10 @@ TEST_F(Visualization, NeedsItsDirectory) {
     AddResult({L"o.bmp"});
     EXPECT_FALSE(CVisualizationFile(settings, ids, store).Open());
     EXPECT_FALSE(std::filesystem::exists(temporary.Path("missing")));
+
+    settings.outputDir = L"/proc/self";  // where even root makes no file
+    EXPECT_FALSE(CVisualizationFile(settings, ids, store).Open());
+    settings.outputDir = FromUtf8(temporary.Root().native());
+    EXPECT_TRUE(CVisualizationFile(settings, ids, store).Open());
+    EXPECT_TRUE(std::filesystem::is_empty(temporary.Root())) << "a bitmap is there with its first frame";
 }
