@@ -43,6 +43,7 @@ std::string IndexedVideo::ReadProperties() {
     }
     const AVStream& stream = file.Stream();
     properties.frameCount = index.FrameCount();
+    properties.isCutOff = index.IsCutOff();
     const AVRational rate = IsSet(stream.avg_frame_rate) ? stream.avg_frame_rate : stream.r_frame_rate;
     if (IsSet(rate)) {
         properties.rate = static_cast<std::uint32_t>(rate.num);

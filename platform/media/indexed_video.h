@@ -27,6 +27,7 @@ public:
         AVPixelFormat format = AV_PIX_FMT_NONE;
         AVColorRange range = AVCOL_RANGE_UNSPECIFIED;
         int frameCount = 0;
+        bool isCutOff = false;  ///< the end of the file is missing, and frames with it
         /// Frames a second are `rate / scale`: the average that the container states.
         std::uint32_t rate = 25;
         std::uint32_t scale = 1;

@@ -162,6 +162,7 @@ bool MediaFile::ReadStreamPacket(AVPacket& packet) {
         if (error == AVERROR(EAGAIN)) {
             ++retries;
         } else if (error < 0) {
+            endsEarly = complaints.Take() || error != AVERROR_EOF;
             return false;
         } else if (packet.stream_index == static_cast<int>(streamNumber) && packet.size > 0) {
             // A packet without bytes would mean the end to a decoder.

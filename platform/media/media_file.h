@@ -36,6 +36,8 @@ public:
     /// The next packet; it has AV_PKT_FLAG_CORRUPT if bytes of it, or packets in front of it, are missing.
     /// False at the end, and where the file can't be read any further.
     bool ReadPacket(AVPacket& packet);
+    /// Whether the last `ReadPacket` that answered false met something else than the container's own end.
+    bool EndsEarly() const { return endsEarly; }
 
     /// Goes to a packet near this time of the stream's clock, at or before it if the container can; the next
     /// `ReadPacket` tells where that was. False if it can't go anywhere.
@@ -61,6 +63,7 @@ private:
     InputPtr input;
     unsigned streamNumber = 0;
     bool isAvi = false;
+    bool endsEarly = false;
     /// Gives each picture a packet of its own where two were put into one; null where that doesn't occur.
     std::unique_ptr<AVBSFContext, BitstreamFilterDeleter> unpacking;
 };

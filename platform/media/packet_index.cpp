@@ -48,7 +48,8 @@ bool PacketIndex::ReadPackets(MediaFile& file) {
         packets.push_back(inspector.Inspect(*packet));
     }
     // What a file that is cut off holds of its last packet is no frame.
-    while (!packets.empty() && packets.back().isDamaged) packets.pop_back();
+    isCutOff = file.EndsEarly();
+    for (; !packets.empty() && packets.back().isDamaged; packets.pop_back()) isCutOff = true;
     return true;
 }
 

@@ -19,6 +19,8 @@ public:
     std::string Build(MediaFile& file);
 
     int FrameCount() const { return frameCount; }
+    /// Whether the file lacks its end: there were more frames once. Not every container can tell.
+    bool IsCutOff() const { return isCutOff; }
     /// The picture of a frame; -1 for a frame before the first picture, and out of range.
     int PictureOf(int frame) const;
 
@@ -49,5 +51,6 @@ private:
     std::vector<int> packetOfPicture, pictureOfPacket;
     std::vector<int> firstFrames;  // of pictures, ascending
     int frameCount = 0;
+    bool isCutOff = false;
     int reorderDepth = 0;
 };

@@ -20,6 +20,13 @@ const char* NameOf(Surface surface) {
     return "";
 }
 
+/// What a user has to know of the clip; what matters most comes first, as the text may be cut.
+std::string Describe(const IndexedVideo::Properties& source, Surface surface) {
+    const std::string conversion = DescribeConversion(source.format, source.range, surface);
+    if (!source.isCutOff) return conversion;
+    return conversion.empty() ? "the file is cut off" : "the file is cut off, " + conversion;
+}
+
 class ContainerClip : public Clip {
 public:
     ContainerClip(std::unique_ptr<IndexedVideo> clipVideo, Surface surface)
@@ -32,7 +39,7 @@ public:
         properties.frameCount = source.frameCount;
         properties.rate = source.rate;
         properties.scale = source.scale;
-        properties.description = DescribeConversion(source.format, source.range, surface);
+        properties.description = Describe(source, surface);
     }
 
     const Properties& GetProperties() const override { return properties; }

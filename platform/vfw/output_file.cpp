@@ -1,6 +1,7 @@
 #include "platform/vfw/output_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -32,5 +33,9 @@ bool OutputFile::CutTo(std::uint64_t size) const {
 
 bool OutputFile::Close() {
     const int closing = std::exchange(descriptor, -1);
-    return closing < 0 || close(closing) == 0;
+    if (closing < 0) return true;
+    // What is written to a file that was deleted meanwhile goes through, and nobody can read it.
+    struct stat written = {};
+    const bool isDeleted = fstat(closing, &written) == 0 && S_ISREG(written.st_mode) && written.st_nlink == 0;
+    return close(closing) == 0 && !isDeleted;
 }

@@ -7,6 +7,7 @@ void TurnOrder::Feed(int sample) {
 }
 
 void TurnOrder::SetFailure(int picturesReady) {
+    if (open.back().kind != Kind::Failure) ++failures;
     open.back().kind = Kind::Failure;
     open.back().place = taken + picturesReady;
 }
@@ -28,6 +29,7 @@ std::optional<TurnOrder::Turn> TurnOrder::Next(std::optional<int> picture, bool 
     const auto next = NextOpen(picture, isKey, finished);
     if (next == open.end()) return std::nullopt;
     Turn turn = {next->kind, next->number};
+    if (turn.kind == Kind::Failure) --failures;
     if (turn.kind == Kind::Picture && turn.sample != picture) turn.kind = Kind::Failure;  // it never came
     open.erase(next);
     ++taken;
@@ -36,10 +38,12 @@ std::optional<TurnOrder::Turn> TurnOrder::Next(std::optional<int> picture, bool 
 
 std::deque<TurnOrder::Sample>::iterator TurnOrder::NextOpen(std::optional<int> picture, bool isKey,
                                                             bool finished) {
-    const auto due = std::find_if(open.begin(), open.end(), [this](const Sample& s) {
-        return s.kind != Kind::Picture && s.place <= taken;
-    });
-    if (due != open.end()) return due;
+    for (auto sample = open.begin(); sample != open.end(); ++sample) {
+        if (sample->kind == Kind::Picture) continue;
+        if (sample->place <= taken) return sample;
+        // The places of repeats ascend: behind one that has to wait, thousands may be waiting too.
+        if (failures == 0) break;
+    }
     if (!picture) return finished ? open.begin() : open.end();
     if (isKey) return open.begin();  // the key frame itself, if nothing before it is missing
     return std::find_if(open.begin(), open.end(), [=](const Sample& s) { return s.number == *picture; });

@@ -44,5 +44,6 @@ private:
 
     int fed = 0;
     int taken = 0;
-    std::deque<Sample> open;  ///< in the order of feeding; hardly more than a codec holds back
+    int failures = 0;         ///< among the open ones
+    std::deque<Sample> open;  ///< in the order of feeding; what a codec holds back, and repeats behind it
 };

@@ -81,10 +81,13 @@ private:
 inline Metric::CMetricList FakeList(const std::vector<FakeKind>& kinds) {
     Metric::CMetricList list;
     for (const FakeKind& kind : kinds) {
-        list.Append(0, [kind, isSample = true](const Metric::MetricParameters& parameters) mutable {
-            const bool exists = std::exchange(isSample, false) || kind.loads;
-            return exists ? std::make_unique<FakeMetric>(kind, parameters) : nullptr;
-        });
+        const auto make = [kind](const Metric::MetricParameters& parameters) {
+            return std::make_unique<FakeMetric>(kind, parameters);
+        };
+        const auto makeForRun = [kind, make](const Metric::MetricParameters& parameters) {
+            return kind.loads ? make(parameters) : nullptr;
+        };
+        list.Append(0, makeForRun, make);
     }
     return list;
 }

@@ -84,34 +84,31 @@ void rkAviFileWriter::FindCompressor() {
 }
 
 int rkAviFileWriter::CreateStream(const std::wstring& name) {
+    std::vector<std::uint8_t> format = inputFormat;
+    // Before the file is touched: a compressor that refuses the frames must not cost an older file of that name.
+    if (compressor) {
+        if (const int result = StartCompressor(format); result != NoError) return result;
+    }
     if (AVIFileOpenW(file, name, OF_WRITE | OF_CREATE) != 0) return CreateFailed;
     if (AVIFileCreateStreamW(file, stream, streamInfo) != 0) return CreateStreamFailed;
-    if (const int result = SetStreamFormat(); result != NoError) return result;
-    if (compressor) {
-        if (const int result = StartCompressor(); result != NoError) return result;
-    }
+    if (AVIStreamSetFormat(*stream, 0, format.data(), static_cast<int>(format.size())) != 0)
+        return FormatFailed;
     firstPosition = position = static_cast<int>(streamInfo.dwStart);
     return NoError;
 }
 
-int rkAviFileWriter::SetStreamFormat() {
-    std::vector<std::uint8_t> format = inputFormat;
-    if (compressor) {
-        const CompressRate rate = {.scale = static_cast<int>(streamInfo.dwScale),
-                                   .rate = static_cast<int>(streamInfo.dwRate),
-                                   .quality = settings.quality,
-                                   .dataRate = settings.dataRate};
-        if (ICSetRate(compressor, rate) != ICERR_OK) return CompressStartFailed;
-        const int size = ICCompressGetFormatSize(compressor, InputFormat());
-        if (size < 1) return FormatFailed;
-        format.resize(static_cast<std::size_t>(size));
-        if (ICCompressGetFormat(compressor, InputFormat(), format.data()) != ICERR_OK) return FormatFailed;
-    }
-    const int size = static_cast<int>(format.size());
-    return AVIStreamSetFormat(*stream, 0, format.data(), size) == 0 ? NoError : FormatFailed;
-}
+/// Makes the compressor ready; `format` is that of its samples.
+int rkAviFileWriter::StartCompressor(std::vector<std::uint8_t>& format) {
+    const CompressRate rate = {.scale = static_cast<int>(streamInfo.dwScale),
+                               .rate = static_cast<int>(streamInfo.dwRate),
+                               .quality = settings.quality,
+                               .dataRate = settings.dataRate};
+    if (ICSetRate(compressor, rate) != ICERR_OK) return CompressStartFailed;
+    const int formatSize = ICCompressGetFormatSize(compressor, InputFormat());
+    if (formatSize < 1) return FormatFailed;
+    format.resize(static_cast<std::size_t>(formatSize));
+    if (ICCompressGetFormat(compressor, InputFormat(), format.data()) != ICERR_OK) return FormatFailed;
 
-int rkAviFileWriter::StartCompressor() {
     const int size = ICCompressGetSize(compressor, InputFormat());
     if (size < 1 || ICCompressBegin(compressor, InputFormat()) != ICERR_OK) return CompressStartFailed;
     compressedBuffer = Allocate(size);

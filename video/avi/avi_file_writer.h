@@ -63,8 +63,7 @@ private:
                  bool choose);
     int CreateStream(const std::wstring& name);
     void FindCompressor();
-    int SetStreamFormat();
-    int StartCompressor();
+    int StartCompressor(std::vector<std::uint8_t>& format);
     int WriteCompressed(const std::uint8_t* frame);
     FormatView InputFormat() const { return {inputFormat.data(), static_cast<int>(inputFormat.size())}; }
 

@@ -33,7 +33,7 @@ FrameResult DecompressedFrames::Read(int frame, std::uint8_t* buffer) {
 }
 
 /// Whether decoding comes to the frame as it goes on, with no key sample on the way that is a shorter one.
-bool DecompressedFrames::IsAhead(int frame) const {
+bool DecompressedFrames::IsAhead(int frame) {
     return running && (frame == nextFrame || (frame > nextFrame && samples.StartFor(frame) < nextSample));
 }
 

@@ -41,7 +41,7 @@ public:
     std::wstring Description() const override;
 
 private:
-    bool IsAhead(int frame) const;
+    bool IsAhead(int frame);
     FrameResult DecodeFrom(int sample, int frame, std::uint8_t* buffer);
     FrameResult DecodeTo(int frame, std::uint8_t* buffer);
     int Feed(std::uint8_t* picture);

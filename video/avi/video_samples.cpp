@@ -1,5 +1,6 @@
 #include "video/avi/video_samples.h"
 
+#include <algorithm>
 #include <new>
 
 VideoSamples::VideoSamples(rkIRawDataStream& videoStream, bool keysCountFromZero)
@@ -7,7 +8,9 @@ VideoSamples::VideoSamples(rkIRawDataStream& videoStream, bool keysCountFromZero
       first(stream.GetStart()),
       last(stream.GetEnd()),
       keyBase(keysCountFromZero ? first : 0),
-      firstKey(first) {
+      firstKey(first),
+      knownStart(first),
+      knownEnd(first) {
     while (firstKey <= last && !stream.IsKeyFrame(firstKey - keyBase)) ++firstKey;
     if (firstKey > last) firstKey = first;
 }
@@ -16,9 +19,18 @@ bool VideoSamples::IsKey(int sample) const {
     return sample == firstKey || stream.IsKeyFrame(sample - keyBase);
 }
 
-int VideoSamples::StartFor(int sample) const {
-    while (sample > first && !IsKey(sample)) --sample;
-    return sample;
+int VideoSamples::StartFor(int sample) {
+    int start = sample;
+    while (start > first && !IsKey(start)) {
+        if (start >= knownStart && start <= knownEnd) {
+            start = knownStart;
+            break;
+        }
+        --start;
+    }
+    knownEnd = start == knownStart ? std::max(knownEnd, sample) : sample;
+    knownStart = start;
+    return start;
 }
 
 FrameResult VideoSamples::Read(int sample, std::span<const std::uint8_t>& bytes) {

@@ -20,7 +20,7 @@ public:
     bool IsKey(int sample) const;
     /// Where decoding starts on the way to `sample`: the last key sample at or before it, or the first sample,
     /// which a codec without references decodes although nobody marked it.
-    int StartFor(int sample) const;
+    int StartFor(int sample);
 
     /// Reads a sample into `bytes`, which stay until the next call.
     FrameResult Read(int sample, std::span<const std::uint8_t>& bytes);
@@ -32,6 +32,9 @@ private:
     int first, last;
     int keyBase;  // what the stream counts key samples from
     int firstKey;
+    // Decoding starts at the one for all samples up to the other: otherwise going through a long stream with few keys
+    // would take the square of its length.
+    int knownStart, knownEnd;
     std::unique_ptr<std::uint8_t[]> buffer;
     int capacity = 0;
 };

@@ -178,8 +178,12 @@ TEST_F(IndexedVideoTest, EveryPrefixOfAFile) {
         ++opened;
         const int count = video->GetProperties().frameCount;
         EXPECT_EQ(InOrder(count), Shown(*video, file.pictures)) << length;
+        EXPECT_TRUE(video->GetProperties().isCutOff || count == file.pictures) << length;
     }
     EXPECT_GT(opened, 10);
+    const auto sound = Open("whole");
+    ASSERT_NE(nullptr, sound) << error;
+    EXPECT_FALSE(sound->GetProperties().isCutOff);
 }
 
 TEST_F(IndexedVideoTest, SaysWhyThereIsNothing) {

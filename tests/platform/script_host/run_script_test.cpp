@@ -47,6 +47,20 @@ std::vector<std::uint8_t> SampleYv12(int number, int width, int height) {
     return bytes;
 }
 
+TEST_F(RunScriptTest, TheDescriptionTellsThatAFileIsCutOff) {
+    const ContainerFile file = {"matroska", "ffv1", "", 6};
+    ASSERT_TRUE(WriteContainerFile(file, directory.Path("clip.mkv")));
+    const std::string script = kQTInput + "QTInput(\"clip.mkv\", 0)";
+    ASSERT_NE(nullptr, Run(script).clip);
+    EXPECT_EQ("4:2:0 converted to RGB", Run(script).clip->GetProperties().description);
+
+    fs::resize_file(directory.Path("clip.mkv"), fs::file_size(directory.Path("clip.mkv")) / 2);
+    const ScriptResult cut = Run(script);
+    ASSERT_NE(nullptr, cut.clip) << cut.error;
+    EXPECT_LT(cut.clip->GetProperties().frameCount, file.pictures);
+    EXPECT_EQ("the file is cut off, 4:2:0 converted to RGB", cut.clip->GetProperties().description);
+}
+
 TEST_F(RunScriptTest, EveryFunctionOpensItsFiles) {
     ASSERT_TRUE(WriteContainerFile({"avi", "ffv1", "", 5}, directory.Path("a b.avi")));
     ASSERT_TRUE(WriteContainerFile({"matroska", "ffv1", "", 5}, directory.Path("\xC3\xA9.mkv")));

@@ -1,5 +1,8 @@
 #include "video/avi/avi_file_writer.h"
 
+#include <filesystem>
+
+#include "platform/text.h"
 #include "platform/vfw/surface_format.h"
 #include "tests/file_size_limit.h"
 #include "tests/video/packed_frame.h"
@@ -105,6 +108,34 @@ TEST_F(AviFileWriter, RefusesWhatItCannotWrite) {
     wchar_t text[300];
     writer.GetErrorText(rkAviFileWriter::NullPointer, text, 300);
     EXPECT_EQ(L"Error when writing file \"" + name + L"\": Null poiter occured!", text);
+}
+
+TEST_F(AviFileWriter, ACompressorThatRefusesTheFramesLeavesAnOlderFileAlone) {
+    SetSize(16, 16);
+    Bytes frame = RandomFrame(RGB24, 16, 16);
+    ASSERT_EQ(0, writer.Open(name, &format, &info, false));
+    ASSERT_EQ(0, writer.WriteFrame(frame.data()));
+    ASSERT_EQ(0, writer.Close());
+
+    SetSize(1, 1);
+    rkCompressorSettings settings;
+    settings.fccType = kFccVideoCodec;
+    settings.fccHandler = FourCC('F', 'F', 'V', '1');
+    for (const std::wstring& path : {name, directory + L"/new.avi"}) {
+        EXPECT_EQ(rkAviFileWriter::FormatFailed, writer.OpenWithSettings(path, &format, &info, settings));
+    }
+    rkAviSource source;
+    EXPECT_EQ(0, source.Open(name, true, false));
+    EXPECT_FALSE(std::filesystem::exists(ToUtf8(directory + L"/new.avi")));
+}
+
+TEST_F(AviFileWriter, AFileThatWasDeletedMeanwhileIsToldByClose) {
+    SetSize(16, 16);
+    Bytes frame = RandomFrame(RGB24, 16, 16);
+    ASSERT_EQ(0, writer.Open(name, &format, &info, false));
+    ASSERT_EQ(0, writer.WriteFrame(frame.data()));
+    ASSERT_TRUE(std::filesystem::remove(ToUtf8(name)));
+    EXPECT_EQ(rkAviFileWriter::WriteFailed, writer.Close());
 }
 
 /// Of the bytes missing at the end the last ones belong to the index, which comes when the file is completed,

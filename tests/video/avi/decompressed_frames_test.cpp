@@ -26,7 +26,10 @@ public:
         return true;
     }
     bool GetStreamInfo(AVISTREAMINFOW*) override { return false; }
-    bool IsKeyFrame(int sample) override { return stream.samples.at(static_cast<std::size_t>(sample)).isKey; }
+    bool IsKeyFrame(int sample) override {
+        ++keyQuestions;
+        return stream.samples.at(static_cast<std::size_t>(sample)).isKey;
+    }
     int GetLength() override { return static_cast<int>(stream.samples.size()); }
     int GetStart() override { return start; }
     int GetEnd() override { return start + GetLength() - 1; }
@@ -36,6 +39,7 @@ public:
     TestStream stream;
     int start;
     int unreadable = -1;
+    int keyQuestions = 0;
 };
 
 /// A stream with keys every 12 samples, and its pictures in the order of the times that the encoder gave
@@ -182,6 +186,20 @@ TEST(DecompressedFrames, WithoutReferencesPicturesBeforeTheFirstKeySampleAreSoun
         EXPECT_EQ(FrameResult::Ok, frames.Read(stream.start + i, picture.data())) << i;
         EXPECT_EQ(turns[static_cast<std::size_t>(i)].picture, picture) << i;
     }
+}
+
+TEST(DecompressedFrames, ALongStillIsReadInTimeThatGrowsWithItsLength) {
+    constexpr int kRepeats = 3000;
+    const Case c = Cases().front();
+    MemoryStream stream(c.stream);
+    auto& samples = stream.stream.samples;
+    samples.resize(2);
+    samples.insert(samples.begin() + 1, kRepeats, {});
+    Frames frames(stream, c);
+    for (int i = 0; i <= kRepeats; ++i) ASSERT_EQ(c.pictures[0], frames.Read(i)) << i;
+    EXPECT_EQ(c.pictures[1], frames.Read(kRepeats + 1));
+    EXPECT_EQ(c.pictures[0], frames.Read(kRepeats / 2));
+    EXPECT_LT(stream.keyQuestions, 10 * kRepeats);
 }
 
 TEST(DecompressedFrames, NothingBeforeTheFirstKeySampleOrBehindDamageUpToTheNext) {
