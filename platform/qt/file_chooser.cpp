@@ -45,6 +45,17 @@ std::optional<std::wstring> ChooseFile(QWidget* parent, const std::wstring& titl
     return Run(dialog);
 }
 
+std::optional<std::wstring> ChooseNewFile(QWidget* parent, const std::wstring& title,
+                                          const std::wstring& path, const FileKind& kind) {
+    const QString start = ToQString(path);
+    QFileDialog dialog(parent, ToQString(title), ExistingDirectory(start));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter(NameFilter(kind));
+    dialog.setDefaultSuffix(QFileInfo(ToQString(kind.patterns.front())).suffix());
+    dialog.selectFile(QFileInfo(start).fileName());
+    return Run(dialog);
+}
+
 std::optional<std::wstring> ChooseFolder(QWidget* parent, const std::wstring& title,
                                          const std::wstring& path) {
     QFileDialog dialog(parent, ToQString(title), ExistingDirectory(ToQString(path)));

@@ -17,6 +17,11 @@ struct FileKind {
 std::optional<std::wstring> ChooseFile(QWidget* parent, const std::wstring& title, const std::wstring& path,
                                        const std::vector<FileKind>& kinds);
 
+/// Lets the user choose where to write a file, beginning at `path`, whose name is the one offered. A name without an ending
+/// gets that of `kind`'s first pattern. The user has agreed to replace what exists.
+std::optional<std::wstring> ChooseNewFile(QWidget* parent, const std::wstring& title,
+                                          const std::wstring& path, const FileKind& kind);
+
 /// Lets the user choose a directory, beginning at `path`.
 std::optional<std::wstring> ChooseFolder(QWidget* parent, const std::wstring& title,
                                          const std::wstring& path);

@@ -46,14 +46,20 @@ void ValueSlider::SetText(const QString& text) {
     slider->setAccessibleDescription(text);
 }
 
+void ValueSlider::KeepRoomFor(const QString& widest) {
+    widestElsewhere = widest;
+    FitLabel();
+}
+
 void ValueSlider::ShowPosition(int position) {
     SetText(format(position));
 }
 
 void ValueSlider::FitLabel() {
     const QFontMetrics metrics = value->fontMetrics();
-    value->setMinimumWidth(std::max(metrics.horizontalAdvance(format(slider->minimum())),
-                                    metrics.horizontalAdvance(format(slider->maximum()))));
+    value->setMinimumWidth(std::max({metrics.horizontalAdvance(format(slider->minimum())),
+                                     metrics.horizontalAdvance(format(slider->maximum())),
+                                     metrics.horizontalAdvance(widestElsewhere)}));
 }
 
 void ValueSlider::changeEvent(QEvent* event) {

@@ -26,6 +26,9 @@ public:
     /// Shows another value than the position's, until the slider moves.
     void SetText(const QString& text);
 
+    /// Keeps room for this value as well, so that the sliders of several rows end on one line.
+    void KeepRoomFor(const QString& widest);
+
 signals:
     /// The user has moved the slider.
     void Moved(int position);
@@ -38,6 +41,7 @@ private:
     void FitLabel();
 
     Format format;
+    QString widestElsewhere;
     QSlider* slider;
     PlainLabel* value;
 };

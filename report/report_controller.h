@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "report/rules/frame_range.h"
+#include "report/rules/report_data.h"
+
+namespace Report {
+
+class CReportFrame;
+class CReportGraph;
+
+/// Owns the visible range and the current frame of a viewer, turns what the user does into changes of them, and tells all
+/// views. Belongs to the dialog; GUI thread only.
+class ReportController {
+public:
+    /// `showNumbers` puts the current frame and its values into the dialog, before the views follow.
+    ReportController(ReportData data, std::function<void()> showNumbers);
+
+    const ReportData& Data() const { return data; }
+    const FrameRange& Range() const { return range; }
+
+    /// The plots belong to the dialog; the overview comes first.
+    void AddView(CReportGraph& view) { views.push_back(&view); }
+    const std::vector<CReportGraph*>& Views() const { return views; }
+    /// The window with the frames while it is open, otherwise null.
+    void SetFrameView(CReportFrame* view) { frameView = view; }
+    CReportFrame* FrameView() const { return frameView; }
+
+    /// Makes `frame` the current one: within the visible range, or with the visible range moved around it.
+    void SetCurrent(int frame, bool recentre);
+    /// Makes the visible range wider by so many frames, or narrower.
+    void Widen(int frames);
+    /// Nothing changes without such a frame.
+    void GoToNextBadFrame();
+    void GoToPreviousBadFrame();
+    void SetGrid(bool on);
+
+    void NotifyViews();
+    /// Brings the plots' pictures to the screen, with the next turn of the event loop.
+    void Redraw();
+
+private:
+    ReportData data;
+    FrameRange range;
+    std::function<void()> showNumbers;
+    std::vector<CReportGraph*> views;
+    CReportFrame* frameView = nullptr;
+};
+
+}  // namespace Report

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "report/frames/frame_reader.h"
+#include "report/report_controller_subordinate.h"
+#include "report/rules/child_layout.h"
+#include "report/rules/report_parameters.h"
+#include "report/wait_cursor.h"
+
+#include <QImage>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+class StatusLine;
+
+namespace Report {
+
+class FramePanel;
+class FramePicture;
+class ReportController;
+
+/// The window that shows the current frame of one of the files. It follows the controller, and appears when its files have
+/// been opened, at the size of their picture. It deletes itself when it is closed.
+///
+/// Files are opened and read on a thread of their own; the window waits for neither. A frame that arrives after another
+/// one was asked for isn't shown.
+class CReportFrame : public QWidget, public IReportControllerSubordinate {
+    Q_OBJECT
+
+public:
+    /// `controller` and `parameters` outlive the window.
+    CReportFrame(ReportController& controller, const ReportParameters& parameters, QWidget* parent);
+    ~CReportFrame() override;
+
+    /// A frame is read once, though the visible range around it changes.
+    void Update(int visibleFirst, int visibleLast, int current) override;
+
+    /// Whether it waits for files or a frame.
+    bool IsWaiting() const { return wait.has_value(); }
+
+signals:
+    /// There is something to take over from the reader's thread, which sends this.
+    void Arrived();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    /// What the reader's thread leaves for the window's. A newer frame takes the place of one that wasn't taken.
+    struct Arrivals {
+        std::optional<std::vector<FrameReader::OpenedFile>> files;
+        bool hasFrame = false;
+        int file = 0;
+        int frame = 0;
+        std::wstring error;
+        QImage image;
+    };
+
+    void ConnectControls();
+    void RegisterKeys();
+    void LeaveFiles(const std::vector<FrameReader::OpenedFile>& files);
+    void LeaveFrame(const FrameReader::Result& result);
+    void TakeArrivals();
+    void Opened(const std::vector<FrameReader::OpenedFile>& files);
+    void OfferFiles();
+    void FitTo(int imageWidth, int imageHeight);
+    void AskForFrame();
+    void Show(int file, int frame, const QString& error, const QImage& image);
+    void ShowTrouble(const QString& text);
+    void ShowNote(const QString& text);
+    void PlaceMessage();
+
+    bool SelectFile(int file);
+    void Zoom(int percent);
+    bool CopyFrame();
+    void Step(int frames);
+    void GoToBadFrame(bool next);
+
+    const FrameReader::OpenedFile* OpenedFile(int file) const;
+
+    ReportController& controller;
+    const ReportParameters& parameters;
+    FramePicture* picture;
+    FramePanel* panel;
+    StatusLine* message;  // over the picture, while there is something to say
+    std::vector<FrameReader::OpenedFile> opened;
+    bool hasOpened = false;
+    QString noteToShow;  // with the first frame, until the next one
+    int selected = 0;
+    int asked = 0;  // the newest frame that was asked for
+
+    QSize lastSize;  // that the children are laid out for
+    OddPixels oddPixels;
+    std::vector<std::pair<QWidget*, PlacedChild>> children;
+
+    std::optional<QPoint> windowDrag;  // of the pointer, from the window's corner
+    std::optional<WaitCursor> wait;
+    std::mutex arrivalsMutex;
+    Arrivals arrivals;
+    std::unique_ptr<FrameReader> reader;  // the last member: it uses the two before it
+};
+
+}  // namespace Report

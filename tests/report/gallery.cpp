@@ -1,0 +1,60 @@
+// Measures clips and shows their results, in both palettes, to be looked at:
+//     report_gallery DIRECTORY ORIGINAL FIRST_PROCESSED SECOND_PROCESSED
+
+#include "platform/qt/palette.h"
+#include "platform/qt/theme.h"
+#include "report/report_controller.h"
+#include "report/report_frame.h"
+#include "report/report_graph.h"
+#include "report/results_dialog.h"
+#include "tests/report/measured_run.h"
+
+#include <QApplication>
+#include <QRadioButton>
+#include <QTest>
+
+#include <cstdio>
+
+namespace {
+
+bool Save(const MeasuredRun& run, ColorScheme scheme, const QString& directory, const QString& name) {
+    QApplication::setPalette(SchemePalette(scheme));
+    const ReportParameters parameters = run.Parameters();
+    Report::ResultsDialog dialog(parameters);
+    dialog.show();
+    dialog.Controller().GoToNextBadFrame();
+    bool saved = dialog.grab().save(directory + QStringLiteral("/viewer-") + name);
+
+    auto* frame = new Report::CReportFrame(dialog.Controller(), parameters, &dialog);
+    dialog.Controller().SetFrameView(frame);
+    saved &= QTest::qWaitFor([&] { return frame->isVisible() && !frame->IsWaiting(); });
+    saved &= frame->grab().save(directory + QStringLiteral("/frame-") + name);
+    for (auto* radio : frame->findChildren<QRadioButton*>()) radio->click();
+    saved &= QTest::qWaitFor([&] { return !frame->IsWaiting(); });
+    saved &= frame->grab().save(directory + QStringLiteral("/frame-second-") + name);
+    for (Report::CReportGraph* plot : dialog.Controller().Views()) {
+        const QString kind = plot->IsOverview() ? QStringLiteral("/overview-") : QStringLiteral("/detail-");
+        const std::wstring path = (directory + kind + name).toStdWString();
+        saved &= plot->SavePng(path) && plot->SaveSvg(path + L".svg");
+    }
+    return saved;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    if (argc != 5) {
+        std::fputs("usage: report_gallery DIRECTORY ORIGINAL FIRST_PROCESSED SECOND_PROCESSED\n", stderr);
+        return 64;
+    }
+    InstallTheme(application);
+    std::map<int, FileRecord> files;
+    for (int i = 0; i < 3; ++i) files[i].name = files[i].sourceName = FromUtf8(argv[2 + i]);
+    const MeasuredRun run(files, argv[1], 4);
+    const QString directory = QString::fromLocal8Bit(argv[1]);
+    const bool saved = Save(run, ColorScheme::Light, directory, QStringLiteral("light.png")) &&
+                       Save(run, ColorScheme::Dark, directory, QStringLiteral("dark.png"));
+    return saved ? 0 : 1;
+}

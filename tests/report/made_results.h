@@ -1,0 +1,71 @@
+#pragma once
+
+#include "report/results_dialog.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QTest>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The viewer on results that are made up: a first and a second processed file, compared with an original.
+class MadeResults {
+public:
+    /// `badFrames` are ascending; none are as if none were saved.
+    explicit MadeResults(int frames, std::vector<int> badFrames = {}) : bad(std::move(badFrames)) {
+        for (int file = 0; file < 3; ++file)
+            files[file].name = L"/clips/" + std::to_wstring(file) + L"<b>&c.yuv";
+        for (int id = 0; id < 2; ++id) {
+            ResultRecord record;
+            record.files = {files[0], files[id + 1]};
+            Metric::GetMetricList().FindById(L"psnr", record.metricIndex);
+            store.SetResultRecord(id, record);
+            for (int frame = 0; frame < frames; ++frame) store.AddValue(id, frame, Value(id + 1, frame));
+        }
+    }
+
+    /// Of a file's frame: whole numbers from 20 up for the first processed, 40 for the second.
+    static float Value(int file, int frame) { return static_cast<float>(20 * file + frame * 7 % 17); }
+
+    ReportParameters Parameters() const { return {store, bad.empty() ? nullptr : &bad, files, 0}; }
+
+    CResultsStore store;
+    std::vector<int> bad;
+    std::map<int, FileRecord> files;
+};
+
+/// The dialog, shown, with its controls by their accessible names.
+struct Viewer {
+    explicit Viewer(const ReportParameters& given)
+        : parameters(given), dialog(std::make_unique<Report::ResultsDialog>(parameters)) {
+        dialog->show();
+        dialog->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+    }
+
+    template <typename Control>
+    Control* Find(const char* name, const QWidget* window = nullptr) const {
+        for (Control* control : (window ? window : dialog.get())->findChildren<Control*>()) {
+            if (control->accessibleName() == QLatin1String(name)) return control;
+        }
+        return nullptr;
+    }
+
+    /// As if typed: to the control that has the focus, in the window that is active.
+    void Press(QKeyCombination key) const {
+        if (!QApplication::activeWindow()) {
+            dialog->activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+        }
+        QWidget* focused = QApplication::focusWidget();
+        QTest::keyClick(focused ? focused : QApplication::activeWindow(), key.key(), key.keyboardModifiers());
+    }
+
+    const Report::FrameRange& Range() const { return dialog->Controller().Range(); }
+
+    ReportParameters parameters;
+    std::unique_ptr<Report::ResultsDialog> dialog;
+};

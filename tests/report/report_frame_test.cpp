@@ -1,0 +1,335 @@
+#include "report/report_frame.h"
+
+#include "platform/qt/status_line.h"
+#include "report/frame_panel.h"
+#include "report/frame_picture.h"
+#include "report/report_controller.h"
+#include "tests/report/made_results.h"
+#include "tests/temporary_directory.h"
+#include "video/color_space.h"
+
+#include <gtest/gtest.h>
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QPointer>
+#include <QRadioButton>
+#include <QSlider>
+#include <QWheelEvent>
+
+#include <filesystem>
+
+namespace {
+
+constexpr int kWidth = 64;
+constexpr int kHeight = 48;
+
+/// Results of three raw clips: frame n of file f is grey, 100 f + n, with a bright upper left quarter. The matrix is the one
+/// that leaves grey as it is.
+struct FrameWindow : testing::Test {
+    FrameWindow() : results(20, {3, 15}) {
+        for (int file = 0; file < 3; ++file) WriteClip(file, kWidth, kHeight);
+    }
+
+    void WriteClip(int file, int width, int height) {
+        std::string bytes;
+        for (int frame = 0; frame < 20; ++frame) {
+            std::string luma(static_cast<std::size_t>(width * height),
+                             static_cast<char>(100 * file % 256 + frame));
+            for (int y = 0; y < height / 2; ++y)
+                luma.replace(static_cast<std::size_t>(y * width), static_cast<std::size_t>(width / 2),
+                             std::string(static_cast<std::size_t>(width / 2), '\xFA'));
+            bytes += luma + std::string(static_cast<std::size_t>(width * height / 2), '\x80');
+        }
+        FileRecord& record = results.files[file];
+        record.name = record.sourceName =
+            QString::fromStdString(directory.Write("clip" + std::to_string(file) + ".yuv", bytes))
+                .toStdWString();
+        record.width = width;
+        record.height = height;
+        record.yuvType = IYUV;
+    }
+
+    /// Opens the window by its button and waits for its first frame.
+    void Open() {
+        ReportParameters parameters = results.Parameters();
+        viewer = std::make_unique<Viewer>(
+            ReportParameters{parameters.results, parameters.badFrames, parameters.files, 1});
+        for (auto* button : viewer->dialog->findChildren<QAbstractButton*>())
+            if (button->text() == QStringLiteral("Show &frame")) QTest::mouseClick(button, Qt::LeftButton);
+        frame = viewer->dialog->Controller().FrameView();
+        ASSERT_TRUE(frame);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return frame->isVisible() && !frame->IsWaiting(); }));
+        picture = frame->findChild<Report::FramePicture*>();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(viewer->dialog.get())) << "the focus stays with the results";
+    }
+
+    /// Waits for the frame that was asked for, and tells which one it is: its grey, and the window's title.
+    std::pair<int, std::string> Shown() {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !frame->IsWaiting(); }));
+        const QImage& image = picture->Image();
+        const int grey = image.isNull() ? -1 : qGreen(image.pixel(image.width() - 1, image.height() - 1));
+        return {grey, frame->windowTitle().toStdString()};
+    }
+
+    std::string Message() const {
+        const auto* line = frame->findChild<StatusLine*>();
+        return line->isVisible() ? line->Text().toStdString() : std::string();
+    }
+
+    template <typename Control>
+    Control* Find(const char* name) {
+        return viewer->Find<Control>(name, frame);
+    }
+    QRadioButton* Radio(int file) { return frame->findChildren<QRadioButton*>().at(file); }
+    void Click(const char* name) { QTest::mouseClick(Find<QAbstractButton>(name), Qt::LeftButton); }
+
+    const TemporaryDirectory directory;
+    MadeResults results;
+    std::unique_ptr<Viewer> viewer;
+    QPointer<Report::CReportFrame> frame;
+    Report::FramePicture* picture = nullptr;
+};
+
+using Title = std::pair<int, std::string>;
+
+TEST_F(FrameWindow, OpensAtTheSizeOfItsFrame) {
+    WriteClip(0, 720, 300);
+    Open();
+    EXPECT_EQ(Title(9, "Tolvane - Original, frame 9"), Shown());
+    EXPECT_EQ(QSize(720, 300), picture->size());
+    EXPECT_EQ(QSize(720, 300), picture->Image().size());
+    EXPECT_EQ("Frame visualization", picture->accessibleName().toStdString());
+    EXPECT_EQ("Original, frame 9", picture->accessibleDescription().toStdString());
+    EXPECT_TRUE(Radio(0)->isChecked());
+    EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+    const auto* panel = frame->findChild<Report::FramePanel*>();
+    EXPECT_EQ(frame->minimumSize(), panel->size());
+    EXPECT_EQ(300, panel->y());
+}
+
+TEST_F(FrameWindow, FollowsEveryControl) {
+    Open();
+    QWidget* dialog = viewer->dialog.get();
+    const auto key = [](QWidget* window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        window->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window));
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window, key, modifiers);
+    };
+    const struct {
+        const char* what;
+        std::function<void()> act;
+        int file, current;
+    } kSteps[] = {
+        {"next frame", [&] { Click("Next frame"); }, 0, 10},
+        {"previous frame", [&] { Click("Previous frame"); }, 0, 9},
+        {"next bad frame", [&] { Click("Next bad frame"); }, 0, 15},
+        {"previous bad frame", [&] { Click("Previous bad frame"); }, 0, 3},
+        {"right, in the results", [&] { key(dialog, Qt::Key_Right); }, 0, 4},
+        {"right, in the frame window", [&] { key(frame, Qt::Key_Right); }, 0, 5},
+        {"to the next bad frame by key", [&] { key(frame, Qt::Key_Right, Qt::ControlModifier); }, 0, 15},
+        {"first processed by key", [&] { key(frame, Qt::Key_2); }, 1, 15},
+        {"second processed by a key in the results", [&] { key(dialog, Qt::Key_3); }, 2, 15},
+        {"a radio button", [&] { Radio(1)->click(); }, 1, 15},
+        {"the slider", [&] { viewer->Find<QSlider>("Video slide")->setValue(0); }, 1, 0},
+        {"before the first", [&] { Click("Previous frame"); }, 1, 0},
+    };
+    constexpr std::array kNames = {"Original", "First processed", "Second processed"};
+    for (const auto& step : kSteps) {
+        step.act();
+        const int grey = 100 * step.file % 256 + step.current;
+        EXPECT_EQ(Title(grey, std::string("Tolvane - ") + kNames.at(static_cast<std::size_t>(step.file)) +
+                                  ", frame " + std::to_string(step.current)),
+                  Shown())
+            << step.what;
+        EXPECT_TRUE(Radio(step.file)->isChecked()) << step.what;
+    }
+}
+
+TEST_F(FrameWindow, ReadsAFrameOnce) {
+    Open();
+    viewer->dialog->Controller().Widen(2);
+    viewer->dialog->Controller().SetCurrent(9, false);
+    EXPECT_FALSE(frame->IsWaiting());
+    viewer->dialog->Controller().SetCurrent(10, false);
+    EXPECT_TRUE(frame->IsWaiting());
+    EXPECT_EQ(Qt::WaitCursor, QGuiApplication::overrideCursor()->shape());
+    Shown();
+}
+
+TEST_F(FrameWindow, ManyFramesAtOnceEndWithTheLast) {
+    Open();
+    auto* slider = viewer->Find<QSlider>("Video slide");
+    for (int i = 0; i < 400; ++i) slider->setValue(i % 20);
+    EXPECT_EQ(Title(19, "Tolvane - Original, frame 19"), Shown());
+    EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+}
+
+TEST_F(FrameWindow, Zoom) {
+    Open();
+    auto* slider = Find<QSlider>("Scale");
+    auto* value = Find<QLineEdit>("Scale, percent");
+    const auto zoom = [&] { return std::pair(picture->View().percent, value->text().toStdString()); };
+    EXPECT_EQ(std::pair(100, std::string("100")), zoom());
+    slider->setValue(250);
+    EXPECT_EQ(std::pair(250, std::string("250")), zoom());
+    Click("Larger scale");
+    EXPECT_EQ(std::pair(300, std::string("300")), zoom());
+    EXPECT_EQ(300, slider->value());
+    slider->setValue(250);
+    Click("Smaller scale");
+    EXPECT_EQ(std::pair(200, std::string("200")), zoom());
+    for (int i = 0; i < 7; ++i) Click("Larger scale");
+    EXPECT_EQ(std::pair(900, std::string("900")), zoom());
+    EXPECT_EQ(800, slider->value()) << "the slider stands at its end";
+    Shown();
+
+    QWheelEvent wheel(QPointF(5, 5), picture->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(picture, &wheel);
+    EXPECT_EQ(std::pair(875, std::string("875")), zoom());
+}
+
+TEST_F(FrameWindow, PaintsPixelsAndSurroundings) {
+    Open();
+    Shown();
+    const QImage fitting = picture->grab().toImage();
+    const QColor around = picture->palette().color(QPalette::Button);
+    const QRect place((picture->width() - kWidth) / 2, (picture->height() - kHeight) / 2, kWidth, kHeight);
+    EXPECT_EQ(around.rgb(), fitting.pixel(place.left() - 1, place.top()));
+    EXPECT_EQ(qRgb(250, 250, 250), fitting.pixel(place.topLeft()));
+    EXPECT_EQ(qRgb(250, 250, 250),
+              fitting.pixel(place.left() + kWidth / 2 - 1, place.top() + kHeight / 2 - 1));
+    EXPECT_EQ(qRgb(9, 9, 9), fitting.pixel(place.left() + kWidth / 2, place.top()));
+    EXPECT_EQ(qRgb(9, 9, 9), fitting.pixel(place.bottomRight()));
+
+    frame->resize(frame->minimumWidth(), frame->minimumHeight() + 200);
+    Find<QSlider>("Scale")->setValue(800);
+    Shown();
+    EXPECT_EQ(QSize(frame->minimumWidth(), 200), picture->size());
+    const QImage large = picture->grab().toImage();
+    const int left = (picture->width() - 8 * kWidth) / 2;
+    for (int x = 0; x < 8 * kWidth; ++x)
+        EXPECT_EQ(x < 4 * kWidth ? 250 : 9, qGreen(large.pixel(left + x, 150))) << x;
+
+    // Dragged by half of the frame: the grey half is in view.
+    const QPoint grab(100, 100);
+    QTest::mousePress(picture, Qt::LeftButton, {}, grab + QPoint(100, 90));
+    QTest::mouseMove(picture, grab + QPoint(0, -90));
+    QTest::mouseRelease(picture, Qt::LeftButton, {}, grab + QPoint(0, -90));
+    EXPECT_NEAR(180.0 / (8 * kHeight), picture->View().panY, 1e-5);
+    EXPECT_EQ(qRgb(9, 9, 9), picture->grab().toImage().pixel(left, 150));
+    const float before = picture->View().panX;
+    QTest::mouseMove(picture, grab);
+    EXPECT_EQ(before, picture->View().panX) << "the button is up";
+}
+
+TEST_F(FrameWindow, RowStaysInTheMiddle) {
+    Open();
+    const auto* panel = frame->findChild<Report::FramePanel*>();
+    const QSize start = frame->size();
+    for (const QSize& growth :
+         {QSize(1, 0), QSize(2, 7), QSize(101, 50), QSize(100, 3), QSize(0, 0), QSize(33, 1)}) {
+        frame->resize(start + growth);
+        QTest::qWait(1);
+        EXPECT_NEAR((frame->width() - panel->width()) / 2, panel->x(), 1);
+        EXPECT_EQ(frame->height(), panel->geometry().bottom() + 1);
+        EXPECT_EQ(frame->width(), picture->width());
+        EXPECT_EQ(panel->y(), picture->height());
+    }
+    frame->resize(start);
+    QTest::qWait(1);
+    EXPECT_EQ((start.width() - panel->width()) / 2, panel->x());
+}
+
+TEST_F(FrameWindow, Clipboard) {
+    Open();
+    Find<QSlider>("Scale")->setValue(400);
+    Shown();
+    for (const bool byKey : {true, false}) {
+        QGuiApplication::clipboard()->clear();
+        if (byKey)
+            viewer->Press(Qt::CTRL | Qt::Key_C);
+        else
+            Click("Copy frame");
+        const QImage copy = QGuiApplication::clipboard()->image();
+        ASSERT_EQ(QSize(kWidth, kHeight), copy.size()) << "the whole frame at 100 percent";
+        EXPECT_EQ(qRgb(250, 250, 250), copy.pixel(0, 0) | 0xFF000000);
+        EXPECT_EQ(qRgb(9, 9, 9), copy.pixel(kWidth - 1, kHeight - 1) | 0xFF000000);
+    }
+}
+
+TEST_F(FrameWindow, FilesThatAreGone) {
+    std::filesystem::remove(directory.Path("clip0.yuv"));
+    results.files.erase(1);
+    Open();
+    EXPECT_EQ(Title(209, "Tolvane - Second processed, frame 9"), Shown());
+    EXPECT_EQ("Can't be opened any more: original", Message());
+    EXPECT_FALSE(Radio(0)->isEnabled());
+    EXPECT_FALSE(Radio(1)->isEnabled());
+    EXPECT_TRUE(Radio(0)->toolTip().contains(QStringLiteral("can't be opened")));
+    viewer->Press(Qt::Key_1);
+    viewer->Press(Qt::Key_2);
+    EXPECT_EQ(Title(209, "Tolvane - Second processed, frame 9"), Shown());
+    viewer->Press(Qt::Key_Right);
+    EXPECT_EQ(Title(210, "Tolvane - Second processed, frame 10"), Shown());
+    EXPECT_EQ("", Message());
+}
+
+TEST_F(FrameWindow, NoFileAtAll) {
+    for (auto& [index, file] : results.files) file.sourceName = L"/nowhere";
+    Open();
+    EXPECT_EQ("None of the files can be opened any more", Message());
+    EXPECT_TRUE(picture->Image().isNull());
+    viewer->Press(Qt::CTRL | Qt::Key_C);
+    Click("Next frame");
+    EXPECT_EQ(9, viewer->Range().Current()) << "the buttons do nothing";
+    viewer->Press(Qt::Key_Right);
+    EXPECT_EQ(10, viewer->Range().Current()) << "the results go on";
+    EXPECT_FALSE(frame->grab().isNull());
+}
+
+TEST_F(FrameWindow, AFrameThatCantBeRead) {
+    Open();
+    std::filesystem::resize_file(directory.Path("clip0.yuv"), kWidth * kHeight * 3 / 2 * 12);
+    viewer->Find<QSlider>("Video slide")->setValue(15);
+    EXPECT_EQ(Title(9, "Tolvane - Original, frame 9"), Shown()) << "the picture stays, and so does its name";
+    EXPECT_NE(std::string::npos, Message().find("Original, frame 15 can't be read")) << Message();
+    EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+    viewer->Find<QSlider>("Video slide")->setValue(11);
+    EXPECT_EQ(Title(11, "Tolvane - Original, frame 11"), Shown());
+    EXPECT_EQ("", Message());
+}
+
+TEST_F(FrameWindow, FramesOfAnotherSize) {
+    WriteClip(1, 80, 60);
+    Open();
+    viewer->Press(Qt::Key_2);
+    EXPECT_EQ(Title(109, "Tolvane - First processed, frame 9"), Shown());
+    EXPECT_EQ(QSize(80, 60), picture->Image().size());
+    EXPECT_EQ("First processed has frames of 80 x 60, original of 64 x 48", Message());
+    viewer->Press(Qt::Key_1);
+    EXPECT_EQ(Title(9, "Tolvane - Original, frame 9"), Shown());
+    EXPECT_EQ("", Message());
+}
+
+TEST_F(FrameWindow, ClosesAndOpensAgain) {
+    Open();
+    frame->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(frame));
+    QTest::keyClick(frame, Qt::Key_W, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame.isNull(); }));
+    EXPECT_TRUE(viewer->dialog->isVisible());
+    EXPECT_EQ(nullptr, viewer->dialog->Controller().FrameView());
+    viewer->Press(Qt::Key_Right);
+    EXPECT_EQ(10, viewer->Range().Current());
+    for (auto* button : viewer->dialog->findChildren<QAbstractButton*>())
+        if (button->text() == QStringLiteral("Show &frame")) button->click();
+    frame = viewer->dialog->Controller().FrameView();
+    ASSERT_TRUE(frame);
+    viewer.reset();  // while it opens its files
+    EXPECT_TRUE(frame.isNull());
+    EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+}
+
+}  // namespace

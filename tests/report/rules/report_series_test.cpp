@@ -1,0 +1,150 @@
+#include "report/rules/report_series.h"
+
+#include "report/rules/report_data.h"
+#include "report/rules/report_text.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace Report {
+
+namespace {
+
+FileRecord File(const wchar_t* name) {
+    FileRecord file;
+    file.name = name;
+    return file;
+}
+
+struct Store : CResultsStore {
+    void Add(int id, std::vector<const wchar_t*> files, int first, const std::vector<float>& values) {
+        ResultRecord record;
+        for (const wchar_t* file : files) record.files.push_back(File(file));
+        SetResultRecord(id, record);
+        for (std::size_t i = 0; i < values.size(); ++i) AddValue(id, first + static_cast<int>(i), values[i]);
+    }
+};
+
+const std::map<int, FileRecord> kFiles = {{0, File(L"orig")}, {1, File(L"one")}, {2, File(L"two")}};
+
+std::map<int, float> FirstValues(const CResultsStore& store, const std::map<int, FileRecord>& files) {
+    std::map<int, float> values;
+    for (const auto& [file, series] : SeriesOfFiles(store, files)) values[file] = series.values.front();
+    return values;
+}
+
+TEST(Series, BelongToFiles) {
+    Store store;
+    store.Add(0, {L"orig", L"two"}, 0, {20});
+    store.Add(1, {L"orig", L"one"}, 0, {10});
+    store.Add(2, {L"orig", L"one"}, 0, {11});
+    EXPECT_EQ((std::map<int, float>{{1, 10}, {2, 20}}), FirstValues(store, kFiles)) << "the first of each";
+
+    store.Add(3, {L"orig"}, 0, {30});
+    store.Add(4, {L"one"}, 0, {40});
+    EXPECT_EQ((std::map<int, float>{{0, 30}, {1, 10}, {2, 20}}), FirstValues(store, kFiles));
+
+    EXPECT_EQ((std::map<int, float>{{1, 10}}), FirstValues(store, {{1, File(L"one")}}))
+        << "without an original a file keeps its number";
+    EXPECT_TRUE(FirstValues(store, {{1, File(L"other")}}).empty());
+
+    Store without;
+    without.Add(0, {L"orig", L"one"}, 0, {});
+    EXPECT_TRUE(FirstValues(without, kFiles).empty()) << "a record without values";
+}
+
+TEST(Series, Values) {
+    const Series series = {5, {1, 2, 3}};
+    float value = 9;
+    EXPECT_FALSE(series.ValueAt(4, value));
+    EXPECT_EQ(9, value);
+    EXPECT_TRUE(series.ValueAt(5, value));
+    EXPECT_EQ(1, value);
+    EXPECT_TRUE(series.ValueAt(7, value));
+    EXPECT_EQ(3, value);
+    EXPECT_FALSE(series.ValueAt(8, value));
+}
+
+TEST(ValueRange, Extremes) {
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    const struct {
+        const char* what;
+        std::vector<float> one, two;  // two starts at frame 1
+        int first, last;
+        float min, max;
+    } kCases[] = {
+        {"of all results", {30, 20}, {45, 25}, 0, 2, 20, 45},
+        {"of the frames shown, and the first series' first value", {30, 20, 90}, {45, 25}, 1, 1, 20, 45},
+        {"equal ones get 0.1", {30, 30}, {30}, 0, 1, 30 - 0.1F, 30},
+        {"below 0.1", {0.95F, 0.99F}, {0.97F}, 0, 1, 0.99F - 0.1F, 0.99F},
+        {"what is no number doesn't count",
+         {kInfinity, 40},
+         {std::numeric_limits<float>::quiet_NaN(), 50},
+         0,
+         2,
+         40,
+         50},
+        {"none", {}, {}, 0, 0, 0, 0.1F},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.what);
+        Store store;
+        store.Add(0, {L"one"}, 0, c.one);
+        store.Add(1, {L"two"}, 1, c.two);
+        const ValueRange range = RangeOfValues(store, c.first, c.last);
+        EXPECT_EQ(c.min, range.min);
+        EXPECT_EQ(c.max, range.max);
+    }
+    Store large;
+    large.Add(0, {L"one"}, 0, {1e9F});
+    const ValueRange range = RangeOfValues(large, 0, 0);
+    EXPECT_LT(range.min, range.max) << "where 0.1 is less than the distance of two numbers";
+}
+
+TEST(ReportData, TakesWhatAllResultsShare) {
+    Store store;
+    store.Add(0, {L"orig", L"one"}, 0, {1, 2, 3, 4});
+    store.Add(1, {L"orig", L"two"}, 1, {5, 6});
+    const ReportData data = GatherData({store, nullptr, kFiles, 0});
+    EXPECT_EQ(1, data.firstFrame);
+    EXPECT_EQ(2, data.lastFrame);
+    EXPECT_EQ(1, data.values.min)
+        << "the first value of the first series counts, though its frame isn't shown";
+    EXPECT_EQ(6, data.values.max);
+    EXPECT_EQ(L"one", data.paths.at(1));
+
+    store.Add(2, {L"one"}, 10, {7});
+    const ReportData apart = GatherData({store, nullptr, kFiles, 0});
+    EXPECT_EQ(10, apart.firstFrame);
+    EXPECT_EQ(10, apart.lastFrame);
+}
+
+TEST(ReportData, Title) {
+    Store store;
+    EXPECT_EQ(L"", ValueTitle(store, Metric::GetMetricList()));
+    ResultRecord record;
+    record.component = Metric::ComponentU;
+    ASSERT_TRUE(Metric::GetMetricList().FindById(L"psnr", record.metricIndex));
+    store.SetResultRecord(7, record);
+    EXPECT_EQ(L"PSNR UYUV [dB]", ValueTitle(store, Metric::GetMetricList()));
+    ASSERT_TRUE(Metric::GetMetricList().FindById(L"vqm", record.metricIndex));
+    store.SetResultRecord(3, record);
+    EXPECT_EQ(L"VQM UYUV", ValueTitle(store, Metric::GetMetricList())) << "the first result, without a unit";
+}
+
+TEST(ReportText, OfFramesAndValues) {
+    const std::map<int, Series> series = {{1, {0, {33.6166F, 2}}}, {2, {0, {35.2767F}}}};
+    EXPECT_EQ(L"Frame 0\nFirst processed: 33.6166\nSecond processed: 35.2767", PointText(series, 0));
+    EXPECT_EQ(L"Frame 1\nFirst processed: 2.0000", PointText(series, 1));
+    EXPECT_EQ(L"Frame 0 of 0 to 1. First processed 33.6166. Second processed 35.2767.",
+              PlotDescription(series, 0, 1, 0));
+    EXPECT_EQ(L"340282346638528859811704183484516925440.0000", ValueText(std::numeric_limits<float>::max()));
+    EXPECT_EQ(L"Tolvane - Second processed, frame 12", FrameTitle(2, 12));
+    EXPECT_EQ(L"1 frame", FrameCountText(1));
+    EXPECT_EQ(L"150 frames", FrameCountText(150));
+}
+
+}  // namespace
+
+}  // namespace Report
