@@ -1,0 +1,41 @@
+#include "app/dialogs/controls.h"
+
+#include "platform/qt/file_chooser.h"
+#include "platform/qt/path_field.h"
+#include "platform/qt/wide_text.h"
+
+#include <QDialog>
+#include <QLayout>
+
+void SetAvailable(QWidget& control, const std::wstring& whyDisabled) {
+    control.setEnabled(whyDisabled.empty());
+    control.setToolTip(PlainToolTip(ToQString(whyDisabled)));
+}
+
+void SetGroupAvailable(QWidget& group, const std::wstring& whyDisabled) {
+    SetAvailable(group, whyDisabled);
+    const QList<QWidget*> members = group.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    for (QWidget* member : members) SetAvailable(*member, whyDisabled);
+}
+
+QString WithMnemonic(const std::wstring& text, QStringView word) {
+    QString label = LiteralLabel(ToQString(text));
+    return label.insert(label.indexOf(word), u'&');
+}
+
+void FocusFirst(QWidget& field) {
+    field.setFocus(Qt::TabFocusReason);
+}
+
+void SetUsualSize(QDialog& dialog, QSize usual) {
+    QSize size = usual.expandedTo(dialog.minimumSizeHint());
+    const QLayout& layout = *dialog.layout();
+    if (layout.hasHeightForWidth())
+        size.setHeight(qMax(size.height(), layout.totalHeightForWidth(size.width())));
+    dialog.resize(size);
+}
+
+void BrowseFolder(PathField& field) {
+    if (const auto folder = ChooseFolder(field.window(), L"Select folder", field.Path()))
+        field.SetPath(*folder);
+}

@@ -1,0 +1,354 @@
+#include "app/rules/shell_start.h"
+#include "tests/app/shell/shell_window.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+
+#include <set>
+
+namespace {
+
+const std::vector<std::string> kRows = {"original file", "processed file", "second processed file",
+                                        "mask file"};
+
+std::string StatusOf(QWidget& window) {
+    for (const QLabel* label : window.findChildren<QLabel*>()) {
+        const std::string text = label->text().toStdString();
+        if (text == "Ready" || text == "Select video files and options") return text;
+    }
+    return "";
+}
+
+void Type(QWidget& window, const std::string& field, const std::string& text) {
+    auto& edit = Find<QLineEdit>(window, field);
+    edit.setFocus();
+    edit.selectAll();
+    QTest::keyClick(&edit, Qt::Key_Delete);
+    QTest::keyClicks(&edit, QString::fromStdString(text));
+}
+
+void ChooseMetricNamed(QWidget& window, const std::wstring& id) {
+    int index = -1;
+    Metric::GetMetricList().FindById(id, index);
+    auto& list = Find<QComboBox>(window, "Metric");
+    list.setCurrentIndex(list.findData(index));
+    emit list.activated(list.currentIndex());
+}
+
+TEST_F(ShellWindow, ShowsTheDefaultsOfAFirstStart) {
+    const std::wstring place = FromUtf8(directory.Root().native() + "/");
+    state = StartShell(MemorySettingsStore(), place, place);
+    MainWindow& main = Open();
+    EXPECT_EQ("Tolvane 3.0", main.windowTitle().toStdString());
+    for (const QCheckBox* box : main.findChildren<QCheckBox*>())
+        EXPECT_EQ(box->text() == QStringLiteral("Show resu&lts visualization"), box->isChecked())
+            << box->text().toStdString();
+    for (const std::string& row : kRows)
+        EXPECT_EQ("", Find<QLineEdit>(main, "Path, " + row).text().toStdString());
+    EXPECT_EQ(0, Find<QComboBox>(main, "Metric").currentIndex());
+    EXPECT_TRUE(Find<QRadioButton>(main, "Y-YUV").isChecked());
+    EXPECT_EQ("Select video files and options", StatusOf(main));
+    EXPECT_FALSE(Find<QPushButton>(main, "Process").isEnabled());
+}
+
+TEST_F(ShellWindow, IsReadyWhenTheMetricsFilesAreChosen) {
+    MainWindow& main = Open();
+    const auto& process = Find<QPushButton>(main, "Process");
+    const auto expect = [&](bool ready) {
+        EXPECT_EQ(ready, process.isEnabled());
+        EXPECT_EQ(ready ? "Ready" : "Select video files and options", StatusOf(main));
+    };
+    Type(main, "Path, processed file", "b.y4m");
+    expect(false);
+    EXPECT_EQ(L"b.y4m", state.job.fileSlots[RowProcessed].name);
+    EXPECT_EQ(L"b.y4m", state.job.fileSlots[RowProcessed].sourceName);
+    ChooseMetricNamed(main, L"blurring_metric");
+    expect(true);  // one file is enough
+    Click(main, "Save metric visualization video / image");
+    expect(false);  // but not to visualize
+    Type(main, "Path, original file", "a.y4m");
+    expect(true);
+    Click(main, "Comparative analysis");
+    expect(false);
+    Type(main, "Path, second processed file", "c.y4m");
+    expect(true);
+    Type(main, "Path, original file", "");
+    expect(false);
+}
+
+TEST_F(ShellWindow, TakesNoMoreOfATypedPathThanItShows) {
+    MainWindow& main = Open();
+    auto& field = Find<QLineEdit>(main, "Path, original file");
+    field.setFocus();
+    field.insert(QString(300, u'a'));
+    emit field.textEdited(field.text());
+    EXPECT_EQ(260u, state.job.fileSlots[RowOriginal].name.size());
+    EXPECT_EQ(260, field.text().size());
+}
+
+TEST_F(ShellWindow, ControlsFollowTheirBoxes) {
+    MainWindow& main = Open();
+    const struct {
+        std::string box;
+        std::vector<std::string> controls;
+    } cases[] = {
+        {"Comparative analysis",
+         {"Path, second processed file", "Browse, second processed file",
+          "Open with AVISynth, second processed file", "Preview, second processed file"}},
+        {"Use mask file:",
+         {"Path, mask file", "Browse, mask file", "Open with AVISynth, mask file", "Preview, mask file",
+          "Use black mask"}},
+        {"Save CSV file", {"Advanced, CSV and visualization"}},
+        {"Save metric visualization video / image", {"Advanced, CSV and visualization"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.box);
+        for (bool on : {false, true, false}) {
+            EXPECT_EQ(on, Find<QCheckBox>(main, c.box).isChecked());
+            for (const std::string& name : c.controls) {
+                SCOPED_TRACE(name);
+                const QWidget* control = Find(main, name);
+                EXPECT_EQ(on, control->isEnabled());
+                EXPECT_EQ(on, control->toolTip().isEmpty());
+                EXPECT_EQ(on, control->accessibleDescription().isEmpty());
+            }
+            Click(main, c.box);
+        }
+        if (Find<QCheckBox>(main, c.box).isChecked()) Click(main, c.box);
+    }
+}
+
+TEST_F(ShellWindow, DisabledControlsSayWhatTurnsThemOn) {
+    state.capabilities.aviSynth = false;
+    ChooseById(state, L"ssim_fast");
+    MainWindow& main = Open();
+    const struct {
+        std::string control, reason;
+    } cases[] = {
+        {"Browse, second processed file", "Needs \"Comparative analysis\""},
+        {"Path, mask file", "Needs \"Use mask file:\""},
+        {"Open with AVISynth, original file", "Needs AviSynth"},
+        {"Save \"bad frames\"", "Needs a video file"},
+        {"U-YUV", "SSIM (fast) measures Y only"},
+        {"Process", "Needs the original and the processed file"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.control);
+        const QWidget* control = Find(main, c.control);
+        EXPECT_FALSE(control->isEnabled());
+        EXPECT_EQ(c.reason, control->accessibleDescription().toStdString());
+        EXPECT_FALSE(control->toolTip().isEmpty());
+    }
+}
+
+TEST_F(ShellWindow, AMetricKeepsTheComponentOrTakesItsFirst) {
+    MainWindow& main = Open();
+    Find<QRadioButton>(main, "B-RGB").click();
+    EXPECT_EQ(Metric::ComponentB, state.job.selection.begin()->component);
+    ChooseMetricNamed(main, L"mse");
+    EXPECT_TRUE(Find<QRadioButton>(main, "B-RGB").isChecked());
+    ChooseMetricNamed(main, L"ssim_fast");
+    EXPECT_TRUE(Find<QRadioButton>(main, "Y-YUV").isChecked());
+    EXPECT_FALSE(Find<QRadioButton>(main, "B-RGB").isEnabled());
+    ChooseMetricNamed(main, L"psnr");
+    EXPECT_TRUE(Find<QRadioButton>(main, "Y-YUV").isChecked());
+    EXPECT_TRUE(Find<QRadioButton>(main, "B-RGB").isEnabled());
+    EXPECT_EQ(1u, state.job.selection.size());
+}
+
+TEST_F(ShellWindow, MetricSettingsShowForConfigurableMetricsOnly) {
+    const Metric::CMetricList& metrics = Metric::GetMetricList();
+    int plugin = -1;
+    ASSERT_TRUE(metrics.FindById(L"roi_psnr", plugin)) << "a configurable metric";
+    ASSERT_TRUE(metrics.IsConfigurable(plugin));
+    MainWindow& main = Open();
+    for (int i = 0; i < metrics.GetCount(); ++i) {
+        SCOPED_TRACE(ToUtf8(metrics.GetId(i)));
+        ChooseMetricNamed(main, metrics.GetId(i));
+        const auto& text = Find<QLabel>(main, "Metric settings");
+        EXPECT_EQ(metrics.IsConfigurable(i), text.isVisible());
+        EXPECT_EQ(metrics.IsConfigurable(i), Find(main, "Settings")->isEnabled());
+        EXPECT_EQ(metrics.GetDefaultSettings(i), FromUtf8(text.text().toStdString()));
+    }
+}
+
+TEST_F(ShellWindow, BadFramesNeedAVideoAndGetACount) {
+    state.job.badFrames.count = 0;
+    MainWindow& main = Open();
+    Type(main, "Path, original file", "a.bmp");
+    EXPECT_FALSE(Find(main, "Save \"bad frames\"")->isEnabled());
+    Type(main, "Path, processed file", "b.avi");
+    Click(main, "Save \"bad frames\"");
+    EXPECT_EQ(10, state.job.badFrames.count);
+    EXPECT_TRUE(Find(main, "Advanced, \"bad frames\"")->isEnabled());
+    Type(main, "Path, processed file", "b.bmp");
+    EXPECT_FALSE(Find(main, "Advanced, \"bad frames\"")->isEnabled());
+    Type(main, "Path, processed file", "b.avi");
+    EXPECT_TRUE(Find(main, "Advanced, \"bad frames\"")->isEnabled());
+}
+
+TEST_F(ShellWindow, MnemonicsAreUniqueAndAsPlanned) {
+    state.job.comparativeAnalysis = true;
+    MainWindow& main = Open();
+    std::multiset<char> found;
+    for (const QWidget* widget : main.findChildren<QWidget*>()) {
+        QString text;
+        if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) text = button->text();
+        if (const auto* group = qobject_cast<const QGroupBox*>(widget)) text = group->title();
+        const auto* label = qobject_cast<const QLabel*>(widget);
+        if (label && label->buddy()) text = label->text();
+        const auto at = text.indexOf(u'&');
+        if (at >= 0) found.insert(text.at(at + 1).toUpper().toLatin1());
+    }
+    const std::string planned = "123ABCDEFHIKLMNOPRSTUVWXZ";
+    EXPECT_EQ(planned, std::string(found.begin(), found.end()));
+}
+
+TEST_F(ShellWindow, TabGoesInReadingOrder) {
+    state = StateWith(L"/a.y4m", L"/b.y4m", L"/c.y4m", L"/m.y4m");
+    state.job.comparativeAnalysis = state.job.maskSlot.useMask = true;
+    state.job.csv.save = state.job.badFrames.save = true;
+    for (const FileRow row : kFileRows) SlotOf(state.job, row).useAvs = true;
+    MainWindow& main = Open();
+    main.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+
+    std::vector<std::string> expected;
+    const auto addRow = [&](const std::string& row) {
+        for (const char* part : {"Path", "Browse", "Open with AVISynth", "Advanced", "Preview"})
+            expected.push_back(part + (", " + row));
+    };
+    addRow(kRows[0]);
+    addRow(kRows[1]);
+    expected.push_back("Comparative analysis");
+    addRow(kRows[2]);
+    expected.push_back("Use mask file:");
+    addRow(kRows[3]);
+    for (const char* name :
+         {"Use black mask", "Advanced, RGB/YUV matrix", "Metric", "Online metric info", "Y-YUV",
+          "Save CSV file", "Save metric visualization video / image", "Advanced, CSV and visualization",
+          "Save \"bad frames\"", "Advanced, \"bad frames\"", "More options", "Show results visualization",
+          "Website", "Feedback", "Help", "Process", "Exit"})
+        expected.push_back(name);
+
+    for (const std::string& name : expected) {
+        const QWidget* focused = QApplication::focusWidget();
+        ASSERT_EQ(Find(main, name), focused)
+            << name << ", but was on " << focused->accessibleName().toStdString();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(Find(main, expected.front()), QApplication::focusWidget());
+}
+
+TEST_F(ShellWindow, EveryControlHasAName) {
+    MainWindow& main = Open();
+    for (QWidget* widget : main.findChildren<QWidget*>()) {
+        if (!(widget->focusPolicy() & Qt::TabFocus) || widget->parentWidget()->inherits("QComboBox"))
+            continue;
+        const auto* button = qobject_cast<const QAbstractButton*>(widget);
+        EXPECT_FALSE(widget->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
+            << widget->metaObject()->className();
+    }
+}
+
+TEST_F(ShellWindow, EscapeDoesNothingAndEnterProcesses) {
+    MainWindow& main = Open();
+    main.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    QTest::keyClick(&main, Qt::Key_Escape);
+    EXPECT_TRUE(main.isVisible());
+    auto& field = Find<QLineEdit>(main, "Path, original file");
+    QTest::keyClick(&field, Qt::Key_Return);  // not ready: nothing happens
+    EXPECT_EQ(0, saves);
+
+    state.job.maskSlot.useMask = true;  // so that the run is refused
+    Type(main, "Path, original file", "/a.y4m");
+    Type(main, "Path, processed file", "/b.y4m");
+    User user;
+    user.Press("Tolvane: Error", "OK");
+    QTest::keyClick(&field, Qt::Key_Return);
+}
+
+TEST_F(ShellWindow, CtrlOAndCtrlPBelongToTheRowWithTheFocus) {
+    MainWindow& main = Open();
+    main.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    Type(main, "Path, processed file", directory.Path("missing.y4m"));
+    std::string message;
+    User user;
+    user.In("Could not open file for preview",
+            [&](QWidget& box) {
+                message = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))->text().toStdString();
+                box.close();
+                return true;
+            })
+        .In("Open", [](QWidget& dialog) {
+            dialog.close();
+            return true;
+        });
+    auto& box = Find<QCheckBox>(main, "Open with AVISynth, processed file");
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_P, Qt::ControlModifier);
+    std::erase_if(message,
+                  [](char c) { return static_cast<unsigned char>(c) >= 0x80; });  // where it may break
+    EXPECT_EQ("Could not open file \"" + directory.Path("missing.y4m") + "\" for preview.", message);
+    main.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_O, Qt::ControlModifier);
+}
+
+/// Takes the addresses that the program opens.
+class Browser : public QObject {
+    Q_OBJECT
+
+public:
+    Browser() {
+        for (const char* scheme : {"https", "mailto"})
+            QDesktopServices::setUrlHandler(QString::fromLatin1(scheme), this, "Open");
+    }
+    ~Browser() override {
+        for (const char* scheme : {"https", "mailto"})
+            QDesktopServices::unsetUrlHandler(QString::fromLatin1(scheme));
+    }
+    QString opened;
+
+public slots:
+    void Open(const QUrl& url) { opened = url.toString(); }
+};
+
+TEST_F(ShellWindow, LinksLeadOutside) {
+    Browser browser;
+    MainWindow& main = Open();
+    const struct {
+        std::string button, begin;
+    } cases[] = {{"Website", "https://"}, {"Feedback", "mailto:"}, {"Online metric info", "https://"}};
+    for (const auto& c : cases) {
+        browser.opened.clear();
+        Click(main, c.button);
+        EXPECT_EQ(0u, browser.opened.toStdString().find(c.begin)) << c.button;
+    }
+}
+
+TEST_F(ShellWindow, FitsItsFontAndGrowsToTheSideOnly) {
+    MainWindow& main = Open();
+    const int height = main.height();
+    EXPECT_NEAR(928, main.width(), 20);
+    EXPECT_NEAR(554, height, 20);
+    main.resize(main.width() + 300, height + 300);
+    QApplication::processEvents();
+    EXPECT_EQ(height, main.height());
+    EXPECT_GT(Find(main, "Path, original file")->width(), 400);
+}
+
+}  // namespace
+
+#include "main_window_test.moc"

@@ -1,0 +1,46 @@
+#include "app/shell/run_feed.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+using Kind = RunEvent::Kind;
+
+TEST(RunFeed, KeepsTheOrderAndOfPositionsTheLast) {
+    RunFeed feed;
+    feed.Add({.kind = Kind::Range, .last = 10});
+    for (int frame : {0, 1, 2}) feed.Add({.kind = Kind::Position, .first = frame});
+    feed.Add({.kind = Kind::Line, .line = L"between"});
+    for (int frame : {3, 4}) feed.Add({.kind = Kind::Position, .first = frame});
+    feed.Add({.kind = Kind::FramesOver});
+
+    std::vector<std::pair<Kind, int>> taken;
+    for (const RunEvent& event : feed.Take()) taken.emplace_back(event.kind, event.first);
+    const std::vector<std::pair<Kind, int>> expected = {
+        {Kind::Range, 0}, {Kind::Position, 2}, {Kind::Line, 0}, {Kind::Position, 4}, {Kind::FramesOver, 0}};
+    EXPECT_EQ(expected, taken);
+    EXPECT_TRUE(feed.Take().empty());
+}
+
+TEST(RunFeed, LosesNothingBetweenThreads) {
+    constexpr int kLines = 20000;
+    RunFeed feed;
+    std::thread worker([&] {
+        for (int i = 0; i < kLines; ++i) {
+            feed.Add({.kind = Kind::Position, .first = i});
+            feed.Add({.kind = Kind::Line, .first = i});
+        }
+    });
+    int expected = 0;
+    while (expected < kLines) {
+        for (const RunEvent& event : feed.Take()) {
+            ASSERT_EQ(expected, event.first);
+            if (event.kind == Kind::Line) ++expected;
+        }
+    }
+    worker.join();
+}
+
+}  // namespace
