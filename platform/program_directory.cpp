@@ -20,6 +20,16 @@ std::string UserDataDirectory() {
 
 }  // namespace
 
+std::wstring ProgramPath() {
+    constexpr std::string_view kDeleted = " (deleted)";  // the kernel's mark
+    std::error_code error;
+    std::string program = std::filesystem::read_symlink("/proc/self/exe", error).native();
+    if (error) return {};
+    if (program.ends_with(kDeleted) && access(program.c_str(), F_OK) != 0)
+        program.resize(program.size() - kDeleted.size());
+    return FromUtf8(program);
+}
+
 std::wstring ProgramDirectory() {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);

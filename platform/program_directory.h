@@ -2,6 +2,10 @@
 
 #include <string>
 
+/// The file of the running executable; empty if the system doesn't tell. One that has been replaced since the start keeps
+/// its name.
+std::wstring ProgramPath();
+
 /// The directory of the running executable, ending in a separator; empty if the system doesn't tell.
 std::wstring ProgramDirectory();
 

@@ -1,0 +1,104 @@
+#include "platform/http/http_session.h"
+
+#include "tests/platform/http/tls.h"
+#include "tests/temporary_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+class Https : public testing::Test {
+protected:
+    // OpenSSL writes to sockets that the client has closed.
+    Https() { std::signal(SIGPIPE, SIG_IGN); }
+
+    /// What a client gets that trusts this certificate.
+    HttpEnd Get(const std::string& url, const TlsIdentity& trusted) {
+        HttpOptions options;
+        options.certificates = directory.Write("roots.pem", trusted.Certificate());
+        HttpSession session("AutoUpdateAgent", options);
+        body.clear();
+        return session.Get(url, 1000, [this](std::string_view bytes) {
+            body += bytes;
+            return true;
+        });
+    }
+
+    static std::string UrlOf(const HttpServer& server) {
+        return "https://127.0.0.1:" + std::to_string(server.Port()) + "/";
+    }
+
+    TemporaryDirectory directory;
+    std::string body;
+};
+
+TEST_F(Https, TrustsAServerWithTheRightCertificateOnly) {
+    const TlsIdentity right("127.0.0.1");
+    const TlsIdentity another("127.0.0.1");
+    const TlsIdentity otherAddress("127.0.0.2");
+    const TlsIdentity otherHost("update.tolvane.invalid");
+    const TlsIdentity old("127.0.0.1", -1);
+    const struct {
+        const char* what;
+        const TlsIdentity& server;
+        const TlsIdentity& trusted;
+        bool isGood;
+    } cases[] = {
+        {"trusted", right, right, true},
+        {"unknown issuer", right, another, false},
+        {"for another address", otherAddress, otherAddress, false},
+        {"for another host", otherHost, otherHost, false},
+        {"out of date", old, old, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        HttpServer server(c.server.Streams());
+        server.AnswerText("/file", "contents");
+        EXPECT_EQ(c.isGood ? HttpEnd::Complete : HttpEnd::NotOpened, Get(UrlOf(server) + "file", c.trusted));
+        EXPECT_EQ(c.isGood ? "contents" : "", body);
+        EXPECT_EQ(c.isGood ? 1u : 0u, server.Requests().size()) << "nothing is asked of a stranger";
+    }
+}
+
+TEST_F(Https, TheSystemsRootsDontKnowAStranger) {
+    const TlsIdentity stranger("127.0.0.1");
+    const HttpServer server(stranger.Streams());
+    HttpSession session("AutoUpdateAgent");
+    EXPECT_EQ(HttpEnd::NotOpened, session.Get(UrlOf(server), 1, [](std::string_view) { return true; }));
+}
+
+TEST_F(Https, FollowsToHttpsAndNowhereElse) {
+    const TlsIdentity identity("127.0.0.1");
+    HttpServer server(identity.Streams());
+    HttpServer plain;
+    server.AnswerText("/file", "contents");
+    plain.AnswerText("/file", "plain");
+    const struct {
+        const char* what;
+        std::string to;
+        HttpEnd end;
+    } cases[] = {
+        {"same server", "/file", HttpEnd::Complete},
+        {"HTTPS", UrlOf(server) + "file", HttpEnd::Complete},
+        {"plain HTTP", plain.Url() + "file", HttpEnd::NotOpened},
+        {"a file", "file:///etc/passwd", HttpEnd::NotOpened},
+        {"itself, for ever", "/moved", HttpEnd::NotOpened},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        server.Answer("/moved", {.status = 302, .headers = "Location: " + c.to + "\r\n", .body = "moved"});
+        EXPECT_EQ(c.end, Get(UrlOf(server) + "moved", identity));
+        EXPECT_EQ(c.end == HttpEnd::Complete ? "contents" : "", body);
+    }
+    EXPECT_TRUE(plain.Requests().empty());
+
+    const std::string head = "HTTP/1.1 302 Found\r\nLocation: /file\r\nContent-Length: 999999999\r\n\r\n";
+    server.Answer("/moved", {.hangsAfterBody = true, .raw = head + std::string(200000, '0')});
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(HttpEnd::NotOpened, Get(UrlOf(server) + "moved", identity)) << "a redirect with a huge body";
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+}  // namespace
