@@ -38,19 +38,6 @@ void Touch(const std::wstring& file) {
     ASSERT_TRUE(made.open(QIODevice::WriteOnly));
 }
 
-/// Help pages beside this program for as long as it lives.
-class Pages {
-public:
-    Pages() {
-        QDir().mkpath(ToQString(directory));
-        for (const wchar_t* page : {kHelpStart, kHelpScripts, kHelpMatrix}) Touch(directory + page);
-    }
-    ~Pages() { QDir(ToQString(directory)).removeRecursively(); }
-
-private:
-    const std::wstring directory = ProgramDirectory() + L"help/";
-};
-
 TEST(Help, PageComesFromTheFirstDirectoryThatHasIt) {
     const TemporaryDirectory directory;
     const std::wstring first = directory.Root().wstring() + L"/first/";
@@ -77,8 +64,8 @@ TEST(Help, AMissingPageIsNamed) {
     EXPECT_TRUE(text.remove(QChar(0x200B)).contains(ToQString(L"\"" + file + L"\""))) << text.toStdString();
 }
 
+// The pages are the real ones, which stand beside every program of the build.
 TEST(Help, F1AndTheButtonOpenThePageOfTheDialog) {
-    const Pages pages;
     Opened opened;
     FileRecord record;
     MeasurementJob job;
