@@ -9,10 +9,21 @@
 
 #include "platform/text.h"
 
+namespace {
+
+/// A regular file without a name: deleted, or made without one.
+bool HasNoName(int descriptor) {
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 0;
+}
+
+}  // namespace
+
 bool OutputFile::Open(const std::wstring& path) {
     Close();
     // Without O_NONBLOCK a pipe without a reader would hang here.
     descriptor = open(ToUtf8(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
+    isNameless = IsOpen() && HasNoName(descriptor);
     return IsOpen();
 }
 
@@ -35,7 +46,6 @@ bool OutputFile::Close() {
     const int closing = std::exchange(descriptor, -1);
     if (closing < 0) return true;
     // What is written to a file that was deleted meanwhile goes through, and nobody can read it.
-    struct stat written = {};
-    const bool isDeleted = fstat(closing, &written) == 0 && S_ISREG(written.st_mode) && written.st_nlink == 0;
+    const bool isDeleted = !isNameless && HasNoName(closing);
     return close(closing) == 0 && !isDeleted;
 }

@@ -26,4 +26,5 @@ public:
 
 private:
     int descriptor = -1;
+    bool isNameless = false;  // from the start, as in memory
 };
