@@ -287,7 +287,7 @@ void CReportFrame::resizeEvent(QResizeEvent* event) {
         place.Follow(change.width(), change.height(), centreMove);
         child->setGeometry(ToQRect(place.Rect()));
     }
-    if (message->isVisible()) PlaceMessage();
+    if (!message->isHidden()) PlaceMessage();
 }
 
 void CReportFrame::mousePressEvent(QMouseEvent* event) {

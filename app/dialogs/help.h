@@ -8,6 +8,7 @@ class QWidget;
 /// The help: pages of HTML in the directory "help" beside the program, or where packages put them.
 constexpr const wchar_t* kHelpStart = L"index.html";
 constexpr const wchar_t* kHelpScripts = L"AviSynth_filters.html";
+constexpr const wchar_t* kHelpRun = L"run.html";
 constexpr const wchar_t* kHelpMatrix = L"YUV_RGB.html";
 
 /// Opens a page with the user's program for HTML, or tells in a message which file couldn't be opened. GUI thread only.

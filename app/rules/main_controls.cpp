@@ -92,6 +92,10 @@ std::wstring WhyDisabled(Control control, const ShellState& state, const Metric:
             const int index = SelectionOf(job).metricIndex;
             return metrics.IsConfigurable(index) ? L"" : metrics.GetName(index) + L" has no settings";
         }
+        case Control::MetricInfo: {
+            const int index = SelectionOf(job).metricIndex;
+            return !metrics.GetInfoUrl(index).empty() ? L"" : metrics.GetName(index) + L" has no page";
+        }
         case Control::CsvAdvanced:
             return job.csv.save || job.visualization.save
                        ? L""

@@ -1,24 +1,12 @@
 #include "app/shell/file_questions.h"
 
+#include "app/dialogs/file_kinds.h"
 #include "app/dialogs/yuv_dialog.h"
-#include "app/rules/file_filters.h"
-#include "platform/qt/file_chooser.h"
 #include "platform/qt/message_box.h"
-
-namespace {
-
-std::vector<FileKind> VideoKinds() {
-    std::vector<FileKind> kinds;
-    for (const FileFilter& filter : kVideoFilters)
-        kinds.push_back({filter.text, {filter.patterns.begin(), filter.patterns.end()}});
-    return kinds;
-}
-
-}  // namespace
 
 std::optional<std::wstring> FileQuestions::ChooseFile(const std::wstring& preset) {
     const std::wstring start = preset.empty() ? StartingPlace() : preset;
-    const auto chosen = ::ChooseFile(&window, L"Open", start, VideoKinds());
+    const auto chosen = ::ChooseFile(&window, L"Open", start, FileKindsOf(kVideoFilters));
     if (chosen) lastDirectory = DirectoryOf(*chosen);
     return chosen;
 }

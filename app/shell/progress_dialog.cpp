@@ -1,6 +1,7 @@
 #include "app/shell/progress_dialog.h"
 
 #include "app/dialogs/controls.h"
+#include "app/dialogs/help.h"
 #include "app/rules/progress_text.h"
 #include "app/shell/log_view.h"
 #include "app/shell/run_control.h"
@@ -60,6 +61,7 @@ ProgressDialog::ProgressDialog(QWidget* parent, RunControl& runControl, const Me
     left->hide();
     log->setFocus();
 
+    AddHelpKey(*this, kHelpRun);
     connect(stop, &QPushButton::clicked, this, &ProgressDialog::AskToStop);
     connect(continueButton, &QPushButton::clicked, this, &ProgressDialog::Continue);
 }
@@ -141,8 +143,8 @@ void ProgressDialog::ShowPosition(const RunEvent& event) {
 }
 
 void ProgressDialog::ShowButtons() {
-    stop->setEnabled(flow.CanStop());
-    continueButton->setEnabled(flow.CanContinue());
+    SetAvailable(*stop, flow.CanStop() ? L"" : L"All frames are measured");
+    SetAvailable(*continueButton, flow.CanContinue() ? L"" : L"Needs the end of the run");
     continueButton->setDefault(flow.CanContinue());
 }
 

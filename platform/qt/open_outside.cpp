@@ -15,7 +15,9 @@ bool Open(const QUrl& url) {
 }  // namespace
 
 bool OpenWebPage(const std::wstring& address) {
-    return Open(QUrl(ToQString(address), QUrl::StrictMode));
+    // A plug-in gives the address of its page, and an address of another kind may start any program.
+    const QUrl url(ToQString(address), QUrl::StrictMode);
+    return (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http")) && Open(url);
 }
 
 bool ComposeMail(const std::wstring& address) {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Opens a web page in the user's browser. False if there is none, or the address isn't valid.
+/// Opens a web page in the user's browser. False if there is none, or the address isn't one of HTTP or HTTPS.
 bool OpenWebPage(const std::wstring& address);
 
 /// Opens the user's mail program with a new mail to `address`. False if there is none.

@@ -1,7 +1,7 @@
 #include "report/frames/frame_reader.h"
 
 #include <array>
-#include <new>
+#include <exception>
 #include <utility>
 
 #include "video/display_picture.h"
@@ -24,7 +24,7 @@ std::unique_ptr<rkIVideoSource> Open(const FileRecord& record) {
     const std::lock_guard lock(OpeningMutex());
     try {
         return record.OpenSource(true);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {  // a frame too large for memory, or for its container
         return nullptr;
     }
 }
@@ -102,7 +102,7 @@ void FrameReader::Deliver(const Asked& asked) {
     try {
         result.error = MakePicture(asked);
         if (result.error.empty()) result.picture = &picture;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {  // nothing else is thrown here
         result.error = L"There isn't enough memory for the frame";
     }
     receiver(result);

@@ -237,16 +237,19 @@ TEST(ResultsDialog, IsModalAndClosesByKey) {
     const MadeResults results(100);
     for (const QKeyCombination key : {QKeyCombination(Qt::Key_Escape), Qt::CTRL | Qt::Key_W}) {
         bool wasModal = false;
+        bool hasClosed = false;
         QTimer::singleShot(0, [&] {
             QWidget* dialog = QApplication::activeModalWidget();
             ASSERT_TRUE(dialog);
             wasModal = dialog->isModal();
             EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
             QTest::keyClick(dialog, key.key(), key.keyboardModifiers());
-            if (QApplication::activeModalWidget()) dialog->close();
+            hasClosed = !QApplication::activeModalWidget();
+            if (!hasClosed) dialog->close();
         });
         ShowResults(nullptr, results.Parameters());
         EXPECT_TRUE(wasModal);
+        EXPECT_TRUE(hasClosed);
         EXPECT_FALSE(QApplication::activeModalWidget());
     }
 }

@@ -43,6 +43,7 @@ TEST(MainForm, WhyAControlIsOff) {
         {Control::ProcessedAdvanced, scripts, L"Needs a file"},
         {Control::SecondAdvanced, scripts, L"Needs \"Comparative analysis\""},
         {Control::MetricSettings, nothing, L"PSNR has no settings"},
+        {Control::MetricInfo, nothing, L""},
         {Control::ComponentU, ssim, L"SSIM (fast) measures Y only"},
         {Control::ComponentL, blurring, L"Lumetry Blurring BETA measures Y, U, V only"},
         {Control::CsvAdvanced, nothing,
