@@ -235,6 +235,8 @@ void MainWindow::Preview(FileRow row) {
 }
 
 void MainWindow::Process() {
+    // A mnemonic clicks its button a moment later, and another click may have begun the run by then.
+    if (QApplication::activeModalWidget()) return;
     ProgressDialog progress(this, runControl, state.job, progressGeometry);
     state.job.autoCloseProgress = progress.Run(state.job.autoCloseProgress ? 1 : 0) > 0;
 }

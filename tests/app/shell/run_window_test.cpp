@@ -55,6 +55,20 @@ QStringList LogOf(QWidget& progress) {
     return progress.findChild<LogView*>()->Lines();
 }
 
+TEST_F(RunWindow, AClickThatComesLateIsNoSecondRun) {
+    ChooseSamples();
+    Open();
+    User user;
+    user.In(kProgress, [this](QWidget&) {
+        Find<QPushButton>(*window, "Stop").click();  // "Process" with its caption of a run
+        return true;
+    });
+    user.Press(kProgress, "Continue");
+    Process();
+    EXPECT_EQ(RunPhase::Editing, state.phase);
+    EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
 TEST_F(RunWindow, FromChoosingFilesToTheFinishedRecord) {
     state.showResults = true;
     MainWindow& main = Open();
