@@ -104,12 +104,12 @@ TEST(Pictures, OfBadFrames) {
 }
 
 TEST(Pictures, WhatCannotBeSavedIsSaid) {
-    const json visualized = Measured(kPair + "--visualize /no/such", 1);
+    const json visualized = Measured(kPair + "--visualize " SAMPLES_DIR "/yard.y4m/", 1);
     EXPECT_EQ((json{{"measurement", 2}, {"visualization", 1}}), visualized["outcome"]);
     EXPECT_EQ(json::array(), visualized["outputs"]["visualization"]);
     EXPECT_EQ(6u, visualized["results"][0]["values"].size());
 
-    const json bad = Measured(kPair + "--bad-frames /no/such", 1);
+    const json bad = Measured(kPair + "--bad-frames " SAMPLES_DIR "/yard.y4m/", 1);
     EXPECT_TRUE(bad["bad_frames"].is_null());
     EXPECT_EQ("Failed to save bad frames!", bad["log"].back());
 }

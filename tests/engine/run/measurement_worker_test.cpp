@@ -170,7 +170,7 @@ TEST_F(BadFramesStep, ChoosesAsTheRulesReadOneByOne) {
 }
 
 TEST_F(BadFramesStep, OfAnIncompleteStepOrRunThereAreNone) {
-    job.badFrames.outputDir = L"/no/such";
+    job.badFrames.outputDir = FromUtf8(directory) + L"noise0/";
     Lines events = RunOnNoise(L"psnr", 2);
     EXPECT_EQ(1, std::count(events.begin(), events.end(), L"Failed to save bad frames!"));
     EXPECT_EQ(nullptr, witness.finish->badFrames);

@@ -20,8 +20,6 @@ std::vector<std::uint8_t> Packed(const rkVideoImage& image) {
 }
 
 struct VisualizationTest : RunTest {
-    static constexpr int kWidth = kNoiseWidth;
-    static constexpr int kHeight = kNoiseHeight;
     static constexpr int kFrames = 36;
 
     RunParameters Visualized(std::vector<FileRecord> files) {
@@ -35,18 +33,20 @@ struct VisualizationTest : RunTest {
     /// What the metric paints of each frame, asked directly.
     static Pictures Painted(int index, int component, const std::vector<FileRecord>& files) {
         const Metric::CMetricList& metrics = Metric::GetMetricList();
-        Metric::MetricParameters parameters;
-        parameters.component = component;
-        parameters.width = kWidth;
-        parameters.height = kHeight;
-        const auto metric = metrics.CreateInstance(index, parameters);
-        EXPECT_TRUE(!metric->IsConfigurable() || metric->Configure(metrics.GetDefaultSettings(index)));
         std::vector<std::unique_ptr<rkIVideoSource>> sources;
         for (const FileRecord& file : files) sources.push_back(file.OpenSource(true));
-        Metric::CMetricImage planes[2] = {{kWidth, kHeight}, {kWidth, kHeight}};
+        const int width = sources[0]->GetWidth();
+        const int height = sources[0]->GetHeight();
+        Metric::MetricParameters parameters;
+        parameters.component = component;
+        parameters.width = width;
+        parameters.height = height;
+        const auto metric = metrics.CreateInstance(index, parameters);
+        EXPECT_TRUE(!metric->IsConfigurable() || metric->Configure(metrics.GetDefaultSettings(index)));
+        Metric::CMetricImage planes[2] = {{width, height}, {width, height}};
 
         Pictures pictures;
-        for (int frame = 0; frame < kFrames; ++frame) {
+        for (int frame = sources[0]->GetFrameCount(); frame > 0; --frame) {
             std::vector<Metric::CMetricImage*> images;
             for (std::size_t i = 0; i < sources.size(); ++i) {
                 rkVideoImage read, first, second;
@@ -55,7 +55,7 @@ struct VisualizationTest : RunTest {
                 images.push_back(&planes[i]);
             }
             rkVideoImage target;
-            target.Create(kWidth, kHeight, RGB24, 0);
+            target.Create(width, height, RGB24, 0);
             metric->MeasureAndVisualize(images, target);
             target.FlipVertical();
             pictures.push_back(Packed(target));
@@ -80,55 +80,69 @@ struct VisualizationTest : RunTest {
     }
 
     /// Takes the caption's head line out of a picture.
-    static void Blank(std::vector<std::uint8_t>& picture) {
-        constexpr int kRowBytes = (3 * kWidth + 3) / 4 * 4;
+    static void Blank(std::vector<std::uint8_t>& picture, int width, int height) {
+        const int rowBytes = (3 * width + 3) / 4 * 4;
         for (int y = 15; y <= 15 + TextRaster::kLineHeight; ++y)
-            std::fill_n(picture.begin() + (kHeight - 1 - y) * kRowBytes + 3 * 15, 3 * (kWidth - 15),
+            std::fill_n(picture.begin() + (height - 1 - y) * rowBytes + 3 * 15, 3 * (width - 15),
                         std::uint8_t{0});
+    }
+
+    /// Every metric on `files`: each file has the pictures that the metric painted.
+    void ExpectPaintedPictures(const std::vector<FileRecord>& files, int width, int height) {
+        const Metric::CMetricList& metrics = Metric::GetMetricList();
+        RunParameters run = Visualized(files);
+        MetricSelection selection;
+        for (int i = 0; i < metrics.GetCount(); ++i)
+            selection.insert({i, metrics.GetComponents(i).front(), metrics.GetDefaultSettings(i)});
+        ASSERT_TRUE(RunMeasurement(run, store, selection, &outcome));
+        EXPECT_EQ((RunOutcome{2, 2}), outcome);
+
+        std::size_t compared = 0;
+        for (const SelectedMetric& selected : selection) {
+            const std::wstring& id = metrics.GetId(selected.metricIndex);
+            std::vector<std::vector<FileRecord>> sets = {files};
+            if (metrics.GetInputCount(selected.metricIndex, true) == 1) sets = {{files[0]}, {files[1]}};
+            for (const auto& inputs : sets) {
+                std::wstring videos;
+                for (const FileRecord& input : inputs) videos += L"_" + input.name;
+                if (id == L"roi_psnr")
+                    videos += videos;  // the sample plug-in has two results, each on both files
+                const std::wstring path = FromUtf8(directory) + id + L"_yyuv" + videos + L".avi";
+                SCOPED_TRACE(ToUtf8(path));
+                EXPECT_EQ(1, std::count(run.visualizationPaths.begin(), run.visualizationPaths.end(), path));
+                Pictures expected = Painted(selected.metricIndex, selected.component, inputs);
+                if (id == L"stssim") expected.erase(expected.begin(), expected.begin() + 32);
+                Pictures written = ReadBack(path);
+                ASSERT_EQ(expected.size(), written.size());
+                for (std::size_t frame = 0; frame < written.size(); ++frame) {
+                    EXPECT_NE(expected[frame], written[frame]) << "there is a caption";
+                    Blank(expected[frame], width, height);
+                    Blank(written[frame], width, height);
+                    ASSERT_EQ(expected[frame], written[frame]) << frame;
+                }
+                ++compared;
+            }
+        }
+        EXPECT_EQ(run.visualizationPaths.size(), compared);
+        EXPECT_GE(compared, 17u);
     }
 };
 
 }  // namespace
 
 TEST_F(VisualizationTest, EveryMetricsPicturesComeThroughWhole) {
-    const Metric::CMetricList& metrics = Metric::GetMetricList();
-    const std::vector<FileRecord> files = {Noise(L"o", 1, kFrames), Noise(L"p", 2, kFrames)};
-    RunParameters run = Visualized(files);
-    MetricSelection selection;
-    for (int i = 0; i < metrics.GetCount(); ++i)
-        selection.insert({i, metrics.GetComponents(i).front(), metrics.GetDefaultSettings(i)});
-    ASSERT_TRUE(RunMeasurement(run, store, selection, &outcome));
-    EXPECT_EQ((RunOutcome{2, 2}), outcome);
-
-    std::size_t compared = 0;
-    for (const SelectedMetric& selected : selection) {
-        const std::wstring& id = metrics.GetId(selected.metricIndex);
-        std::vector<std::vector<FileRecord>> sets = {files};
-        if (metrics.GetInputCount(selected.metricIndex, true) == 1) sets = {{files[0]}, {files[1]}};
-        for (const auto& inputs : sets) {
-            std::wstring videos;
-            for (const FileRecord& input : inputs) videos += L"_" + input.name;
-            if (id == L"roi_psnr")
-                videos += videos;  // the sample plug-in has two results, each on both files
-            const std::wstring path = FromUtf8(directory) + id + L"_yyuv" + videos + L".avi";
-            SCOPED_TRACE(ToUtf8(path));
-            EXPECT_EQ(1, std::count(run.visualizationPaths.begin(), run.visualizationPaths.end(), path));
-            Pictures expected = Painted(selected.metricIndex, selected.component, inputs);
-            if (id == L"stssim") expected.erase(expected.begin(), expected.begin() + 32);
-            Pictures written = ReadBack(path);
-            ASSERT_EQ(expected.size(), written.size());
-            for (std::size_t frame = 0; frame < written.size(); ++frame) {
-                EXPECT_NE(expected[frame], written[frame]) << "there is a caption";
-                Blank(expected[frame]);
-                Blank(written[frame]);
-                ASSERT_EQ(expected[frame], written[frame]) << frame;
-            }
-            ++compared;
-        }
-    }
-    EXPECT_EQ(run.visualizationPaths.size(), compared);
-    EXPECT_GE(compared, 17u);
+    ExpectPaintedPictures({Noise(L"o", 1, kFrames), Noise(L"p", 2, kFrames)}, kNoiseWidth, kNoiseHeight);
 }
+
+#ifdef CLIPS_DIR
+TEST_F(VisualizationTest, EveryMetricsPicturesOfACameraClip) {
+    std::vector<FileRecord> files(2);
+    files[0].name = L"yard_cif";
+    files[1].name = L"yard_cif_x264";
+    for (FileRecord& file : files) file.sourceName = FromUtf8(CLIPS_DIR "/") + file.name + L".y4m";
+    ExpectPaintedPictures(files, 352, 288);
+}
+#endif
 
 TEST_F(VisualizationTest, AFileThatCantBeOpenedCostsNoValue) {
     int blurring = 0;
@@ -141,10 +155,12 @@ TEST_F(VisualizationTest, AFileThatCantBeOpenedCostsNoValue) {
     };
     const Series expected = measure(FromUtf8(directory));
     EXPECT_EQ((RunOutcome{2, 2}), outcome);
-    EXPECT_EQ(expected, measure(L"/no/such"));
+    const std::wstring noDirectory = FromUtf8(directory) + L"o/";
+    EXPECT_EQ(expected, measure(noDirectory));
     EXPECT_EQ((RunOutcome{2, 1}), outcome);
     EXPECT_EQ(1, std::count(lines.begin(), lines.end(),
-                            L"Failed to open visualization file \"/no/such/blurring_metric_yyuv_o_p.avi\""));
+                            L"Failed to open visualization file \"" + noDirectory +
+                                L"blurring_metric_yyuv_o_p.avi\""));
 }
 
 TEST_F(VisualizationTest, EqualNamesGetFilesOfTheirOwn) {
@@ -162,7 +178,7 @@ TEST_F(VisualizationTest, EqualNamesGetFilesOfTheirOwn) {
 TEST_F(VisualizationTest, AFullDiskKeepsWhatIsWrittenAndTheMeasurementGoesOn) {
     RunParameters run = Visualized({Noise(L"o", 1, kFrames), Noise(L"p", 2, kFrames)});
     {
-        const FileSizeLimit limit(30 * kWidth * kHeight * 3);
+        const FileSizeLimit limit(30 * kNoiseWidth * kNoiseHeight * 3);
         EXPECT_TRUE(RunMeasurement(run, store, {{0, 0, {}}}, &outcome));
     }
     EXPECT_EQ((RunOutcome{2, 1}), outcome);
@@ -177,8 +193,8 @@ TEST_F(VisualizationTest, AFullDiskKeepsWhatIsWrittenAndTheMeasurementGoesOn) {
     EXPECT_GE(written.size(), 16u);
     EXPECT_LT(written.size(), 30u);
     for (std::size_t frame = 0; frame < written.size(); ++frame) {
-        Blank(expected[frame]);
-        Blank(written[frame]);
+        Blank(expected[frame], kNoiseWidth, kNoiseHeight);
+        Blank(written[frame], kNoiseWidth, kNoiseHeight);
         EXPECT_EQ(expected[frame], written[frame]) << frame;
     }
 }
