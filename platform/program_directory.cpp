@@ -18,6 +18,12 @@ std::string UserDataDirectory() {
     return home != nullptr && home[0] == '/' ? std::string(home) + "/.local/share/tolvane/" : std::string();
 }
 
+/// Whether packages or the administrator put the program there: root may write there as well, but what a run
+/// leaves would outlive the package.
+bool IsOfSystem(const std::wstring& directory) {
+    return directory.starts_with(L"/usr/");
+}
+
 }  // namespace
 
 std::wstring ProgramPath() {
@@ -38,7 +44,7 @@ std::wstring ProgramDirectory() {
 
 std::wstring WritableProgramDirectory() {
     const std::wstring own = ProgramDirectory();
-    if (!own.empty() && access(ToUtf8(own).c_str(), W_OK) == 0) return own;
+    if (!own.empty() && !IsOfSystem(own) && access(ToUtf8(own).c_str(), W_OK) == 0) return own;
     const std::string user = UserDataDirectory();
     return user.empty() ? own : FromUtf8(user);
 }

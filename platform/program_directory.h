@@ -10,6 +10,6 @@ std::wstring ProgramPath();
 std::wstring ProgramDirectory();
 
 /// Where the program writes what belongs beside it, ending in a separator: its own directory if that can be
-/// written to, otherwise the user's data directory (`$XDG_DATA_HOME/tolvane/`, `~/.local/share/tolvane/`).
-/// That may be missing: who writes there makes it.
+/// written to and isn't below /usr, otherwise the user's data directory (`$XDG_DATA_HOME/tolvane/`,
+/// `~/.local/share/tolvane/`). That may be missing: who writes there makes it.
 std::wstring WritableProgramDirectory();

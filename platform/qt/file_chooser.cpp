@@ -8,12 +8,14 @@
 
 namespace {
 
-// In the form "name (pattern pattern)".
+// In the form "name (pattern pattern)". A desktop's own dialog may tell "*.avi" from "*.AVI", so both stand there.
 QString NameFilter(const FileKind& kind) {
     QStringList patterns;
     for (const std::wstring& pattern : kind.patterns) {
-        patterns.append(pattern == L"*.*" ? QStringLiteral("*") : ToQString(pattern));
+        const QString given = pattern == L"*.*" ? QStringLiteral("*") : ToQString(pattern);
+        patterns << given << given.toLower() << given.toUpper();
     }
+    patterns.removeDuplicates();
     return QStringLiteral("%1 (%2)").arg(ToQString(kind.name), patterns.join(u' '));
 }
 
@@ -50,6 +52,7 @@ std::optional<std::wstring> ChooseNewFile(QWidget* parent, const std::wstring& t
     const QString start = ToQString(path);
     QFileDialog dialog(parent, ToQString(title), ExistingDirectory(start));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilter(NameFilter(kind));
     dialog.setDefaultSuffix(QFileInfo(ToQString(kind.patterns.front())).suffix());
     dialog.selectFile(QFileInfo(start).fileName());

@@ -6,6 +6,7 @@
 
 #include <QDragEnterEvent>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyleOptionFrame>
 #include <QToolTip>
@@ -84,6 +85,16 @@ void PathField::PaintDropHighlight() {
     painter.setPen(QPen(palette().color(QPalette::Highlight), kDropOutline, Qt::SolidLine, Qt::SquareCap,
                         Qt::MiterJoin));
     painter.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
+}
+
+// The mnemonic of a control that is off comes here as a letter, which isn't meant for the path.
+void PathField::keyPressEvent(QKeyEvent* event) {
+    const bool isMnemonic =
+        event->modifiers() == Qt::AltModifier && event->text().size() == 1 && event->text().front().isPrint();
+    if (isMnemonic)
+        event->ignore();
+    else
+        QLineEdit::keyPressEvent(event);
 }
 
 void PathField::dragEnterEvent(QDragEnterEvent* event) {

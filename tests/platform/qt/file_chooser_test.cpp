@@ -41,6 +41,7 @@ TEST_F(FileChooser, OffersKindsByNameAndFindsWhatFits) {
         auto* kinds = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
         EXPECT_EQ("All supported files ()", kinds->itemText(0).toStdString());
         EXPECT_EQ("All files (*.*)", kinds->itemText(1).toStdString());
+        EXPECT_EQ("All supported files () (*.avi *.AVI *.y4m *.Y4M)", dialog.nameFilters()[0].toStdString());
         EXPECT_EQ("All files (*.*) (*)", dialog.nameFilters()[1].toStdString());
         dialog.reject();
     });

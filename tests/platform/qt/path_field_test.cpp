@@ -126,6 +126,14 @@ TEST(PathField, ElidesWithoutFocusOnly) {
     EXPECT_EQ(elided, field->grab().toImage());
 }
 
+TEST(PathField, TakesNoLetterOfAMnemonic) {
+    PathField field(PathField::Drop::None);
+    QTest::keyClick(&field, 'k', Qt::AltModifier);
+    EXPECT_EQ(L"", field.Path());
+    QTest::keyClick(&field, 'K', Qt::ShiftModifier);
+    EXPECT_EQ(L"K", field.Path());
+}
+
 TEST(PathField, HintsOnlyWhereAFileCanBeDropped) {
     PathField file(PathField::Drop::File), directory(PathField::Drop::None);
     EXPECT_EQ("Drop a file here", file.placeholderText().toStdString());

@@ -3,10 +3,12 @@
 #include "platform/qt/label_column.h"
 #include "platform/qt/message_box.h"
 #include "platform/qt/value_slider.h"
+#include "platform/qt/wide_text.h"
 
 #include <gtest/gtest.h>
 #include <QAccessible>
 #include <QApplication>
+#include <QClipboard>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -145,14 +147,19 @@ TEST(MessageBox, SafeAnswerIsDefaultAndEscape) {
     }));
 }
 
-TEST(MessageBox, TextIsShownAsItIs) {
-    const auto show = [] {
-        ShowMessage(nullptr, QMessageBox::Critical, L"Could not open file for preview", L"\"a<b>.yuv\"");
+TEST(MessageBox, TextIsShownAndCopiedAsItIs) {
+    const std::wstring path(200, L'p');
+    const auto show = [&] {
+        ShowMessage(nullptr, QMessageBox::Critical, L"Could not open file for preview",
+                    L"\"a<b>.yuv\" " + path, L"Try <b>.");
         return true;
     };
-    EXPECT_TRUE(Answer(Qt::Key_Escape, show, [](QMessageBox& box) {
+    EXPECT_TRUE(Answer(Qt::Key_Escape, show, [&](QMessageBox& box) {
         EXPECT_EQ(Qt::PlainText, box.textFormat());
-        EXPECT_EQ("\"a<b>.yuv\"", box.text().toStdString());
+        EXPECT_TRUE(box.text().startsWith(QStringLiteral("\"a<b>.yuv\" ppp")));
+        EXPECT_TRUE(box.informativeText().contains(QStringLiteral("Try &lt;b&gt;.")));
+        QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(ToQString(L"\"a<b>.yuv\" " + path), QGuiApplication::clipboard()->text());
         EXPECT_EQ("Could not open file for preview", box.windowTitle().toStdString());
         EXPECT_EQ(QMessageBox::Critical, box.icon());
     }));

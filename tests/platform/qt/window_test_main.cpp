@@ -1,8 +1,12 @@
+#include "platform/loose_threads.h"
 #include "platform/qt/theme.h"
 #include "tests/temporary_directory.h"
 
 #include <gtest/gtest.h>
 #include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
 
 /// Runs tests of windows without a display, unless QT_QPA_PLATFORM asks for one, and away from the user's settings and
 /// desktop.
@@ -16,5 +20,8 @@ int main(int argc, char** argv) {
 
     QApplication application(argc, argv);
     InstallTheme(application);
-    return RUN_ALL_TESTS();
+    const int result = RUN_ALL_TESTS();
+    if (LooseThreadsEnd(std::chrono::seconds(20))) return result;
+    std::fputs("a thread that a window left behind doesn't end\n", stderr);
+    std::_Exit(1);
 }
