@@ -1,5 +1,8 @@
 #include "metric/metric_base.h"
 
+#include "platform/product_addresses.h"
+#include "platform/text.h"
+
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
@@ -8,8 +11,6 @@
 namespace Metric {
 
 namespace {
-
-constexpr const wchar_t* kWebSite = L"https://tolvane.example";
 
 int RoundUp(int size, int block) {
     return (size + block - 1) / block * block;
@@ -90,7 +91,7 @@ float* CMetric::GetMap(int component) {
 }
 
 std::wstring InfoUrl(const wchar_t* path) {
-    return std::wstring(kWebSite) + path;
+    return FromUtf8(ProductPage()) + path;
 }
 
 }  // namespace Metric

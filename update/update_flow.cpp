@@ -32,13 +32,12 @@ const wchar_t* ErrorText(DownloadResult result) {
 }
 
 void InstallAndRestart(CAutoUpdater& updater, IUpdateQuestions& questions) {
-    if (!questions.StopRun()) return;  // the next start installs it
+    if (!questions.EndWindows()) return;  // the next start installs it
     if (updater.InstallUpdate() == InstallResult::SetAside) {
         const UpdateMessage failure = InstallFailure(updater);
         questions.ShowWarning(failure.title, failure.text);
-    } else {
-        questions.Restart(updater.OwnPath());
     }
+    questions.Restart();
 }
 
 }  // namespace

@@ -12,11 +12,12 @@ public:
     /// With the icon for warnings and "OK".
     virtual void ShowWarning(const std::wstring& title, const std::wstring& text) = 0;
 
-    /// Stops a measurement that runs and saves what it has and what the user chose. Returns when that is done; false if the
-    /// program ends meanwhile.
-    virtual bool StopRun() = 0;
-    /// Puts `program`, started anew, in the place of this process. May return before that has happened.
-    virtual void Restart(const std::wstring& program) = 0;
+    /// Closes the program's windows without a question, so that nothing begins any more that needs the old files. A
+    /// measurement stops first and keeps what it has, and what the user chose is saved. Returns when that is done; false if
+    /// the program ends meanwhile.
+    virtual bool EndWindows() = 0;
+    /// Starts `CAutoUpdater::OwnPath` in place of this process. May return before that has happened.
+    virtual void Restart() = 0;
 
     virtual ~IUpdateQuestions() = default;
 };

@@ -20,9 +20,15 @@ std::optional<std::uint64_t> TakeSize(std::string_view& text) {
     return size;
 }
 
+/// Any character will do that can't belong to a number or to its line's end.
+bool IsSeparator(char c) {
+    const bool isLetter = AsciiLower(c) >= 'a' && AsciiLower(c) <= 'z';
+    return c == '\t' || (static_cast<unsigned char>(c) >= ' ' && !isLetter && (c < '0' || c > '9'));
+}
+
 std::optional<UpdateEntry> TakeEntry(std::string_view& text) {
     const auto size = TakeSize(text);
-    if (!size || (!text.starts_with(' ') && !text.starts_with('\t'))) return {};
+    if (!size || text.empty() || !IsSeparator(text.front())) return {};
     const std::string_view name = text.substr(1, text.find('\r', 1) - 1);
     text.remove_prefix(1 + name.size());
     UpdateEntry entry{*size, std::string(name), LocalName(name)};

@@ -17,7 +17,7 @@ struct UpdateList {
     std::vector<UpdateEntry> entries;  // at least one
 };
 
-/// Reads the list of an update: the total size, then for each file its size, one space or tab, and its name up to a
+/// Reads the list of an update: the total size, then for each file its size, one character between, and its name up to a
 /// carriage return or the end.
 ///
 /// Nothing for a text that isn't wholly such a list: too long, a number missing or beyond what an update may have, sizes

@@ -28,7 +28,9 @@ private:
 };
 
 UpdateThread::UpdateThread(CAutoUpdater& updater, UpdateCalls calls)
-    : updater(updater), calls(std::move(calls)) {}
+    : updater(updater), calls(std::move(calls)) {
+    connect(this, &UpdateThread::Posted, this, &UpdateThread::TakePosted, Qt::QueuedConnection);
+}
 
 UpdateThread::~UpdateThread() {
     updater.Cancel();
@@ -56,9 +58,25 @@ bool UpdateThread::Ask(const Question& question) {
         pending = answer;
     }
     // With the end of this object a question that wasn't asked yet goes; the destructor answers it.
-    QMetaObject::invokeMethod(
-        this, [question, answer] { question(answer); }, Qt::QueuedConnection);
+    Post([question, answer] { question(answer); });
     return answer->Wait();
+}
+
+void UpdateThread::Post(std::function<void()> call) {
+    {
+        const std::lock_guard lock(mutex);
+        posted = std::move(call);
+    }
+    emit Posted();
+}
+
+void UpdateThread::TakePosted() {
+    std::function<void()> call;
+    {
+        const std::lock_guard lock(mutex);
+        call.swap(posted);
+    }
+    if (call) call();
 }
 
 bool UpdateThread::AskYesNo(const std::wstring& title, const std::wstring& text) {
@@ -74,13 +92,12 @@ void UpdateThread::ShowWarning(const std::wstring& title, const std::wstring& te
     });
 }
 
-bool UpdateThread::StopRun() {
+bool UpdateThread::EndWindows() {
     return Ask([this](const std::shared_ptr<Answer>& answer) {
-        calls.stopRunAndThen([answer] { answer->Give(true); });
+        calls.endWindowsAndThen([answer] { answer->Give(true); });
     });
 }
 
-void UpdateThread::Restart(const std::wstring& program) {
-    QMetaObject::invokeMethod(
-        this, [this, program] { calls.restart(program); }, Qt::QueuedConnection);
+void UpdateThread::Restart() {
+    Post(calls.restart);
 }

@@ -12,11 +12,10 @@
 
 /// What an update needs of the shell. Called on the thread of the windows.
 struct UpdateCalls {
-    /// Stops a run that goes on, without a question, and saves what it has and what the user chose; calls `then` when that
-    /// is done, at once or later. It needn't be called if the program ends.
-    std::function<void(std::function<void()> then)> stopRunAndThen;
-    /// Ends the program and starts `program` in its place; see `RestartProgram`.
-    std::function<void(const std::wstring& program)> restart;
+    /// See `IUpdateQuestions::EndWindows`. Calls `then` when that is done, at once or later; it needn't be called if the
+    /// program ends.
+    std::function<void(std::function<void()> then)> endWindowsAndThen;
+    std::function<void()> restart;
 };
 
 /// The background check for a newer version. Its boxes come up over whatever window is active. Made, started and destroyed
@@ -34,22 +33,29 @@ public:
     /// Once. Without a thread to be had there is no check.
     void Start(const std::string& baseUrl);
 
+signals:
+    void Posted();
+
 private:
     class Answer;
     using Question = std::function<void(std::shared_ptr<Answer> answer)>;
 
     bool AskYesNo(const std::wstring& title, const std::wstring& text) override;
     void ShowWarning(const std::wstring& title, const std::wstring& text) override;
-    bool StopRun() override;
-    void Restart(const std::wstring& program) override;
+    bool EndWindows() override;
+    void Restart() override;
 
     /// Has `question` asked on the thread of the windows and waits for the answer; false if the program ends meanwhile.
     bool Ask(const Question& question);
+    /// Has `call` called on the thread of the windows. One at a time: only when the one before has been taken.
+    void Post(std::function<void()> call);
+    void TakePosted();
 
     CAutoUpdater& updater;
     const UpdateCalls calls;
-    std::mutex mutex;
-    bool isEnding = false;            // guarded by the mutex
-    std::shared_ptr<Answer> pending;  // as well
+    std::mutex mutex;  // of the three below
+    bool isEnding = false;
+    std::shared_ptr<Answer> pending;
+    std::function<void()> posted;
     std::thread thread;
 };

@@ -73,6 +73,7 @@ TEST_F(Check, TheAddressMayEndInASeparator) {
     EXPECT_EQ(CheckResult::NotOpened,
               updater.CheckForUpdate("http://localhost:" + std::to_string(server.Port())))
         << "plain HTTP from anywhere else";
+    EXPECT_EQ(CheckResult::NotOpened, updater.CheckForUpdate("")) << "a build without a server";
 }
 
 TEST_F(Check, CancelEndsItAtOnce) {

@@ -26,8 +26,8 @@ constexpr const wchar_t* kLocal =
 /// Answers from a list, then "No", and notes what was asked.
 class Answers : public IUpdateQuestions {
 public:
-    explicit Answers(std::vector<bool> answers, bool stopsRun = true)
-        : answers(std::move(answers)), stopsRun(stopsRun) {}
+    explicit Answers(std::vector<bool> answers, bool endsWindows = true)
+        : answers(std::move(answers)), endsWindows(endsWindows) {}
 
     bool AskYesNo(const std::wstring& title, const std::wstring& text) override {
         said.push_back(L"ask: " + title + L": " + text);
@@ -38,19 +38,19 @@ public:
     void ShowWarning(const std::wstring& title, const std::wstring& text) override {
         said.push_back(L"warn: " + title + L": " + text);
     }
-    bool StopRun() override {
-        said.push_back(L"stop run");
-        if (onStop) onStop();
-        return stopsRun;
+    bool EndWindows() override {
+        said.push_back(L"end windows");
+        if (onEnd) onEnd();
+        return endsWindows;
     }
-    void Restart(const std::wstring& program) override { said.push_back(L"restart " + program); }
+    void Restart() override { said.push_back(L"restart"); }
 
     std::vector<std::wstring> said;
-    std::function<void()> onStop;
+    std::function<void()> onEnd;
 
 private:
     std::vector<bool> answers;
-    bool stopsRun;
+    bool endsWindows;
     std::size_t next = 0;
 };
 
@@ -65,8 +65,6 @@ protected:
         RunUpdate(updater, questions, server.Url());
         return questions.said;
     }
-
-    std::wstring Restart() const { return L"restart " + FromUtf8(Program("tolvane")); }
 };
 
 TEST_F(Flow, SaysNothingWithoutANewerVersion) {
@@ -96,14 +94,14 @@ TEST_F(Flow, InstallsAndRestartsIfTheUserWantsIt) {
     EXPECT_EQ(Script("new"), Contents("tolvane"));
 
     WriteProgram("tolvane", "old");
-    EXPECT_EQ(Said({kAvailable, kComplete, L"stop run", Restart()}), Run({true, true}));
+    EXPECT_EQ(Said({kAvailable, kComplete, L"end windows", L"restart"}), Run({true, true}));
     EXPECT_EQ(Script("new"), Contents("tolvane"));
 }
 
-TEST_F(Flow, TheRunEndsBeforeItsProgramIsReplaced) {
+TEST_F(Flow, TheWindowsEndBeforeTheirProgramIsReplaced) {
     Offer({{"tolvane", Script("new")}});
     Answers questions({true, true});
-    questions.onStop = [this] { EXPECT_EQ(Script("old"), Contents("tolvane")); };
+    questions.onEnd = [this] { EXPECT_EQ(Script("old"), Contents("tolvane")); };
     CAutoUpdater updater(Settings());
     RunUpdate(updater, questions, server.Url());
     EXPECT_EQ(Script("new"), Contents("tolvane"));
@@ -114,7 +112,7 @@ TEST_F(Flow, AProgramThatEndsMeanwhileIsUpdatedAtTheNextStart) {
     Answers questions({true, true}, false);
     CAutoUpdater updater(Settings());
     RunUpdate(updater, questions, server.Url());
-    EXPECT_EQ(Said({kAvailable, kComplete, L"stop run"}), questions.said);
+    EXPECT_EQ(Said({kAvailable, kComplete, L"end windows"}), questions.said);
     EXPECT_EQ(Script("old"), Contents("tolvane"));
     EXPECT_TRUE(updater.IsUpdateDownloaded());
 }
@@ -135,7 +133,7 @@ TEST_F(Flow, RestartsAfterTheFirstFailureAndTellsTheSecond) {
     settings.fileHook = [](std::string_view step, const std::string& name) {
         return step == "rename" && name == "update/tolvane" ? EIO : 0;
     };
-    EXPECT_EQ(Said({kAvailable, kComplete, L"stop run", Restart()}), Run({true, true}, settings));
+    EXPECT_EQ(Said({kAvailable, kComplete, L"end windows", L"restart"}), Run({true, true}, settings));
 
     settings.fileHook = [](std::string_view step, const std::string& name) {
         return (step == "rename" && name == "update/tolvane") || (step == "create" && name == "update/.TRIED")
@@ -143,8 +141,10 @@ TEST_F(Flow, RestartsAfterTheFirstFailureAndTellsTheSecond) {
                    : 0;
     };
     const Said said = Run({true, true}, settings);
-    ASSERT_EQ(4u, said.size());
-    EXPECT_TRUE(said[3].starts_with(L"warn: Update error: ")) << "no restart that could go on for ever";
+    ASSERT_EQ(5u, said.size());
+    EXPECT_TRUE(said[3].starts_with(L"warn: Update error: "));
+    CAutoUpdater next(settings);
+    EXPECT_EQ(StartAction::GoOn, InstallAtStart(next)) << "no restart that could go on for ever";
 }
 
 TEST_F(Flow, EndsInSilenceWithTheProgram) {

@@ -105,6 +105,10 @@ TEST(UpdateList, RefusesWhatCantBeTrue) {
         bool isList;
     } cases[] = {
         {"one file", "5\r\n5 a", true},
+        {"separators",
+         "3\r\n1\ta\r\n1:b\r\n1\xA0"
+         "c",
+         true},
         {"the largest", kMaximum + "\r\n" + kMaximum + " a", true},
         {"nothing", "", false},
         {"white space", " \r\n", false},
@@ -121,6 +125,7 @@ TEST(UpdateList, RefusesWhatCantBeTrue) {
         {"a size without a name", "5\r\n5", false},
         {"a size without a name, then a file", "5\r\n5\r\n0 a", false},
         {"no separator", "5\r\n5a", false},
+        {"no separator before a longer name", "5\r\n5ab", false},
         {"a name without a size", "5\r\na\r\n5 b", false},
         {"line feeds alone", "6\n5 a\n1 b", false},
         {"a web page", "<html><body>Log in, please</body></html>", false},

@@ -1,0 +1,213 @@
+#include "app/update/restart.h"
+#include "tests/update/update_fixture.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTest>
+
+#include <algorithm>
+#include <fstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kPatienceMs = 30000;
+
+using Notes = std::vector<std::string>;
+
+/// Updates of a copy of the desktop program, in a process of its own, with a user at its windows.
+class WholeUpdate : public UpdateFixture {
+protected:
+    WholeUpdate() {
+        Write("tolvane", Version("3.0.0.0"));
+        chmod(Program("tolvane").c_str(), 0755);
+        Offer({{"tolvane", Version("3.0.0.1")}, {"help/new/page.html", "new"}});
+        fs::create_directories(directory.Path("config/Lumetry"));
+        Set("XDG_CONFIG_HOME", directory.Path("config"));
+        Set("TEST_NOTES", directory.Path("notes"));
+        Set("TEST_UPDATE_SERVER", server.Url());
+    }
+    ~WholeUpdate() override {
+        process.kill();
+        process.waitForFinished();
+    }
+
+    /// A version of the program; see update_program.cpp.
+    static std::string Version(const std::string& version) {
+        static const std::string program = ReadWhole(UPDATE_PROGRAM);
+        return program + version;
+    }
+
+    void Set(const char* variable, const std::string& value) {
+        environment.insert(QString::fromUtf8(variable), QString::fromStdString(value));
+    }
+
+    void Start() {
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.start(QString::fromStdString(Program("tolvane")), {});
+        ASSERT_TRUE(process.waitForStarted());
+    }
+    void End() {
+        kill(static_cast<pid_t>(process.processId()), SIGTERM);
+        ASSERT_TRUE(process.waitForFinished(kPatienceMs));
+        EXPECT_EQ(QProcess::NormalExit, process.exitStatus());
+        EXPECT_EQ(0, process.exitCode());
+    }
+
+    /// What the user has seen so far.
+    Notes Seen() const {
+        std::ifstream file(directory.Path("notes"));
+        Notes notes;
+        for (std::string line; std::getline(file, line);) notes.push_back(line);
+        return notes;
+    }
+    bool Sees(const std::string& note) const {
+        const auto isSeen = [&] {
+            const Notes seen = Seen();
+            return std::find(seen.begin(), seen.end(), note) != seen.end();
+        };
+        return QTest::qWaitFor(isSeen, kPatienceMs);
+    }
+    void Save(const std::string& settings) const { directory.Write("config/Lumetry/TLV.ini", settings); }
+    std::string Saved() const { return ReadWhole(directory.Path("config/Lumetry/TLV.ini")); }
+
+    void ExpectNewVersion() const {
+        EXPECT_TRUE(Version("3.0.0.1") == Contents("tolvane"));
+        EXPECT_TRUE(Version("3.0.0.0") == Contents("tolvane.bak"));
+        EXPECT_EQ(0755u, Mode("tolvane"));
+        EXPECT_EQ("new", Contents("help/new/page.html"));
+        EXPECT_FALSE(Exists("update"));
+    }
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QProcess process;
+};
+
+TEST_F(WholeUpdate, RestartsAsTheNewVersion) {
+    Start();
+    EXPECT_TRUE(Sees("3.0.0.1 Tolvane 3.0"));
+    EXPECT_EQ(Notes({"3.0.0.0 Tolvane 3.0", "3.0.0.0 Update is available", "3.0.0.0 Download completed",
+                     "3.0.0.1 Tolvane 3.0"}),
+              Seen());
+    ExpectNewVersion();
+    EXPECT_NE(std::string::npos, Saved().find("run_num=1\n")) << Saved();
+    End();
+    EXPECT_NE(std::string::npos, Saved().find("run_num=2\n")) << Saved();
+    EXPECT_EQ(4u, Seen().size()) << "the new one is up to date";
+}
+
+TEST_F(WholeUpdate, RestartsFromTheQuestionBeforeTheFirstWindow) {
+    Save("[numbers]\nrun_num=29\n");  // at its 30th start the program asks for feedback
+    Start();
+    EXPECT_TRUE(Sees("3.0.0.1 Tolvane 3.0"));
+    EXPECT_EQ(Notes({"3.0.0.0 Update is available", "3.0.0.0 Download completed", "3.0.0.1 Tolvane 3.0"}),
+              Seen());
+    EXPECT_NE(std::string::npos, Saved().find("run_num=30\n")) << Saved();
+    End();
+}
+
+TEST_F(WholeUpdate, TheNextStartInstallsWithoutAQuestion) {
+    Set("TEST_REFUSED", "Download completed");
+    Start();
+    EXPECT_TRUE(Sees("3.0.0.0 Download completed"));
+    End();
+    EXPECT_TRUE(Version("3.0.0.0") == Contents("tolvane"));
+
+    Start();
+    EXPECT_TRUE(Sees("3.0.0.1 Tolvane 3.0"));
+    EXPECT_EQ(4u, Seen().size());
+    ExpectNewVersion();
+    End();
+}
+
+TEST_F(WholeUpdate, GoesOnWithWhatCantBeInstalled) {
+    Stage({{"tolvane", "new"}});
+    fs::remove(Program("update/tolvane"));
+    server.AnswerText("/update/LATEST", "3.0.0.0");
+    Start();
+    EXPECT_TRUE(Sees("3.0.0.0 Tolvane 3.0"));
+    EXPECT_EQ(Notes({"3.0.0.0 Update error", "3.0.0.0 Tolvane 3.0"}), Seen());
+    EXPECT_TRUE(Exists("update.failed/LIST"));
+    End();
+}
+
+TEST_F(WholeUpdate, ARunEndsFirstAndKeepsWhatItHas) {
+    // Zeros that take no space on the disk, as ten million frames: more than are measured meanwhile.
+    const std::string video = directory.Write("long.yuv", "");
+    fs::resize_file(video, std::uintmax_t{96} * 10'000'000);
+    fs::create_directories(directory.Path("results"));
+    std::string settings = "[numbers]\nsave_csv=1\n";
+    for (const std::string slot : {"original", "processed"})
+        settings += slot + "_width=8\n" + slot + "_height=8\n" + slot + "_yuv_type=6\n";
+    settings += "[texts]\noriginal=" + video + "\nfirst_processed=" + video +
+                "\ncsv_output_dir=" + directory.Path("results") + "\n";
+    Save(settings);
+    Set("TEST_MEASURES", "1");
+    server.Answer("/update/LATEST",
+                  {.body = "3.0.0.1", .beforeBody = [this] { Sees("3.0.0.0 Tolvane - Progress"); }});
+    Start();
+    EXPECT_TRUE(Sees("3.0.0.1 Tolvane 3.0"));
+    EXPECT_EQ(Notes({"3.0.0.0 Tolvane 3.0", "3.0.0.0 Tolvane - Progress", "3.0.0.0 Update is available",
+                     "3.0.0.0 Download completed", "3.0.0.1 Tolvane 3.0"}),
+              Seen());
+    ExpectNewVersion();
+    ASSERT_FALSE(fs::is_empty(directory.Path("results")));
+    const std::string csv = ReadWhole(fs::directory_iterator(directory.Path("results"))->path());
+    const auto lines = std::count(csv.begin(), csv.end(), '\n');
+    EXPECT_GT(lines, 100);
+    EXPECT_LT(lines, 10'000'000);
+    End();
+}
+
+TEST_F(WholeUpdate, NeverWaitsForTheNetwork) {
+    const BlackHole hole;
+    const HttpAnswer aByteAMinute = {.body = std::string(100, ' '), .pause = std::chrono::minutes(1)};
+    const std::string file = "/update/files/Win32/tolvane";
+    server.Answer("/slow/update/LATEST", aByteAMinute);
+    const struct {
+        const char* what;
+        std::string url;
+        bool downloads;
+    } cases[] = {{"nobody there", "http://127.0.0.1:1/", false},
+                 {"an address that swallows everything", hole.Url(), false},
+                 {"a version of a byte a minute", server.Url() + "slow/", false},
+                 {"a file of a byte a minute", server.Url(), true}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        fs::remove(directory.Path("notes"));
+        server.Answer(file, aByteAMinute);
+        Set("TEST_UPDATE_SERVER", c.url);
+        QElapsedTimer time;
+        time.start();
+        Start();
+        EXPECT_TRUE(Sees(c.downloads ? "3.0.0.0 Update is available" : "3.0.0.0 Tolvane 3.0"));
+        EXPECT_LT(time.elapsed(), 5000);  // the shortest limit of the network is 15 seconds
+        QTest::qWait(300);                // now it is at it
+        time.restart();
+        End();
+        EXPECT_LT(time.elapsed(), 2000);
+    }
+}
+
+TEST_F(WholeUpdate, TheNewProgramTakesThePlaceOfTheProcess) {
+    const std::string output = directory.Path("output");
+    WriteProgram("tolvane", "old");
+    Stage({{"tolvane", "#!/bin/sh\necho $$ $# > " + output + "\nexit 7\n"}});
+    const pid_t child = fork();
+    if (child == 0) {
+        CAutoUpdater updater(Settings());
+        InstallDownloadedUpdate(updater);
+        _exit(1);
+    }
+    int status = 0;
+    ASSERT_EQ(child, waitpid(child, &status, 0));
+    EXPECT_EQ(7, WEXITSTATUS(status));
+    EXPECT_EQ(std::to_string(child) + " 0\n", ReadWhole(output));
+}
+
+}  // namespace
