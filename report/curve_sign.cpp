@@ -37,8 +37,13 @@ void DrawCurveSample(QPainter& painter, int file, const QRect& place) {
     painter.restore();
 }
 
-void DrawBadFrameMark(QPainter& painter, QPoint tip) {
-    painter.drawPolygon(QPolygon({tip, tip + QPoint(-2, 4), tip + QPoint(2, 4)}));
+void DrawBadFrameMark(QPainter& painter, QPoint tip, int halfWidth) {
+    const QPoint left = tip + QPoint(-halfWidth, 2 * halfWidth);
+    const QPoint right = tip + QPoint(halfWidth, 2 * halfWidth);
+    // As a polygon it would lack its last corner.
+    painter.drawLine(tip, left);
+    painter.drawLine(tip, right);
+    painter.drawLine(left, right);
 }
 
 }  // namespace Report

@@ -14,7 +14,8 @@ void DrawCurveSign(QPainter& painter, int file, QPointF centre, double unit = 1)
 /// A piece of a file's curve for legends: a thick line through the middle of `place`, with the sign on it.
 void DrawCurveSample(QPainter& painter, int file, const QRect& place);
 
-/// The triangle that marks a bad frame, with its tip at `tip`; the painter's pen draws it.
-void DrawBadFrameMark(QPainter& painter, QPoint tip);
+/// The triangle that marks a bad frame, with its tip at `tip`, twice as high as half of its width; the painter's pen draws
+/// it.
+void DrawBadFrameMark(QPainter& painter, QPoint tip, int halfWidth = 2);
 
 }  // namespace Report

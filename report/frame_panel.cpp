@@ -13,6 +13,8 @@
 #include <QSlider>
 #include <QVBoxLayout>
 
+#include <initializer_list>
+
 namespace Report {
 
 namespace {
@@ -26,6 +28,14 @@ IconButton* MakeButton(IconName icon, const char* text, const char* name, const 
     auto* button = new IconButton(icon, QString::fromLatin1(text), QString::fromLatin1(name));
     button->setToolTip(QString::fromLatin1(toolTip));
     return button;
+}
+
+/// To what the controls' tooltips say already.
+void AddReason(std::initializer_list<QWidget*> controls, const QString& reason) {
+    for (QWidget* control : controls) {
+        const QString toolTip = control->toolTip();
+        control->setToolTip(toolTip.isEmpty() ? reason : toolTip + u'\n' + reason);
+    }
 }
 
 }  // namespace
@@ -122,16 +132,13 @@ void FramePanel::ShowZoom(int percent) {
 }
 
 void FramePanel::DisableBadFrames(const QString& reason) {
-    for (IconButton* button : {previousBad, nextBad}) {
-        button->setEnabled(false);
-        button->setToolTip(button->toolTip() + u'\n' + reason);
-    }
+    for (IconButton* button : {previousBad, nextBad}) button->setEnabled(false);
+    AddReason({previousBad, nextBad}, reason);
 }
 
 void FramePanel::DisableAll(const QString& reason) {
     setEnabled(false);
-    for (IconButton* button : {previousBad, previous, next, nextBad, zoomOut, zoomIn, copy})
-        button->setToolTip(button->toolTip() + u'\n' + reason);
+    AddReason({previousBad, previous, next, nextBad, zoomOut, slider, zoomIn, zoom, copy}, reason);
 }
 
 }  // namespace Report

@@ -1,18 +1,12 @@
 #include "report/frame_picture.h"
 
+#include "report/to_qt.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
 
 namespace Report {
-
-namespace {
-
-QRect ToQRect(const PixelRect& rect) {
-    return QRect(rect.x, rect.y, rect.width, rect.height);
-}
-
-}  // namespace
 
 FramePicture::FramePicture(QWidget* parent) : QWidget(parent) {
     setWindowTitle(QStringLiteral("Frame visualization"));

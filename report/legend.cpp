@@ -2,9 +2,8 @@
 
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/plain_label.h"
-#include "platform/qt/wide_text.h"
-#include "report/rules/report_text.h"
 #include "report/sample_chip.h"
+#include "report/to_qt.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -28,7 +27,7 @@ QGroupBox* MakeLegend(const ReportData& data) {
     for (int file = 0; file < kFileCount; ++file) {
         const auto path = data.paths.find(file);
         const bool isPresent = path != data.paths.end();
-        addRow(file, ToQString(kFileNames.at(static_cast<std::size_t>(file))), isPresent,
+        addRow(file, FileLabel(file), isPresent,
                isPresent ? PlainToolTip(ToQString(path->second)) : ToQString(NeedsFileText(file)));
     }
     const bool hasBadFrames = data.badFrames != nullptr;

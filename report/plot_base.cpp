@@ -7,13 +7,14 @@
 
 #include <QFontMetrics>
 
+#include <algorithm>
+
 namespace Report {
 
 namespace {
 
 constexpr int kTick = 3;
-constexpr int kLabelGap =
-    4;  // between the axis and what is written below it: room for the marks of bad frames
+constexpr int kLabelGap = 4;  // between the axis and what is below it: room for the marks of bad frames
 constexpr int kTitleX = 2;
 
 // Lines along an axis are filled rectangles: whole pixels at every device ratio.
@@ -45,8 +46,10 @@ void DrawValueAxis(QPainter& painter, const PlotState& state) {
 void DrawFrameTick(QPainter& painter, const PlotState& state, int x, int frame, const QColor& color) {
     DrawUpright(painter, state.scale.plot, x, color);
     const QString label = QString::number(frame);
-    const QRect place(x, state.scale.plot.bottom + kLabelGap,
-                      QFontMetrics(painter.font()).horizontalAdvance(label), state.textHeight);
+    const int width = QFontMetrics(painter.font()).horizontalAdvance(label);
+    // A number that is too long for the margin ends at the window's edge.
+    const QRect place(std::min(x, state.size.width() - width), state.scale.plot.bottom + kLabelGap, width,
+                      state.textHeight);
     // A label that lies over an earlier one stays legible.
     painter.fillRect(place.adjusted(-1, 0, 1, 0), kPlotGround);
     painter.setPen(kPlotTextColor);
@@ -65,7 +68,6 @@ void DrawFrameAxis(QPainter& painter, const PlotState& state) {
 
 void DrawMarks(QPainter& painter, const std::vector<int>& frames, const PlotScale& scale) {
     painter.setPen(QPen(kBadFrameMarkColor, 1));
-    painter.setBrush(Qt::NoBrush);
     for (const int frame : frames) {
         if (frame < scale.rangeFirst || frame > scale.rangeLast) continue;
         DrawBadFrameMark(painter, QPoint(scale.FrameX(frame), scale.plot.bottom));
@@ -91,7 +93,11 @@ void DrawTitles(QPainter& painter, const QString& valueTitle, const PlotState& s
     painter.restore();
 }
 
-void DrawEmptyHint(QPainter& painter, const PlotGeometry& plot) {
+/// The box of the axes, without numbers: there is nothing that they would be of.
+void DrawEmptyPlot(QPainter& painter, const PlotGeometry& plot) {
+    for (const int y : {plot.Top(), plot.bottom})
+        DrawAcross(painter, plot.left, y, plot.width + 1, kAxisColor);
+    for (const int x : {plot.left, plot.Right()}) DrawUpright(painter, plot, x, kAxisColor);
     painter.setPen(kQuietPlotTextColor);
     painter.drawText(QRect(plot.left, plot.Top(), plot.width, plot.height), Qt::AlignCenter,
                      QStringLiteral("No results"));
@@ -119,12 +125,15 @@ PlotState EmptyPlot(const QSize& size, const QFont& font) {
 void DrawPlotBase(QPainter& painter, const ReportData& data, const PlotState& state) {
     painter.setFont(state.font);
     painter.fillRect(QRect(QPoint(0, 0), state.size), kPlotGround);
-    if (state.isOverview) painter.fillRect(state.Band(), kBandColor);
-    DrawValueAxis(painter, state);
-    DrawFrameAxis(painter, state);
-    if (data.badFrames) DrawMarks(painter, *data.badFrames, state.scale);
+    if (data.series.empty()) {
+        DrawEmptyPlot(painter, state.scale.plot);
+    } else {
+        if (state.isOverview) painter.fillRect(state.Band(), kBandColor);
+        DrawValueAxis(painter, state);
+        DrawFrameAxis(painter, state);
+        if (data.badFrames) DrawMarks(painter, *data.badFrames, state.scale);
+    }
     DrawTitles(painter, ToQString(data.valueTitle), state);
-    if (data.series.empty()) DrawEmptyHint(painter, state.scale.plot);
 }
 
 }  // namespace Report

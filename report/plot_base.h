@@ -32,8 +32,8 @@ struct PlotState {
 /// A state for a window of this size and font, with nothing in it yet.
 PlotState EmptyPlot(const QSize& size, const QFont& font);
 
-/// Draws all of a plot that lies under its curves: ground, band, grid, labels, marks of bad frames, titles. The painter's
-/// units are the window's logical pixels.
+/// Draws all of a plot that lies under its curves: ground, band, grid, labels, marks of bad frames, titles; of a plot
+/// without curves, that it has none. The painter's units are the window's logical pixels.
 void DrawPlotBase(QPainter& painter, const ReportData& data, const PlotState& state);
 
 }  // namespace Report

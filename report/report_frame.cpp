@@ -1,14 +1,13 @@
 #include "report/report_frame.h"
 
+#include "platform/qt/help.h"
 #include "platform/qt/key_filter.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/status_line.h"
-#include "platform/qt/wide_text.h"
 #include "report/frame_panel.h"
 #include "report/frame_picture.h"
-#include "report/picture_image.h"
 #include "report/report_controller.h"
-#include "report/rules/report_text.h"
+#include "report/to_qt.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -27,20 +26,13 @@ namespace {
 
 constexpr int kEmptyHeight = 160;  // of the picture without any file: room for the message
 
-QString FileName(int file) {
-    return ToQString(kFileNames.at(static_cast<std::size_t>(file)));
-}
-
-QRect ToQRect(const PixelRect& rect) {
-    return QRect(rect.x, rect.y, rect.width, rect.height);
-}
-
 }  // namespace
 
 CReportFrame::CReportFrame(ReportController& reportController, const ReportParameters& given, QWidget* parent)
     : QWidget(parent, Qt::Window),
       controller(reportController),
       parameters(given),
+      reader(given.files, given.yuvTable),
       picture(new FramePicture(this)),
       panel(new FramePanel(this)),
       message(new StatusLine(this)) {
@@ -64,15 +56,11 @@ CReportFrame::CReportFrame(ReportController& reportController, const ReportParam
     RegisterKeys();
 
     wait.emplace();
-    connect(this, &CReportFrame::Arrived, this, &CReportFrame::TakeArrivals, Qt::QueuedConnection);
-    reader = std::make_unique<FrameReader>(
-        parameters.files, parameters.yuvTable,
-        [this](const FrameReader::Result& result) { LeaveFrame(result); },
-        [this](const std::vector<FrameReader::OpenedFile>& files) { LeaveFiles(files); });
+    connect(&reader, &PictureReader::Opened, this, &CReportFrame::Opened);
+    connect(&reader, &PictureReader::Arrived, this, &CReportFrame::Show);
 }
 
 CReportFrame::~CReportFrame() {
-    reader.reset();  // closes the sources; nothing arrives from its thread any more
     KeyFilter::OfApplication().Remove(this);
     controller.SetFrameView(nullptr);
 }
@@ -93,6 +81,7 @@ void CReportFrame::ConnectControls() {
     connect(panel, &FramePanel::NextBadAsked, this, [this] { GoToBadFrame(true); });
     auto* close = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this);
     connect(close, &QShortcut::activated, this, &QWidget::close);
+    AddHelpKey(*this, kHelpViewer);
 }
 
 void CReportFrame::RegisterKeys() {
@@ -100,38 +89,6 @@ void CReportFrame::RegisterKeys() {
     for (int file = 0; file < kFileCount; ++file)
         keys.emplace_back(Qt::Key(Qt::Key_1 + file), [this, file] { return SelectFile(file); });
     KeyFilter::OfApplication().Register(this, std::move(keys));
-}
-
-void CReportFrame::LeaveFiles(const std::vector<FrameReader::OpenedFile>& files) {
-    {
-        const std::lock_guard lock(arrivalsMutex);
-        arrivals.files = files;
-    }
-    emit Arrived();
-}
-
-void CReportFrame::LeaveFrame(const FrameReader::Result& result) {
-    QImage image = result.picture ? ImageOf(*result.picture) : QImage();
-    const bool isTooLarge = result.picture && image.isNull();
-    {
-        const std::lock_guard lock(arrivalsMutex);
-        arrivals.hasFrame = true;
-        arrivals.file = result.file;
-        arrivals.frame = result.frame;
-        arrivals.error = isTooLarge ? L"There isn't enough memory for the frame" : result.error;
-        arrivals.image = std::move(image);
-    }
-    emit Arrived();
-}
-
-void CReportFrame::TakeArrivals() {
-    Arrivals taken;
-    {
-        const std::lock_guard lock(arrivalsMutex);
-        taken = std::exchange(arrivals, {});
-    }
-    if (taken.files) Opened(*taken.files);
-    if (taken.hasFrame) Show(taken.file, taken.frame, ToQString(taken.error), taken.image);
 }
 
 void CReportFrame::Opened(const std::vector<FrameReader::OpenedFile>& files) {
@@ -147,7 +104,6 @@ void CReportFrame::Opened(const std::vector<FrameReader::OpenedFile>& files) {
         selected = opened.front().file;
         panel->SelectFile(selected);
         FitTo(opened.front().width, opened.front().height);
-        setWindowTitle(ToQString(FrameTitle(selected, controller.Range().Current())));
         AskForFrame();
     }
     show();
@@ -163,7 +119,7 @@ void CReportFrame::OfferFiles() {
             const QString path = ToQString(found->second.name);
             toolTip =
                 PlainToolTip(isOpen ? path : QStringLiteral("\"%1\" can't be opened any more").arg(path));
-            if (!isOpen) missing.append(FileName(file));
+            if (!isOpen) missing.append(FileLabel(file));
         }
         panel->SetFileAvailable(file, isOpen, toolTip);
     }
@@ -198,10 +154,11 @@ void CReportFrame::AskForFrame() {
     if (opened.empty()) return picture->update();
     asked = controller.Range().Current();
     if (!wait) wait.emplace();
-    reader->Request(selected, asked);
+    reader.Request(selected, asked);
 }
 
-void CReportFrame::Show(int file, int frame, const QString& error, const QImage& image) {
+void CReportFrame::Show(const PictureReader::Picture& come) {
+    const auto& [file, frame, error, image] = come;
     if (file != selected || frame != asked) return;  // too late: another one is on its way
     wait.reset();
     if (!error.isEmpty()) {
@@ -217,10 +174,10 @@ void CReportFrame::Show(int file, int frame, const QString& error, const QImage&
     const FrameReader::OpenedFile& first = opened.front();
     if (image.size() != QSize(first.width, first.height)) {
         ShowNote(QStringLiteral("%1 has frames of %2 x %3, %4 of %5 x %6")
-                     .arg(FileName(file))
+                     .arg(FileLabel(file))
                      .arg(image.width())
                      .arg(image.height())
-                     .arg(FileName(first.file).toLower())
+                     .arg(FileLabel(first.file).toLower())
                      .arg(first.width)
                      .arg(first.height));
     }

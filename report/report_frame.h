@@ -1,19 +1,16 @@
 #pragma once
 
-#include "report/frames/frame_reader.h"
+#include "report/picture_reader.h"
 #include "report/report_controller_subordinate.h"
 #include "report/rules/child_layout.h"
 #include "report/rules/report_parameters.h"
 #include "report/wait_cursor.h"
 
-#include <QImage>
 #include <QString>
 #include <QWidget>
 
-#include <memory>
-#include <mutex>
 #include <optional>
-#include <string>
+#include <utility>
 #include <vector>
 
 class StatusLine;
@@ -43,10 +40,6 @@ public:
     /// Whether it waits for files or a frame.
     bool IsWaiting() const { return wait.has_value(); }
 
-signals:
-    /// There is something to take over from the reader's thread, which sends this.
-    void Arrived();
-
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -54,26 +47,13 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    /// What the reader's thread leaves for the window's. A newer frame takes the place of one that wasn't taken.
-    struct Arrivals {
-        std::optional<std::vector<FrameReader::OpenedFile>> files;
-        bool hasFrame = false;
-        int file = 0;
-        int frame = 0;
-        std::wstring error;
-        QImage image;
-    };
-
     void ConnectControls();
     void RegisterKeys();
-    void LeaveFiles(const std::vector<FrameReader::OpenedFile>& files);
-    void LeaveFrame(const FrameReader::Result& result);
-    void TakeArrivals();
     void Opened(const std::vector<FrameReader::OpenedFile>& files);
     void OfferFiles();
     void FitTo(int imageWidth, int imageHeight);
     void AskForFrame();
-    void Show(int file, int frame, const QString& error, const QImage& image);
+    void Show(const PictureReader::Picture& picture);
     void ShowTrouble(const QString& text);
     void ShowNote(const QString& text);
     void PlaceMessage();
@@ -88,6 +68,7 @@ private:
 
     ReportController& controller;
     const ReportParameters& parameters;
+    PictureReader reader;
     FramePicture* picture;
     FramePanel* panel;
     StatusLine* message;  // over the picture, while there is something to say
@@ -103,9 +84,6 @@ private:
 
     std::optional<QPoint> windowDrag;  // of the pointer, from the window's corner
     std::optional<WaitCursor> wait;
-    std::mutex arrivalsMutex;
-    Arrivals arrivals;
-    std::unique_ptr<FrameReader> reader;  // the last member: it uses the two before it
 };
 
 }  // namespace Report

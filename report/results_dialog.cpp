@@ -1,19 +1,19 @@
 #include "report/results_dialog.h"
 
+#include "platform/qt/help.h"
 #include "platform/qt/icon.h"
 #include "platform/qt/icon_button.h"
 #include "platform/qt/key_filter.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/plain_label.h"
 #include "platform/qt/value_field.h"
-#include "platform/qt/wide_text.h"
 #include "report/hold_button.h"
 #include "report/legend.h"
 #include "report/report_frame.h"
 #include "report/report_graph.h"
-#include "report/rules/report_text.h"
 #include "report/sample_chip.h"
 #include "report/sheet.h"
+#include "report/to_qt.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -38,10 +38,6 @@ constexpr double kPartOfScreen = 0.9;
 constexpr int kColumnWidth = 178;  // of the narrow column; its groups' frames lie around that
 constexpr int kFrameDigits = 8;
 constexpr int kSliderPages = 20;
-
-QString FileName(int file) {
-    return ToQString(kFileNames.at(static_cast<std::size_t>(file)));
-}
 
 template <typename Button>
 Button* MakeButton(IconName icon, const char* text, const char* name, const char* toolTip) {
@@ -117,9 +113,9 @@ QGroupBox* ResultsDialog::MakeValues() {
     for (int file = 0; file < kFileCount; ++file) {
         auto* field = new ValueField(10);
         field->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        field->setAccessibleName(QStringLiteral("Value, %1").arg(FileName(file).toLower()));
+        field->setAccessibleName(QStringLiteral("Value, %1").arg(FileLabel(file).toLower()));
         field->setEnabled(controller.Data().series.count(file) > 0);
-        if (!field->isEnabled()) field->setToolTip(ToQString(NeedsFileText(file)));
+        if (!field->isEnabled()) field->setToolTip(ToQString(NeedsResultsText(file)));
         rows->addWidget(new SampleChip(file), file, 0);
         rows->addWidget(field, file, 1);
         values.at(static_cast<std::size_t>(file)) = field;
@@ -203,6 +199,7 @@ void ResultsDialog::ConnectControls() {
     connect(showFrame, &QPushButton::clicked, this, &ResultsDialog::ShowFrames);
     auto* close = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this);
     connect(close, &QShortcut::activated, this, &ResultsDialog::reject);
+    AddHelpKey(*this, kHelpViewer);
 }
 
 void ResultsDialog::RegisterKeys() {

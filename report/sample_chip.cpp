@@ -29,7 +29,7 @@ void SampleChip::paintEvent(QPaintEvent*) {
         painter.setPen(QPen(kBadFrameMarkColor, 1));
         // Larger than on the axis, where there is no room.
         const QPoint tip(rect().center().x(), rect().center().y() - 3);
-        painter.drawPolygon(QPolygon({tip, tip + QPoint(-3, 6), tip + QPoint(3, 6)}));
+        DrawBadFrameMark(painter, tip, 3);
     } else {
         DrawCurveSample(painter, file, rect().adjusted(kInside, 0, -kInside, 0));
     }

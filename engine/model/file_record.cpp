@@ -37,7 +37,13 @@ std::unique_ptr<rkIVideoSource> OpenThroughScript(const FileRecord& record, bool
 
 }  // namespace
 
+std::mutex& FileOpeningMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
+
 std::unique_ptr<rkIVideoSource> FileRecord::OpenSource(bool preferPlanar) const {
+    const std::lock_guard lock(FileOpeningMutex());
     const bool isScript = rkIsAvsName(sourceName);
     return useAvs && !isScript ? OpenThroughScript(*this, preferPlanar) : OpenDirectly(*this, preferPlanar);
 }

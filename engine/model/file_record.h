@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "video/video_source.h"
@@ -20,8 +21,12 @@ struct FileRecord {
 
     /// Opens the file: a new source, or null if it can't be opened; the reason isn't told. A record with only
     /// one of `width` and `height` above 0 doesn't open. `preferPlanar` asks a source that can choose for
-    /// planar YUV.
+    /// planar YUV. Any thread; it waits while another one opens a file.
     std::unique_ptr<rkIVideoSource> OpenSource(bool preferPlanar) const;
 
     friend bool operator==(const FileRecord&, const FileRecord&) = default;
 };
+
+/// Held while a file is opened. That is done one at a time in the whole program: scripts and codecs bring libraries that
+/// aren't made for more.
+std::mutex& FileOpeningMutex();

@@ -1,13 +1,9 @@
 #pragma once
 
-#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "engine/model/file_record.h"
@@ -19,10 +15,12 @@
 /// There is one pending request: a newer one takes the place of one that hasn't begun. What is being read is finished and
 /// delivered; a receiver that has asked for something else meanwhile compares file and frame and lets it go.
 ///
-/// Threads  constructor, `Request` and destructor on any one thread, typically the window's. Sources are opened, read and
-///          closed on the reader's thread only. Both receivers are called there as well, one at a time and never after the
-///          destructor has returned; they may call `Request`, must not destroy the reader and don't throw. A window's
+/// Threads  constructor, `Request` and destructor on any one thread, typically the window's. Sources are opened, read,
+///          closed and destroyed on the reader's thread only. Both receivers are called there as well, one at a time and
+///          never after the destructor has returned; they are short, leave the reader alone and don't throw. A window's
 ///          receiver copies what it needs and posts it to the window's own thread.
+/// End      the destructor waits for a receiver at most. What the thread is stuck in may take longer: it goes on by itself as
+///          a loose thread, closes the sources and ends.
 /// Errors   come as text with the result; memory that runs out is one of them.
 class FrameReader {
 public:
@@ -43,7 +41,6 @@ public:
         int file = 0;
         int width = 0;
         int height = 0;
-        int frameCount = 0;
     };
     /// The files that are open, by ascending index.
     using OpenedReceiver = std::function<void(const std::vector<OpenedFile>& files)>;
@@ -56,7 +53,7 @@ public:
     /// is read.
     FrameReader(std::map<int, FileRecord> files, int yuvTable, Receiver receiver, OpenedReceiver opened);
 
-    /// Drops a pending request, waits for the read or the opening of a file that is under way, closes the sources.
+    /// Drops a pending request. Doesn't wait for the thread.
     ~FrameReader();
     FrameReader(const FrameReader&) = delete;
     FrameReader& operator=(const FrameReader&) = delete;
@@ -65,29 +62,6 @@ public:
     void Request(int file, int frame);
 
 private:
-    struct Asked {
-        int file = 0;
-        int frame = 0;
-    };
-
-    void Run();
-    bool OpenFiles();
-    void Deliver(const Asked& asked);
-    std::wstring MakePicture(const Asked& asked);
-
-    std::map<int, FileRecord> toOpen;  // the reader's thread's, as all below up to the mutex
-    Sources sources;
-    const int yuvTable;
-    const Receiver receiver;
-    const OpenedReceiver opened;
-    rkVideoImage image;    // as read
-    rkVideoImage scratch;  // of the conversion
-    rkVideoImage picture;  // as delivered
-
-    std::mutex mutex;  // of the two below
-    std::optional<Asked> pending;
-    bool isEnding = false;
-    std::condition_variable changed;
-
-    std::thread thread;  // the last member: it uses all others
+    class Work;
+    std::shared_ptr<Work> work;  // the thread has a share in it
 };

@@ -7,6 +7,8 @@ namespace Report {
 
 namespace {
 
+constexpr int kLeastGrabWidth = 7;  // in a long run the band is thinner than a pointer can hit
+
 /// Cut to whole pixels and to the extent of the plot; what is no number stands at 0.
 int Within(float position, int extent) {
     if (!(position > 0)) return 0;
@@ -66,8 +68,10 @@ int PlotScale::FrameAt(int x) const {
 }
 
 bool BandDrag::IsOnBand(const PlotScale& scale, int bandFirst, int bandLast, int x) {
-    const int offset = x - scale.plot.left - BandStart(scale, bandFirst);
-    return offset >= 0 && offset < scale.FrameX(bandLast) - scale.FrameX(bandFirst);
+    const int width = scale.FrameX(bandLast) - scale.FrameX(bandFirst);
+    const int room = std::max(kLeastGrabWidth - width, 0);
+    const int offset = x - scale.plot.left - BandStart(scale, bandFirst) + room / 2;
+    return offset >= 0 && offset < width + room;
 }
 
 bool BandDrag::Start(const PlotScale& scale, int bandFirst, int bandLast, int x) {

@@ -10,8 +10,21 @@ namespace {
 
 constexpr float kLeastHeight = 0.1F;
 
-bool BelongsTo(const ResultRecord& record, const std::wstring& name) {
-    return !record.files.empty() && record.files.size() <= 2 && record.files.back().name == name;
+using Files = std::map<int, FileRecord>;
+
+std::optional<int> ResultOf(const FileRecord& file, const CResultsStore& store, const Files& files) {
+    std::optional<int> byName;
+    for (const int id : store.GetResultIds()) {
+        ResultRecord record;
+        store.GetResultRecord(id, record);
+        if (record.files.empty() || record.files.size() > 2) continue;
+        const FileRecord& measured = record.files.back();
+        if (measured == file) return id;
+        const bool isAnother = std::any_of(
+            files.begin(), files.end(), [&measured](const auto& other) { return other.second == measured; });
+        if (!byName && measured.name == file.name && !isAnother) byName = id;
+    }
+    return byName;
 }
 
 Series SeriesOf(const CResultsStore& store, int resultId) {
@@ -23,17 +36,13 @@ Series SeriesOf(const CResultsStore& store, int resultId) {
 
 }  // namespace
 
-std::map<int, Series> SeriesOfFiles(const CResultsStore& store, const std::map<int, FileRecord>& files) {
+std::map<int, Series> SeriesOfFiles(const CResultsStore& store, const Files& files) {
     std::map<int, Series> all;
     for (const auto& [index, file] : files) {
-        for (const int id : store.GetResultIds()) {
-            ResultRecord record;
-            store.GetResultRecord(id, record);
-            if (!BelongsTo(record, file.name)) continue;
-            Series series = SeriesOf(store, id);
-            if (!series.values.empty()) all[index] = std::move(series);
-            break;
-        }
+        const auto id = ResultOf(file, store, files);
+        if (!id) continue;
+        Series series = SeriesOf(store, *id);
+        if (!series.values.empty()) all[index] = std::move(series);
     }
     return all;
 }

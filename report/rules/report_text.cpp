@@ -44,6 +44,11 @@ std::wstring FrameTitle(int file, int frame) {
 }
 
 std::wstring NeedsFileText(int file) {
+    return std::wstring(L"Needs the file \"") + kFileNames.at(static_cast<std::size_t>(file)) +
+           L"\" in the run";
+}
+
+std::wstring NeedsResultsText(int file) {
     return std::wstring(L"Needs results of the file \"") + kFileNames.at(static_cast<std::size_t>(file)) +
            L"\"";
 }

@@ -30,6 +30,7 @@ std::wstring FrameDescription(int file, int frame);
 /// Why a control is disabled.
 inline constexpr const wchar_t* kNeedsBadFrames = L"Needs a run with \"Save \"bad frames\"\"";
 std::wstring NeedsFileText(int file);
+std::wstring NeedsResultsText(int file);
 
 /// "150 frames".
 std::wstring FrameCountText(int count);

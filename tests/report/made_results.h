@@ -3,11 +3,16 @@
 #include "report/results_dialog.h"
 
 #include <gtest/gtest.h>
+#include <QAbstractButton>
 #include <QApplication>
 #include <QTest>
+#include <QWheelEvent>
 
+#include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -46,12 +51,20 @@ struct Viewer {
         EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }
 
+    /// By its accessible name or, without one, its text.
     template <typename Control>
     Control* Find(const char* name, const QWidget* window = nullptr) const {
         for (Control* control : (window ? window : dialog.get())->findChildren<Control*>()) {
-            if (control->accessibleName() == QLatin1String(name)) return control;
+            QString own = control->accessibleName();
+            if (own.isEmpty()) own = control->property("text").toString().remove(u'&');
+            if (own == QLatin1String(name)) return control;
         }
-        return nullptr;
+        ADD_FAILURE() << "there is no " << name;
+        std::abort();
+    }
+
+    void Click(const char* name, const QWidget* window = nullptr) const {
+        QTest::mouseClick(Find<QAbstractButton>(name, window), Qt::LeftButton);
     }
 
     /// As if typed: to the control that has the focus, in the window that is active.
@@ -69,3 +82,42 @@ struct Viewer {
     ReportParameters parameters;
     std::unique_ptr<Report::ResultsDialog> dialog;
 };
+
+/// Turns the wheel over the middle of a widget.
+inline void Wheel(QWidget& widget, int delta) {
+    const QPointF middle = QRectF(widget.rect()).center();
+    QWheelEvent event(middle, widget.mapToGlobal(middle), {}, QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QSpontaneKeyEvent::setSpontaneous(&event);  // others don't go on to the parents
+    qApp->notify(&widget, &event);
+}
+
+struct ControlText {
+    const char* name;  // accessible name, or text without "&"
+    const char* toolTip;
+};
+
+/// What has to hold for the controls of a window: every one has a name, a reason while it is disabled, the tooltip of
+/// `texts`; and no two the same mnemonic. `letters` are all of these, in ascending order.
+inline void CheckTexts(const Viewer& viewer, const QWidget& window, std::span<const ControlText> texts,
+                       const char* letters) {
+    QString found;
+    const auto take = [&found](const QString& text) {
+        const auto sign = text.indexOf(u'&');
+        if (sign >= 0) found += text[sign + 1].toLower();
+    };
+    for (const QWidget* control : window.findChildren<QWidget*>()) {
+        if (control->window() != &window) continue;
+        const QString text = control->property("text").toString() + control->property("title").toString();
+        take(text);
+        if (control->focusPolicy() == Qt::NoFocus) continue;
+        EXPECT_FALSE((control->accessibleName() + text).isEmpty()) << control->metaObject()->className();
+        EXPECT_TRUE(control->isEnabled() || !control->toolTip().isEmpty())
+            << control->accessibleName().toStdString();
+    }
+    std::sort(found.begin(), found.end());
+    EXPECT_EQ(letters, found.toStdString());
+    for (const ControlText& text : texts)
+        EXPECT_EQ(text.toolTip, viewer.Find<QWidget>(text.name, &window)->toolTip().toStdString())
+            << text.name;
+}

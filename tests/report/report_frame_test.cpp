@@ -1,9 +1,11 @@
 #include "report/report_frame.h"
 
 #include "platform/qt/status_line.h"
+#include "platform/text.h"
 #include "report/frame_panel.h"
 #include "report/frame_picture.h"
 #include "report/report_controller.h"
+#include "tests/platform/qt/opened_files.h"
 #include "tests/report/made_results.h"
 #include "tests/temporary_directory.h"
 #include "video/color_space.h"
@@ -15,9 +17,11 @@
 #include <QPointer>
 #include <QRadioButton>
 #include <QSlider>
-#include <QWheelEvent>
 
+#include <chrono>
 #include <filesystem>
+#include <future>
+#include <mutex>
 
 namespace {
 
@@ -43,8 +47,7 @@ struct FrameWindow : testing::Test {
         }
         FileRecord& record = results.files[file];
         record.name = record.sourceName =
-            QString::fromStdString(directory.Write("clip" + std::to_string(file) + ".yuv", bytes))
-                .toStdWString();
+            FromUtf8(directory.Write("clip" + std::to_string(file) + ".yuv", bytes));
         record.width = width;
         record.height = height;
         record.yuvType = IYUV;
@@ -55,8 +58,7 @@ struct FrameWindow : testing::Test {
         ReportParameters parameters = results.Parameters();
         viewer = std::make_unique<Viewer>(
             ReportParameters{parameters.results, parameters.badFrames, parameters.files, 1});
-        for (auto* button : viewer->dialog->findChildren<QAbstractButton*>())
-            if (button->text() == QStringLiteral("Show &frame")) QTest::mouseClick(button, Qt::LeftButton);
+        viewer->Click("Show frame");
         frame = viewer->dialog->Controller().FrameView();
         ASSERT_TRUE(frame);
         ASSERT_TRUE(QTest::qWaitFor([&] { return frame->isVisible() && !frame->IsWaiting(); }));
@@ -82,7 +84,7 @@ struct FrameWindow : testing::Test {
         return viewer->Find<Control>(name, frame);
     }
     QRadioButton* Radio(int file) { return frame->findChildren<QRadioButton*>().at(file); }
-    void Click(const char* name) { QTest::mouseClick(Find<QAbstractButton>(name), Qt::LeftButton); }
+    void Click(const char* name) { viewer->Click(name, frame); }
 
     const TemporaryDirectory directory;
     MadeResults results;
@@ -146,48 +148,57 @@ TEST_F(FrameWindow, FollowsEveryControl) {
     }
 }
 
-TEST_F(FrameWindow, ReadsAFrameOnce) {
+TEST_F(FrameWindow, ReadsAFrameOnceAndTheLastOfMany) {
     Open();
     viewer->dialog->Controller().Widen(2);
     viewer->dialog->Controller().SetCurrent(9, false);
     EXPECT_FALSE(frame->IsWaiting());
-    viewer->dialog->Controller().SetCurrent(10, false);
-    EXPECT_TRUE(frame->IsWaiting());
-    EXPECT_EQ(Qt::WaitCursor, QGuiApplication::overrideCursor()->shape());
-    Shown();
-}
-
-TEST_F(FrameWindow, ManyFramesAtOnceEndWithTheLast) {
-    Open();
     auto* slider = viewer->Find<QSlider>("Video slide");
     for (int i = 0; i < 400; ++i) slider->setValue(i % 20);
+    EXPECT_TRUE(frame->IsWaiting());
+    EXPECT_EQ(Qt::WaitCursor, QGuiApplication::overrideCursor()->shape());
     EXPECT_EQ(Title(19, "Tolvane - Original, frame 19"), Shown());
     EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+}
+
+TEST_F(FrameWindow, Texts) {
+    Open();
+    const ControlText kTexts[] = {
+        {"Copy frame", "Copy current frame to clipboard [Ctrl + C]"},
+        {"Previous bad frame",
+         "Go to previous bad frame [Ctrl + left arrow]\n(you can use graph to navigate as well)"},
+        {"Next bad frame",
+         "Go to next bad frame [Ctrl + right arrow] \n(you can use graph to navigate as well)"},
+        {"Previous frame", "Go to the previous frame [left arrow] \n(you can use graph to navigate as well)"},
+        {"Next frame", "Go to the next frame [right arrow] \n(you can use graph to navigate as well)"},
+        {"Scale, percent", ""},
+    };
+    CheckTexts(*viewer, *frame, kTexts, "123s");
+    EXPECT_EQ(Radio(0), Find<QRadioButton>("Original file [1]"));
+    EXPECT_EQ(Radio(1), Find<QRadioButton>("First processed [2]"));
+    EXPECT_EQ(Radio(2), Find<QRadioButton>("Second processed [3]"));
 }
 
 TEST_F(FrameWindow, Zoom) {
     Open();
     auto* slider = Find<QSlider>("Scale");
-    auto* value = Find<QLineEdit>("Scale, percent");
-    const auto zoom = [&] { return std::pair(picture->View().percent, value->text().toStdString()); };
-    EXPECT_EQ(std::pair(100, std::string("100")), zoom());
-    slider->setValue(250);
-    EXPECT_EQ(std::pair(250, std::string("250")), zoom());
-    Click("Larger scale");
-    EXPECT_EQ(std::pair(300, std::string("300")), zoom());
-    EXPECT_EQ(300, slider->value());
-    slider->setValue(250);
-    Click("Smaller scale");
-    EXPECT_EQ(std::pair(200, std::string("200")), zoom());
-    for (int i = 0; i < 7; ++i) Click("Larger scale");
-    EXPECT_EQ(std::pair(900, std::string("900")), zoom());
-    EXPECT_EQ(800, slider->value()) << "the slider stands at its end";
-    Shown();
-
-    QWheelEvent wheel(QPointF(5, 5), picture->mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(picture, &wheel);
-    EXPECT_EQ(std::pair(875, std::string("875")), zoom());
+    const struct {
+        std::function<void()> act;
+        int percent, slider;
+    } kSteps[] = {
+        {[] {}, 100, 100},
+        {[&] { slider->setValue(250); }, 250, 250},
+        {[&] { Click("Larger scale"); }, 300, 300},
+        {[&] { slider->setValue(250), Click("Smaller scale"); }, 200, 200},
+        {[&] { slider->setValue(800), Click("Larger scale"); }, 900, 800},
+        {[&] { Wheel(*picture, -120); }, 875, 800},
+    };
+    for (const auto& step : kSteps) {
+        step.act();
+        EXPECT_EQ(step.percent, picture->View().percent);
+        EXPECT_EQ(QString::number(step.percent), Find<QLineEdit>("Scale, percent")->text());
+        EXPECT_EQ(step.slider, slider->value());
+    }
 }
 
 TEST_F(FrameWindow, PaintsPixelsAndSurroundings) {
@@ -198,9 +209,8 @@ TEST_F(FrameWindow, PaintsPixelsAndSurroundings) {
     const QRect place((picture->width() - kWidth) / 2, (picture->height() - kHeight) / 2, kWidth, kHeight);
     EXPECT_EQ(around.rgb(), fitting.pixel(place.left() - 1, place.top()));
     EXPECT_EQ(qRgb(250, 250, 250), fitting.pixel(place.topLeft()));
-    EXPECT_EQ(qRgb(250, 250, 250),
-              fitting.pixel(place.left() + kWidth / 2 - 1, place.top() + kHeight / 2 - 1));
-    EXPECT_EQ(qRgb(9, 9, 9), fitting.pixel(place.left() + kWidth / 2, place.top()));
+    EXPECT_EQ(qRgb(250, 250, 250), fitting.pixel(place.center() - QPoint(1, 1)));
+    EXPECT_EQ(qRgb(9, 9, 9), fitting.pixel(place.center() + QPoint(1, 0)));
     EXPECT_EQ(qRgb(9, 9, 9), fitting.pixel(place.bottomRight()));
 
     frame->resize(frame->minimumWidth(), frame->minimumHeight() + 200);
@@ -224,12 +234,11 @@ TEST_F(FrameWindow, PaintsPixelsAndSurroundings) {
     EXPECT_EQ(before, picture->View().panX) << "the button is up";
 }
 
-TEST_F(FrameWindow, RowStaysInTheMiddle) {
+TEST_F(FrameWindow, IsResizedAndMoved) {
     Open();
-    const auto* panel = frame->findChild<Report::FramePanel*>();
+    auto* panel = frame->findChild<Report::FramePanel*>();
     const QSize start = frame->size();
-    for (const QSize& growth :
-         {QSize(1, 0), QSize(2, 7), QSize(101, 50), QSize(100, 3), QSize(0, 0), QSize(33, 1)}) {
+    for (const QSize& growth : {QSize(1, 0), QSize(101, 50), QSize(33, 1), QSize(0, 0)}) {
         frame->resize(start + growth);
         QTest::qWait(1);
         EXPECT_NEAR((frame->width() - panel->width()) / 2, panel->x(), 1);
@@ -237,9 +246,15 @@ TEST_F(FrameWindow, RowStaysInTheMiddle) {
         EXPECT_EQ(frame->width(), picture->width());
         EXPECT_EQ(panel->y(), picture->height());
     }
-    frame->resize(start);
-    QTest::qWait(1);
     EXPECT_EQ((start.width() - panel->width()) / 2, panel->x());
+
+    const QPoint before = frame->pos();
+    for (QWidget* surface : {static_cast<QWidget*>(panel), static_cast<QWidget*>(picture)}) {
+        QTest::mousePress(surface, Qt::LeftButton, {}, QPoint(2, 2));
+        QTest::mouseMove(surface, QPoint(12, 7));
+        QTest::mouseRelease(surface, Qt::LeftButton, {}, QPoint(12, 7));
+        EXPECT_EQ(before + QPoint(10, 5), frame->pos()) << "by the panel, but not beside the picture";
+    }
 }
 
 TEST_F(FrameWindow, Clipboard) {
@@ -248,10 +263,7 @@ TEST_F(FrameWindow, Clipboard) {
     Shown();
     for (const bool byKey : {true, false}) {
         QGuiApplication::clipboard()->clear();
-        if (byKey)
-            viewer->Press(Qt::CTRL | Qt::Key_C);
-        else
-            Click("Copy frame");
+        byKey ? viewer->Press(Qt::CTRL | Qt::Key_C) : Click("Copy frame");
         const QImage copy = QGuiApplication::clipboard()->image();
         ASSERT_EQ(QSize(kWidth, kHeight), copy.size()) << "the whole frame at 100 percent";
         EXPECT_EQ(qRgb(250, 250, 250), copy.pixel(0, 0) | 0xFF000000);
@@ -278,8 +290,23 @@ TEST_F(FrameWindow, FilesThatAreGone) {
 
 TEST_F(FrameWindow, NoFileAtAll) {
     for (auto& [index, file] : results.files) file.sourceName = L"/nowhere";
+    results.files.erase(2);
+    results.bad.clear();
     Open();
     EXPECT_EQ("None of the files can be opened any more", Message());
+    EXPECT_EQ(frame->findChild<Report::FramePanel*>()->y() - 1,
+              frame->findChild<StatusLine*>()->geometry().bottom());
+    const std::string gone = "\"" + ToUtf8(results.files[1].name) + "\" can't be opened any more";
+    const ControlText kTexts[] = {
+        {"First processed [2]", gone.c_str()},
+        {"Second processed [3]", "Needs the file \"Second processed\" in the run"},
+        {"Scale, percent", "Needs a file that can be opened"},
+        {"Smaller scale", "Show the frame smaller\nNeeds a file that can be opened"},
+        {"Previous bad frame",
+         "Go to previous bad frame [Ctrl + left arrow]\n(you can use graph to navigate as well)\n"
+         "Needs a run with \"Save \"bad frames\"\"\nNeeds a file that can be opened"},
+    };
+    CheckTexts(*viewer, *frame, kTexts, "123s");
     EXPECT_TRUE(picture->Image().isNull());
     viewer->Press(Qt::CTRL | Qt::Key_C);
     Click("Next frame");
@@ -301,9 +328,13 @@ TEST_F(FrameWindow, AFrameThatCantBeRead) {
     EXPECT_EQ("", Message());
 }
 
-TEST_F(FrameWindow, FramesOfAnotherSize) {
+TEST_F(FrameWindow, FramesOfAnotherSizeAndNoBadOnes) {
     WriteClip(1, 80, 60);
+    results.bad.clear();
     Open();
+    for (const char* name : {"Previous bad frame", "Next bad frame"})
+        EXPECT_FALSE(Find<QAbstractButton>(name)->isEnabled()) << name;
+    EXPECT_TRUE(Find<QAbstractButton>("Next frame")->isEnabled());
     viewer->Press(Qt::Key_2);
     EXPECT_EQ(Title(109, "Tolvane - First processed, frame 9"), Shown());
     EXPECT_EQ(QSize(80, 60), picture->Image().size());
@@ -317,19 +348,39 @@ TEST_F(FrameWindow, ClosesAndOpensAgain) {
     Open();
     frame->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(frame));
+    OpenedFiles help;
+    QTest::keyClick(frame, Qt::Key_F1);
+    ASSERT_EQ(1, help.urls.size()) << "one of the two windows' keys";
+    EXPECT_EQ("viewer.html", help.urls[0].fileName().toStdString());
     QTest::keyClick(frame, Qt::Key_W, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame.isNull(); }));
     EXPECT_TRUE(viewer->dialog->isVisible());
     EXPECT_EQ(nullptr, viewer->dialog->Controller().FrameView());
     viewer->Press(Qt::Key_Right);
     EXPECT_EQ(10, viewer->Range().Current());
-    for (auto* button : viewer->dialog->findChildren<QAbstractButton*>())
-        if (button->text() == QStringLiteral("Show &frame")) button->click();
+    viewer->Click("Show frame");
     frame = viewer->dialog->Controller().FrameView();
     ASSERT_TRUE(frame);
-    viewer.reset();  // while it opens its files
+    EXPECT_TRUE(QTest::qWaitFor([&] { return frame->isVisible() && !frame->IsWaiting(); }));
+}
+
+TEST_F(FrameWindow, ClosesWhileItsFilesAreOpened) {
+    std::promise<void> held, end;
+    auto opening = std::async(std::launch::async, [&] {
+        const std::lock_guard another(FileOpeningMutex());
+        held.set_value();
+        return end.get_future().wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+    });
+    held.get_future().wait();
+    viewer = std::make_unique<Viewer>(results.Parameters());
+    viewer->Click("Show frame");
+    frame = viewer->dialog->Controller().FrameView();
+    ASSERT_TRUE(frame);
+    viewer.reset();
     EXPECT_TRUE(frame.isNull());
     EXPECT_EQ(nullptr, QGuiApplication::overrideCursor());
+    end.set_value();
+    EXPECT_TRUE(opening.get()) << "the window waited";
 }
 
 }  // namespace

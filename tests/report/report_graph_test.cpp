@@ -47,14 +47,40 @@ bool HasSample(const QImage& image, QColor color) {
     return false;
 }
 
-QRect PlotRect(const CReportGraph& graph) {
-    const Report::PlotGeometry& plot = graph.State().scale.plot;
+bool HasText(const QImage& image, const QRect& place) {
+    for (int y = place.top(); y <= place.bottom(); ++y)
+        for (int x = place.left(); x <= place.right(); ++x)
+            if (qGray(image.pixel(x, y)) < 110) return true;
+    return false;
+}
+
+QRect PlotRect(const Report::PlotState& state) {
+    const Report::PlotGeometry& plot = state.scale.plot;
     return QRect(plot.left, plot.Top(), plot.width + 1, plot.height + 1);
+}
+
+QRect PlotRect(const CReportGraph& graph) {
+    return PlotRect(graph.State());
+}
+
+/// A plot without its curves.
+QImage Base(const Report::ReportData& data, const Report::PlotState& state) {
+    QImage image(state.size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    Report::DrawPlotBase(painter, data, state);
+    return image;
 }
 
 QImage Grab(CReportGraph& graph) {
     return graph.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
+
+struct ReportGraph : testing::Test {
+    const MadeResults results{100, {49}};
+    const Viewer viewer{results.Parameters()};
+    CReportGraph& overview = *viewer.dialog->Controller().Views().at(0);
+    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
+};
 
 // What is drawn column by column is what Qt draws line by line.
 TEST(CurveLayer, PaintsWhatSingleLinesPaint) {
@@ -104,131 +130,177 @@ TEST(CurveLayer, PaintsWhatSingleLinesPaint) {
     }
 }
 
-TEST(ReportGraph, ColoursAndCurves) {
-    const MadeResults results(100, {49});
-    const Viewer viewer(results.Parameters());
-    CReportGraph& overview = *viewer.dialog->Controller().Views().at(0);
-    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
+TEST_F(ReportGraph, ColoursAndCurves) {
     const QImage upper = Grab(overview);
     const QImage lower = Grab(detail);
     const QRect plot = PlotRect(detail);
-
-    EXPECT_EQ(qRgb(255, 255, 255), lower.pixel(0, 0));
     for (const QImage& image : {upper, lower}) {
         EXPECT_GT(Count(image, QColor(200, 0, 0)), 300);
         EXPECT_GT(Count(image, QColor(0, 0, 200)), 300);
         EXPECT_EQ(0, Count(image, QColor(0, 100, 0))) << "the original has no result of its own";
-        EXPECT_GT(Count(image, QColor(200, 50, 50)), 5) << "the bad frame";
     }
-    EXPECT_GT(Count(upper, QColor(50, 0, 50)), 10'000);
-    EXPECT_EQ(0, Count(lower, QColor(50, 0, 50)));
     EXPECT_GT(Count(lower, Report::kCursorColor, plot), plot.height() / 2) << "the cursor";
-
     // Every curve stays below the largest and above the smallest value, which touch the plot's edges.
     EXPECT_GT(Count(lower, QColor(0, 0, 200), QRect(plot.left(), plot.top(), plot.width(), 2)), 0);
     EXPECT_GT(Count(lower, QColor(200, 0, 0), QRect(plot.left(), plot.bottom() - 1, plot.width(), 2)), 0);
-}
 
-TEST(ReportGraph, HaloOnTheBandOnly) {
-    const MadeResults results(100);
-    const Viewer viewer(results.Parameters());
-    CReportGraph& overview = *viewer.dialog->Controller().Views().at(0);
-    const QImage image = Grab(overview);
+    // On the band, and only there, white stands around a curve.
     const QRect band = overview.State().Band();
+    int blue = 0;
     int lonely = 0;
     for (int y = band.top() + 2; y < band.bottom() - 1; ++y) {
         for (int x = band.left() + 2; x < band.right() - 1; ++x) {
-            if (image.pixel(x, y) != qRgb(0, 0, 200)) continue;
+            if (upper.pixel(x, y) != qRgb(0, 0, 200)) continue;
+            ++blue;
             for (const QPoint& side : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)})
-                lonely += image.pixel(QPoint(x, y) + side) == Report::kBandColor.rgb();
+                lonely += upper.pixel(QPoint(x, y) + side) == Report::kBandColor.rgb();
         }
     }
-    EXPECT_EQ(0, lonely) << "a curve's pixel without white around it";
+    EXPECT_GT(blue, 100);
+    EXPECT_EQ(0, lonely);
+    const QImage bare = Base(viewer.dialog->Controller().Data(), overview.State());
+    const QRect all = PlotRect(overview);
+    int strange = 0;
+    for (int x = all.left(); x < band.left(); ++x) {
+        for (int y = all.top(); y <= all.bottom(); ++y) {
+            const QRgb pixel = upper.pixel(x, y);
+            strange += pixel != bare.pixel(x, y) && pixel != qRgb(200, 0, 0) && pixel != qRgb(0, 0, 200);
+        }
+    }
+    EXPECT_EQ(0, strange);
 }
 
-TEST(ReportGraph, GridSwitch) {
-    const MadeResults results(100);
-    const Viewer viewer(results.Parameters());
-    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
-    auto* box = viewer.dialog->findChild<QCheckBox*>();
-    ASSERT_TRUE(box->isChecked());
+// Frames 10 to 30 with the cursor at 17 and values from 20 to 60, looked at where the labels have to stand.
+TEST(PlotPicture, AxesAndMarks) {
+    const MadeResults results(40, {5, 24, 35});
+    Report::ReportData data = Report::GatherData(results.Parameters());
+    Report::PlotState state = Report::EmptyPlot(QSize(700, 250), QApplication::font());
+    state.scale.rangeFirst = 10;
+    state.scale.rangeLast = 30;
+    state.scale.values = {20, 60};
+    state.cursor = 17;
+    Report::PlotState copied = state;
+    copied.cursor.reset();
+    Report::ReportData nothing = data;
+    nothing.series.clear();
+    const QImage shown = Base(data, state);
+    const QImage copy = Base(data, copied);
+    const QImage empty = Base(nothing, state);
+
+    const Report::PlotGeometry& plot = state.scale.plot;
+    const int cw = state.charWidth;
+    const int th = state.textHeight;
+    const int below = plot.bottom + 4;
+    const int x = state.scale.FrameX(17);
+    const int mark = state.scale.FrameX(24);
+    const struct {
+        const char* what;
+        QRect place;
+        bool inShown, inCopy, inEmpty;
+    } kTexts[] = {
+        {"first frame", {plot.left, below, 2 * cw, th}, true, true, false},
+        {"current frame", {x, below, 2 * cw, th}, true, false, false},
+        {"last frame", {plot.Right(), below, 2 * cw, th}, true, true, false},
+        {"left of the current one",
+         {plot.left + 3 * cw, below + 1, x - plot.left - 4 * cw, th},
+         false,
+         false,
+         false},
+        {"right of it", {x + 4 * cw, below + 1, plot.Right() - x - 9 * cw, th}, false, false, false},
+        {"\"Frame\"", {plot.Right() - 5 * cw, below + th, 5 * cw, th}, true, true, true},
+        {"smallest value", {plot.left - 7 * cw, plot.bottom - th / 2, 7 * cw - 2, th}, true, true, false},
+        {"largest value", {plot.left - 7 * cw, plot.Top() - th / 2, 7 * cw - 2, th}, true, true, false},
+        {"metric", {2, plot.bottom - plot.height / 2 - 20, th, 40}, true, true, true},
+        {"above its name", {2, plot.Top(), th, 10}, false, false, false},
+    };
+    for (const auto& c : kTexts) {
+        EXPECT_EQ(c.inShown, HasText(shown, c.place)) << c.what;
+        EXPECT_EQ(c.inCopy, HasText(copy, c.place)) << c.what << ", copied";
+        EXPECT_EQ(c.inEmpty, HasText(empty, c.place)) << c.what << ", without curves";
+    }
+    EXPECT_EQ(plot.height + 1, Count(shown, Report::kCursorColor, QRect(x, plot.Top(), 1, plot.height + 1)));
+    EXPECT_EQ(0, Count(copy, Report::kCursorColor));
+    for (const QPoint& corner : {QPoint(plot.left, plot.Top()), QPoint(plot.Right(), plot.bottom)})
+        EXPECT_EQ(Report::kAxisColor.rgb(), empty.pixel(corner));
+    EXPECT_GT(Count(empty, Report::kQuietPlotTextColor, PlotRect(state)), 5) << "\"No results\"";
+
+    // A number that is too long for the margin keeps all its digits.
+    Report::PlotState large = copied;
+    large.scale.rangeLast = 100'000'000;
+    EXPECT_TRUE(HasText(Base(data, large), QRect(plot.Right() - cw, below, cw, th)));
+
+    // One triangle: the marks of frames beside the range are left out.
+    const QRgb markColor = Report::kBadFrameMarkColor.rgb();
+    EXPECT_EQ(markColor, shown.pixel(mark, plot.bottom));
+    EXPECT_EQ(markColor, shown.pixel(mark - 2, below));
+    EXPECT_EQ(markColor, shown.pixel(mark + 2, below));
+    EXPECT_EQ(Count(shown, Report::kBadFrameMarkColor, QRect(mark - 2, plot.bottom, 5, 5)),
+              Count(shown, Report::kBadFrameMarkColor));
+
+    state.isOverview = true;
+    state.bandFirst = 14;
+    state.bandLast = 20;
+    const QRect band(QPoint(state.scale.FrameX(14), plot.bottom - 2),
+                     QPoint(state.scale.FrameX(20), plot.bottom - 2));
+    const QImage overview = Base(data, state);
+    EXPECT_EQ(band.width() - 1, Count(overview, Report::kBandColor, band))
+        << "all but the current frame's line";
+    EXPECT_EQ(band.width() - 1, Count(overview, Report::kBandColor, band.adjusted(-9, 0, 9, 0)));
+}
+
+TEST_F(ReportGraph, GridSwitch) {
     const QRect plot = PlotRect(detail);
-    const int columns = Count(Grab(detail), Report::kGridColor, plot);
-    EXPECT_GT(columns, 1000);
-    const int ends = Count(Grab(detail), Report::kAxisColor, plot);
-    box->click();
+    EXPECT_GT(Count(Grab(detail), Report::kGridColor, plot), 1000);
+    viewer.Find<QCheckBox>("Show grid")->click();
     const QImage without = Grab(detail);
     EXPECT_EQ(0, Count(without, Report::kGridColor, plot));
-    EXPECT_GE(Count(without, Report::kAxisColor, plot), ends) << "first and last line stay, and ticks come";
-    const QRect tick(plot.left() + 1, plot.top() + 2, 2, plot.height() - 4);
-    EXPECT_GT(Count(without, Report::kAxisColor, tick), 2);
-    const QRect behind(plot.left() + 3, plot.top() + 2, 20, plot.height() - 4);
-    EXPECT_EQ(0, Count(without, Report::kAxisColor, behind));
+    for (const int y : {plot.top(), plot.bottom()})
+        EXPECT_GT(Count(without, Report::kAxisColor, QRect(plot.left(), y, plot.width(), 1)),
+                  plot.width() / 2);
+    const QRect ticks(plot.left() + 1, plot.top() + 2, 2, plot.height() - 4);
+    EXPECT_GT(Count(without, Report::kAxisColor, ticks), 2);
+    EXPECT_EQ(0, Count(without, Report::kAxisColor, ticks.translated(2, 0)));
 }
 
-TEST(ReportGraph, MouseInTheDetailPlot) {
-    const MadeResults results(100);
-    const Viewer viewer(results.Parameters());
-    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
-    const QRect plot = PlotRect(detail);
-    const int y = plot.center().y();
-    const auto at = [&](int frame) { return QPoint(detail.State().scale.FrameX(frame) + 2, y); };
-
-    QTest::mouseMove(&detail, at(40));
-    EXPECT_EQ(Qt::CrossCursor, detail.cursor().shape());
-    QTest::mousePress(&detail, Qt::LeftButton, {}, at(40));
-    EXPECT_EQ(40, viewer.Range().Current());
-    EXPECT_EQ(25, viewer.Range().VisibleFirst()) << "no recentring";
-    QTest::mouseMove(&detail, at(60));
-    EXPECT_EQ(60, viewer.Range().Current());
-    QTest::mouseMove(&detail, QPoint(detail.width() - 2, y));
-    EXPECT_EQ(74, viewer.Range().Current()) << "beside the plot it stays in the range";
-    QTest::mouseMove(&detail, at(50));
-    QTest::mouseRelease(&detail, Qt::LeftButton, {}, at(50));
-    QTest::mouseMove(&detail, at(30));
-    EXPECT_EQ(50, viewer.Range().Current());
-
-    QTest::mousePress(&detail, Qt::LeftButton, {}, QPoint(plot.left() - 3, y));
-    QTest::mouseMove(&detail, at(30));
-    EXPECT_EQ(50, viewer.Range().Current()) << "a press beside the plot is nothing";
-    QTest::mouseRelease(&detail, Qt::LeftButton, {}, at(30));
-
-    // The drag is over outside, though the button is held.
-    QTest::mousePress(&detail, Qt::LeftButton, {}, at(40));
-    QTest::mouseMove(&detail, QPoint(plot.center().x(), -5));
-    QTest::mouseMove(&detail, at(60));
-    EXPECT_EQ(40, viewer.Range().Current());
-    QTest::mouseRelease(&detail, Qt::LeftButton, {}, at(60));
-}
-
-TEST(ReportGraph, DraggingTheBand) {
-    const MadeResults results(100);
-    const Viewer viewer(results.Parameters());
-    CReportGraph& overview = *viewer.dialog->Controller().Views().at(0);
-    const auto at = [&](int frame) {
-        return QPoint(overview.State().scale.FrameX(frame), PlotRect(overview).center().y());
+TEST_F(ReportGraph, Dragging) {
+    const int y = PlotRect(detail).center().y();
+    const auto in = [y](const CReportGraph& plot, int frame) {
+        return QPoint(plot.State().scale.FrameX(frame) + 2, y);
     };
-    QTest::mouseMove(&overview, at(50));
-    EXPECT_EQ(Qt::OpenHandCursor, overview.cursor().shape());
-    QTest::mousePress(&overview, Qt::LeftButton, {}, at(50));
-    EXPECT_EQ(49, viewer.Range().Current()) << "grabbing moves nothing";
-    QTest::mouseMove(&overview, at(70));
-    EXPECT_NEAR(69, viewer.Range().Current(), 1);
-    EXPECT_EQ(49, viewer.Range().Width());
-    QTest::mouseMove(&overview, at(99));
-    QTest::mouseRelease(&overview, Qt::LeftButton, {}, at(99));
-    EXPECT_EQ(99, viewer.Range().VisibleLast());
-    const int current = viewer.Range().Current();
-    QTest::mousePress(&overview, Qt::LeftButton, {}, at(10));
-    QTest::mouseMove(&overview, at(20));
-    QTest::mouseRelease(&overview, Qt::LeftButton, {}, at(20));
-    EXPECT_EQ(current, viewer.Range().Current()) << "beside the band";
+    const QPoint outside(PlotRect(detail).center().x(), -5);
+    const struct {
+        const char* what;
+        CReportGraph& plot;
+        std::vector<QPoint> way;  // pressed at the first, released at the last
+        int current, first;
+    } kCases[] = {
+        {"a press", detail, {in(detail, 40)}, 40, 25},
+        {"a drag", detail, {in(detail, 40), in(detail, 60)}, 60, 25},
+        {"it stays in the range", detail, {in(detail, 40), QPoint(detail.width() - 2, y)}, 74, 25},
+        {"beside the plot", detail, {QPoint(PlotRect(detail).left() - 3, y), in(detail, 40)}, 49, 25},
+        {"it ends outside", detail, {in(detail, 40), outside, in(detail, 60)}, 40, 25},
+        {"grabbing moves nothing", overview, {in(overview, 50)}, 49, 25},
+        {"the band", overview, {in(overview, 50), in(overview, 70)}, 69, 45},
+        {"to the end", overview, {in(overview, 50), in(overview, 90)}, 89, 50},
+        {"beside the band", overview, {in(overview, 10), in(overview, 20)}, 49, 25},
+        {"it ends outside, too", overview, {in(overview, 50), outside, in(overview, 70)}, 49, 25},
+    };
+    for (const auto& c : kCases) {
+        viewer.dialog->Controller().SetCurrent(49, true);
+        QTest::mousePress(&c.plot, Qt::LeftButton, {}, c.way.front());
+        for (const QPoint& place : c.way) QTest::mouseMove(&c.plot, place);
+        QTest::mouseRelease(&c.plot, Qt::LeftButton, {}, c.way.back());
+        QCursor::setPos(0, 0);
+        QTest::mouseMove(&c.plot, in(c.plot, 55));  // the button is up
+        EXPECT_NEAR(c.current, viewer.Range().Current(), &c.plot == &overview ? 1 : 0) << c.what;
+        EXPECT_NEAR(c.first, viewer.Range().VisibleFirst(), &c.plot == &overview ? 1 : 0) << c.what;
+        EXPECT_EQ(49, viewer.Range().Width());
+        EXPECT_EQ(&c.plot == &overview ? Qt::OpenHandCursor : Qt::CrossCursor, c.plot.cursor().shape())
+            << c.what;
+    }
 }
 
-TEST(ReportGraph, ToolTip) {
-    const MadeResults results(100);
-    const Viewer viewer(results.Parameters());
-    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
+TEST_F(ReportGraph, ToolTip) {
     const QPoint place(detail.State().scale.FrameX(40) + 2, PlotRect(detail).center().y());
     QHelpEvent help(QEvent::ToolTip, place, detail.mapToGlobal(place));
     QApplication::sendEvent(&detail, &help);
@@ -237,11 +309,7 @@ TEST(ReportGraph, ToolTip) {
     QToolTip::hideText();
 }
 
-TEST(ReportGraph, Clipboard) {
-    const MadeResults results(100, {49});
-    const Viewer viewer(results.Parameters());
-    CReportGraph& overview = *viewer.dialog->Controller().Views().at(0);
-    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
+TEST_F(ReportGraph, Clipboard) {
     QGuiApplication::clipboard()->clear();
     overview.CopyToClipboard();
     EXPECT_TRUE(QGuiApplication::clipboard()->image().isNull()) << "the overview doesn't answer";
@@ -263,9 +331,7 @@ TEST(ReportGraph, Clipboard) {
     EXPECT_EQ(detail.size() * 2, QGuiApplication::clipboard()->image().size());
 }
 
-TEST(ReportGraph, ContextMenuAndFiles) {
-    const MadeResults results(100, {49});
-    const Viewer viewer(results.Parameters());
+TEST_F(ReportGraph, ContextMenuAndFiles) {
     for (CReportGraph* plot : viewer.dialog->Controller().Views()) {
         QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(50, 50), plot->mapToGlobal(QPoint(50, 50)));
         QApplication::sendEvent(plot, &event);
@@ -279,7 +345,6 @@ TEST(ReportGraph, ContextMenuAndFiles) {
         menu->close();
     }
 
-    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
     const TemporaryDirectory directory;
     const auto path = [&directory](const char* name) { return QString::fromStdString(directory.Path(name)); };
     ASSERT_TRUE(detail.SavePng(path("plot.png").toStdWString()));
@@ -303,28 +368,27 @@ TEST(ReportGraph, ContextMenuAndFiles) {
     EXPECT_FALSE(detail.SaveSvg(path("missing/plot.svg").toStdWString()));
 }
 
-TEST(ReportGraph, AFinerScreen) {
+TEST(PlotPicture, AFinerScreen) {
     const MadeResults results(100, {49});
     const Report::ReportData data = Report::GatherData(results.Parameters());
     Report::PlotState state = Report::EmptyPlot(QSize(500, 250), QApplication::font());
     state.scale.rangeLast = 99;
     state.scale.values = data.values;
-    for (const double factor : {1.0, 1.5, 2.0}) {
-        SCOPED_TRACE(factor);
-        const QImage copy = Report::PlotCopy(data, state, factor);
-        EXPECT_EQ((QSizeF(state.size) * factor).toSize(), copy.size());
-        // At 2 each pixel of a curve is one of a block of four.
-        if (factor != 2) continue;
-        const QRect plot(QPoint(state.scale.plot.left, state.scale.plot.Top()) * 2, QSize(100, 200));
-        int thin = 0;
-        for (int y = plot.top(); y < plot.bottom(); ++y) {
-            for (int x = plot.left() + 2; x < plot.right(); ++x) {
-                const auto is = [&](int dx) { return copy.pixel(x + dx, y) == qRgb(200, 0, 0); };
-                thin += is(0) && !is(-1) && !is(1);
-            }
+    EXPECT_EQ(QSize(750, 375), Report::PlotCopy(data, state, 1.5).size());
+    // At 2 each pixel of a curve is one of a block of four.
+    const QImage copy = Report::PlotCopy(data, state, 2);
+    ASSERT_EQ(QSize(1000, 500), copy.size());
+    const QRect plot(PlotRect(state).topLeft() * 2, PlotRect(state).size() * 2);
+    int thick = 0;
+    int thin = 0;
+    for (int y = plot.top(); y < plot.bottom(); ++y) {
+        for (int x = plot.left() + 2; x < plot.right(); ++x) {
+            const auto is = [&](int dx) { return copy.pixel(x + dx, y) == qRgb(200, 0, 0); };
+            if (is(0)) ++(is(-1) || is(1) ? thick : thin);
         }
-        EXPECT_EQ(0, thin);
     }
+    EXPECT_GT(thick, 100);
+    EXPECT_EQ(0, thin);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "report/hold_button.h"
 #include "report/report_graph.h"
 #include "report/show_results.h"
+#include "tests/platform/qt/opened_files.h"
 #include "tests/report/made_results.h"
 
 #include <gtest/gtest.h>
@@ -14,21 +15,13 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTimer>
-#include <QWheelEvent>
 
 namespace {
 
-void Wheel(QWidget& widget, int delta) {
-    const QPointF middle = QRectF(widget.rect()).center();
-    QWheelEvent event(middle, widget.mapToGlobal(middle), {}, QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QSpontaneKeyEvent::setSpontaneous(&event);  // others don't go on to the parents
-    qApp->notify(&widget, &event);
-}
+using Report::CReportGraph;
 
 struct Numbers {
     int first, last, current;
@@ -46,8 +39,10 @@ Numbers Shown(const Viewer& viewer) {
     const auto& plots = viewer.dialog->Controller().Views();
     EXPECT_EQ(range.VisibleFirst(), plots.at(1)->State().scale.rangeFirst);
     EXPECT_EQ(range.VisibleLast(), plots.at(1)->State().scale.rangeLast);
-    EXPECT_EQ(range.Current(), plots.at(0)->State().cursor);
-    EXPECT_EQ(range.Current(), plots.at(1)->State().cursor);
+    const bool isOverview = plots.at(0)->IsOverview();
+    EXPECT_EQ(isOverview ? range.FirstFrame() : range.VisibleFirst(), plots.at(0)->State().scale.rangeFirst);
+    EXPECT_EQ(isOverview ? range.LastFrame() : range.VisibleLast(), plots.at(0)->State().scale.rangeLast);
+    for (const CReportGraph* plot : plots) EXPECT_EQ(range.Current(), plot->State().cursor);
     return {range.VisibleFirst(), range.VisibleLast(), range.Current()};
 }
 
@@ -57,23 +52,23 @@ TEST(ResultsDialog, OpensInTheMiddle) {
         Numbers shown;
         bool hasOverview;
         const char* count;
-    } kCases[] = {
-        {1, {0, 0, 0}, false, "1 frame"},       {2, {0, 0, 0}, false, "1 frame"},
-        {3, {1, 2, 1}, false, "2 frames"},      {4, {1, 2, 1}, true, "2 frames"},
-        {100, {25, 74, 49}, true, "50 frames"}, {5000, {1999, 2999, 2499}, true, "1001 frames"},
-    };
+    } kCases[] = {{1, {0, 0, 0}, false, "1 frame"},
+                  {3, {1, 2, 1}, false, "2 frames"},
+                  {4, {1, 2, 1}, true, "2 frames"},
+                  {5000, {1999, 2999, 2499}, true, "1001 frames"}};
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.frames);
         const MadeResults results(c.frames);
         const Viewer viewer(results.Parameters());
         EXPECT_EQ(c.shown, Shown(viewer));
-        EXPECT_EQ(c.hasOverview, viewer.dialog->Controller().Views().at(0)->IsOverview());
+        viewer.Find<PlainLabel>(c.count);
+        CReportGraph& upper = *viewer.dialog->Controller().Views().at(0);
+        EXPECT_EQ(c.hasOverview, upper.IsOverview());
         EXPECT_FALSE(viewer.dialog->Controller().Views().at(1)->IsOverview());
-        QStringList texts;
-        for (const PlainLabel* label : viewer.dialog->findChildren<PlainLabel*>())
-            texts.append(label->text());
-        EXPECT_TRUE(texts.contains(QLatin1String(c.count))) << texts.join(u'|').toStdString();
-        EXPECT_FALSE(viewer.dialog->grab().isNull());
+        if (c.hasOverview) continue;
+        const Report::PlotGeometry& plot = upper.State().scale.plot;
+        QTest::mouseClick(&upper, Qt::LeftButton, {}, QPoint(plot.Right(), plot.Top() + 9));
+        EXPECT_EQ((Numbers{c.shown.first, c.shown.last, c.shown.last}), Shown(viewer)) << "a detail plot";
     }
 }
 
@@ -81,10 +76,7 @@ TEST(ResultsDialog, EveryControlMoves) {
     const MadeResults results(100, {10, 40, 60});
     const Viewer viewer(results.Parameters());
     QWidget* dialog = viewer.dialog.get();
-    const auto click = [&viewer](const char* name) {
-        auto* button = viewer.Find<QAbstractButton>(name);
-        QTest::mouseClick(button, Qt::LeftButton);
-    };
+    const auto click = [&viewer](const char* name) { viewer.Click(name); };
     const auto key = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : dialog, key, modifiers);
     };
@@ -138,23 +130,6 @@ TEST(ResultsDialog, EveryControlMoves) {
     EXPECT_EQ((Numbers{4, 6, 5}), Shown(viewer));
 }
 
-TEST(ResultsDialog, ValuesAreTheStores) {
-    MadeResults results(100);
-    ResultRecord record;
-    record.files = {results.files[2]};
-    const Viewer viewer(results.Parameters());
-    const auto text = [&](const char* name) { return viewer.Find<QLineEdit>(name)->text().toStdString(); };
-    for (const int frame : {0, 1, 49, 98, 99}) {
-        viewer.Find<QSlider>("Video slide")->setValue(frame);
-        EXPECT_EQ(std::to_string(20 + frame * 7 % 17) + ".0000", text("Value, first processed"));
-        EXPECT_EQ(std::to_string(40 + frame * 7 % 17) + ".0000", text("Value, second processed"));
-        EXPECT_EQ("", text("Value, original"));
-    }
-    EXPECT_FALSE(viewer.Find<QLineEdit>("Value, original")->isEnabled());
-    EXPECT_EQ("Frame 99 of 0 to 99. First processed 33.0000. Second processed 53.0000.",
-              viewer.dialog->Controller().Views().at(0)->accessibleDescription().toStdString());
-}
-
 TEST(ResultsDialog, HoldingRepeatsFasterAndFaster) {
     const MadeResults results(5000);
     const Viewer viewer(results.Parameters());
@@ -176,11 +151,11 @@ TEST(ResultsDialog, HoldingRepeatsFasterAndFaster) {
     EXPECT_EQ(count + 2, commands.count()) << "so does a screen reader's";
 }
 
-TEST(ResultsDialog, TextsAndEmptyStates) {
-    const struct {
-        const char* name;
-        const char* toolTip;
-    } kToolTips[] = {
+TEST(ResultsDialog, Texts) {
+    const MadeResults results(100, {50});
+    const Viewer viewer(results.Parameters());
+    EXPECT_EQ("Tolvane - Results visualization", viewer.dialog->windowTitle().toStdString());
+    const ControlText kTexts[] = {
         {"Previous frame",
          "Go to the previous frame [left arrow]\n(you can hold button to go through frames)"},
         {"Next frame", "Go to the next frame [right arrow]\n(you can hold button to go through frames)"},
@@ -189,52 +164,46 @@ TEST(ResultsDialog, TextsAndEmptyStates) {
          "Decrease radius of control window\n(you can hold button to decrease it)"},
         {"Previous bad frame", "Go to previous bad frame [Ctrl + left arrow]"},
         {"Next bad frame", "Go to next bad frame [Ctrl + right arrow]"},
+        {"Copy lower plot", "Copy lower plot to clipboard [Ctrl + G]"},
+        {"Show frame", "Show current frame"},
+        {"Original", "<p>/clips/0&lt;b&gt;&amp;c.yuv</p>"},
+        {"Second processed", "<p>/clips/2&lt;b&gt;&amp;c.yuv</p>"},
+        {"Bad frames", ""},
+        {"Value, original", "Needs results of the file \"Original\""},
+        {"Value, first processed", ""},
     };
-    const MadeResults results(100, {50});
-    const Viewer viewer(results.Parameters());
-    EXPECT_EQ("Tolvane - Results visualization", viewer.dialog->windowTitle().toStdString());
-    for (const auto& c : kToolTips)
-        EXPECT_EQ(c.toolTip, viewer.Find<QAbstractButton>(c.name)->toolTip().toStdString());
-    for (const PlainLabel* label : viewer.dialog->findChildren<PlainLabel*>()) {
-        if (label->text() != QStringLiteral("First processed")) continue;
-        EXPECT_TRUE(label->isEnabled());
-        EXPECT_TRUE(label->toolTip().contains(QStringLiteral("1&lt;b&gt;&amp;c.yuv"))) << "never markup";
-    }
-
-    const MadeResults none(0);
-    const Viewer empty(none.Parameters());
-    EXPECT_EQ((Numbers{0, 0, 0}), Shown(empty));
-    EXPECT_FALSE(empty.Find<QAbstractButton>("Next bad frame")->isEnabled());
-    EXPECT_TRUE(empty.Find<QAbstractButton>("Next bad frame")->toolTip().contains(QStringLiteral("Needs")));
-    QTest::keyClick(empty.dialog.get(), Qt::Key_Right, Qt::ControlModifier);
-    QTest::mouseClick(empty.Find<QAbstractButton>("Wider control window"), Qt::LeftButton);
-    EXPECT_EQ((Numbers{0, 0, 0}), Shown(empty));
-    EXPECT_EQ("", empty.Find<QLineEdit>("Value, first processed")->text().toStdString());
-    EXPECT_FALSE(empty.dialog->grab().isNull());
+    CheckTexts(viewer, *viewer.dialog, kTexts, "cfgv");
+    for (const char* name : {"Original", "First processed", "Second processed", "Bad frames"})
+        EXPECT_TRUE(viewer.Find<PlainLabel>(name)->isEnabled()) << name;
+    EXPECT_EQ("Frame 49 of 0 to 99. First processed 23.0000. Second processed 43.0000.",
+              viewer.dialog->Controller().Views().at(0)->accessibleDescription().toStdString());
 }
 
-// Every control has a name, and no letter is given twice.
-TEST(ResultsDialog, NamesAndMnemonics) {
-    const MadeResults results(100);
+TEST(ResultsDialog, WithoutResults) {
+    MadeResults results(0);
+    results.files.erase(2);
     const Viewer viewer(results.Parameters());
-    QString letters;
-    const auto take = [&letters](const QString& text) {
-        const auto match = QRegularExpression(QStringLiteral("&([^&])")).match(text);
-        if (match.hasMatch()) letters += match.captured(1).toLower();
+    const ControlText kTexts[] = {
+        {"Second processed", "Needs the file \"Second processed\" in the run"},
+        {"Bad frames", "Needs a run with \"Save \"bad frames\"\""},
+        {"Next bad frame",
+         "Go to next bad frame [Ctrl + right arrow]\nNeeds a run with \"Save \"bad frames\"\""},
+        {"Value, first processed", "Needs results of the file \"First processed\""},
     };
-    for (const auto* button : viewer.dialog->findChildren<QAbstractButton*>()) {
-        EXPECT_FALSE(button->accessibleName().isEmpty() && button->text().isEmpty());
-        take(button->text());
-    }
-    for (const auto* group : viewer.dialog->findChildren<QGroupBox*>()) take(group->title());
-    EXPECT_EQ(0, letters.size() - QSet<QChar>(letters.begin(), letters.end()).size())
-        << letters.toStdString();
-    for (const char letter : {'v', 'g', 'c', 'f'})
-        EXPECT_TRUE(letters.contains(QLatin1Char(letter))) << letter;
+    CheckTexts(viewer, *viewer.dialog, kTexts, "cfgv");
+    for (const ControlText& text : kTexts)
+        EXPECT_FALSE(viewer.Find<QWidget>(text.name)->isEnabled()) << text.name;
+    EXPECT_TRUE(viewer.Find<PlainLabel>("First processed")->isEnabled()) << "it is in the run";
+    EXPECT_EQ("", viewer.Find<QLineEdit>("Value, first processed")->text().toStdString());
+    viewer.Press(Qt::CTRL | Qt::Key_Right);
+    viewer.Click("Wider control window");
+    EXPECT_EQ((Numbers{0, 0, 0}), Shown(viewer));
+    EXPECT_FALSE(viewer.dialog->grab().isNull());
 }
 
-TEST(ResultsDialog, IsModalAndClosesByKey) {
+TEST(ResultsDialog, IsModalHasHelpAndClosesByKey) {
     const MadeResults results(100);
+    OpenedFiles opened;
     for (const QKeyCombination key : {QKeyCombination(Qt::Key_Escape), Qt::CTRL | Qt::Key_W}) {
         bool wasModal = false;
         bool hasClosed = false;
@@ -243,6 +212,9 @@ TEST(ResultsDialog, IsModalAndClosesByKey) {
             ASSERT_TRUE(dialog);
             wasModal = dialog->isModal();
             EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+            QTest::keyClick(dialog, Qt::Key_F1);
+            EXPECT_EQ("viewer.html", opened.urls.value(0).fileName().toStdString());
+            opened.urls.clear();
             QTest::keyClick(dialog, key.key(), key.keyboardModifiers());
             hasClosed = !QApplication::activeModalWidget();
             if (!hasClosed) dialog->close();

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+
 #include "platform/text.h"
 #include "tests/temporary_directory.h"
 #include "video/color_space.h"
@@ -106,6 +109,20 @@ TEST(FileRecord, OpensThroughScripts) {
         EXPECT_EQ(YV12, source->GetColorSpace());
     }
     fs::current_path(old);
+}
+
+TEST(FileRecord, OpensOneFileAtATime) {
+    const TemporaryDirectory directory;
+    FileRecord record;
+    record.sourceName = FromUtf8(directory.Write("a.yuv", std::string(8, 'x')));
+    record.width = 4;
+    record.height = 2;
+    record.yuvType = Y;
+    std::unique_lock another(FileOpeningMutex());
+    auto opening = std::async(std::launch::async, [&record] { return record.OpenSource(true); });
+    EXPECT_EQ(std::future_status::timeout, opening.wait_for(std::chrono::milliseconds(20)));
+    another.unlock();
+    EXPECT_NE(nullptr, opening.get());
 }
 
 }  // namespace

@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
+#include <future>
+#include <mutex>
 #include <new>
+#include <stdexcept>
 #include <thread>
 
+#include "platform/loose_threads.h"
 #include "platform/text.h"
-#include "tests/temporary_directory.h"
 #include "video/color_space.h"
 
 namespace {
@@ -52,6 +55,7 @@ struct GreySource : rkIVideoSource {
         }
         if (frame == 13) return 7;
         if (frame == 14) throw std::bad_alloc();
+        if (frame == 16) throw std::length_error("a codec's");
         image.Create(16, 2, frame == 15 ? VYUY : YUV, 0);
         std::string packed(16 * 2, static_cast<char>(16 + frame));
         packed.replace(16, 16, std::string(16, static_cast<char>(116 + frame)));
@@ -88,7 +92,21 @@ struct Delivered {
     friend bool operator==(const Delivered&, const Delivered&) = default;
 };
 
+bool ThreadsEnd() {
+    return LooseThreadsEnd(std::chrono::seconds(20));
+}
+
+/// Whether the reader goes while its thread is stuck.
+bool GoesAtOnce(std::unique_ptr<FrameReader> reader, const std::function<void()>& unstick) {
+    auto going = std::async(std::launch::async, [&reader] { reader.reset(); });
+    const bool hasGone = going.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+    unstick();
+    return hasGone;
+}
+
 struct FrameReaderTest : testing::Test {
+    ~FrameReaderTest() override { EXPECT_TRUE(ThreadsEnd()); }
+
     FrameReader::Receiver Receiver() {
         return [this](const FrameReader::Result& result) {
             Delivered delivered = {result.file, result.frame, result.error, 0, 0};
@@ -124,6 +142,7 @@ TEST_F(FrameReaderTest, DeliversPicturesAndReasons) {
         {0, 13, L"Error 7", 0, 0},
         {0, 14, L"There isn't enough memory for the frame", 0, 0},
         {0, 15, L"Frames of this layout can't be shown", 0, 0},
+        {0, 16, L"The frame can't be read", 0, 0},
         {0, 6, L"", 22, 122},
     };
     std::size_t count = 0;
@@ -135,6 +154,7 @@ TEST_F(FrameReaderTest, DeliversPicturesAndReasons) {
     }
     EXPECT_NE(std::this_thread::get_id(), stage.thread);
     reader.reset();
+    EXPECT_TRUE(ThreadsEnd());
     EXPECT_EQ(2, stage.closed);
 }
 
@@ -147,70 +167,35 @@ TEST_F(FrameReaderTest, ANewerRequestReplacesOneThatHasntBegun) {
     stage.Tell([&] { stage.gate = 100; });
     WaitForResults(2);
     reader.reset();
+    EXPECT_TRUE(ThreadsEnd());
     EXPECT_EQ((std::vector<int>{1, 12}), stage.read);
     EXPECT_EQ(12, results.back().frame);
     EXPECT_EQ(2u, results.size());
 }
 
-TEST_F(FrameReaderTest, EndsWithoutItsPendingRequest) {
+TEST_F(FrameReaderTest, DoesntWaitForARead) {
     auto reader = Reader({0});
     stage.gate = 1;
     reader->Request(0, 1);
     stage.Wait([&] { return stage.read.size() == 1; });
     reader->Request(0, 2);
-    std::thread opener([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        stage.Tell([&] { stage.gate = 100; });
-    });
-    reader.reset();  // waits for the frame that is being read
-    opener.join();
-    EXPECT_EQ((std::vector<int>{1}), stage.read);
+    EXPECT_TRUE(GoesAtOnce(std::move(reader), [&] { stage.Tell([&] { stage.gate = 100; }); }));
+    EXPECT_TRUE(ThreadsEnd());
+    EXPECT_EQ((std::vector<int>{1}), stage.read) << "the pending request is dropped";
+    EXPECT_TRUE(results.empty()) << "nothing is delivered to an owner that has gone";
     EXPECT_EQ(1, stage.closed);
 }
 
-TEST_F(FrameReaderTest, MayAskFromItsReceiver) {
-    std::unique_ptr<FrameReader> reader;
-    std::atomic<int> last = 0;
-    FrameReader::Sources sources;
-    sources[0] = std::make_unique<GreySource>(stage);
-    reader = std::make_unique<FrameReader>(std::move(sources), 0, [&](const FrameReader::Result& result) {
-        if (result.frame < 3) reader->Request(0, result.frame + 1);
-        stage.Tell([&] { last = result.frame; });
-    });
-    reader->Request(0, 0);
-    stage.Wait([&] { return last == 3; });
-}
-
-TEST_F(FrameReaderTest, OpensFilesAndTellsWhich) {
-    const TemporaryDirectory directory;
-    const auto raw = [&](const std::string& name, int height, int frames) {
-        FileRecord file;
-        std::string bytes(static_cast<std::size_t>(16 * height * 3 / 2 * frames), '\x50');
-        file.name = file.sourceName = FromUtf8(directory.Write(name, bytes));
-        file.width = 16;
-        file.height = height;
-        file.yuvType = IYUV;
-        return file;
-    };
-    std::map<int, FileRecord> files = {{0, raw("a", 2, 3)}, {1, raw("b", 2, 3)}, {2, raw("c", 4, 5)}};
-    files[1].sourceName += L"-gone";
-
-    std::vector<FrameReader::OpenedFile> opened;
-    {
-        FrameReader reader(files, 1, Receiver(), [&](const std::vector<FrameReader::OpenedFile>& open) {
-            stage.Tell([&] { opened = open; });
-        });
-        reader.Request(2, 4);  // before anything is open
-        WaitForResults(1);
-    }
-    ASSERT_EQ(2u, opened.size());
-    EXPECT_EQ(0, opened[0].file);
-    EXPECT_EQ(3, opened[0].frameCount);
-    EXPECT_EQ(2, opened[1].file);
-    EXPECT_EQ(16, opened[1].width);
-    EXPECT_EQ(4, opened[1].height);
-    EXPECT_EQ(L"", results.at(0).error);
-    EXPECT_EQ(4, results[0].frame);
+TEST_F(FrameReaderTest, DoesntWaitForAnOpening) {
+    std::unique_lock another(FileOpeningMutex());
+    bool hasOpened = false;
+    auto reader =
+        std::make_unique<FrameReader>(std::map<int, FileRecord>{{0, {}}, {1, {}}}, 1, Receiver(),
+                                      [&](const std::vector<FrameReader::OpenedFile>&) { hasOpened = true; });
+    EXPECT_FALSE(LooseThreadsEnd(std::chrono::milliseconds(20))) << "it is in the opening";
+    EXPECT_TRUE(GoesAtOnce(std::move(reader), [&] { another.unlock(); }));
+    EXPECT_TRUE(ThreadsEnd());
+    EXPECT_FALSE(hasOpened);
 }
 
 }  // namespace

@@ -64,19 +64,6 @@ TEST(FrameRange, Recentring) {
     }
 }
 
-TEST(FrameRange, CurrentWithoutRecentring) {
-    FrameRange range(0, 99);
-    const struct {
-        int frame;
-        View view;
-    } kCases[] = {
-        {30, {25, 74, 30}}, {74, {25, 74, 74}}, {75, {25, 74, 74}}, {24, {25, 74, 25}}, {-9, {25, 74, 25}}};
-    for (const auto& c : kCases) {
-        range.SetCurrent(c.frame);
-        EXPECT_EQ(c.view, ViewOf(range));
-    }
-}
-
 TEST(FrameRange, Width) {
     const struct {
         const char* what;
@@ -126,18 +113,6 @@ TEST(FrameRange, StaysInOrder) {
             ASSERT_LE(range.VisibleLast(), range.LastFrame());
         }
     }
-}
-
-TEST(BadFrames, NextAndPrevious) {
-    const std::vector<int> frames = {0, 40, 41, 99};
-    EXPECT_EQ(40, NextFrame(frames, 0));
-    EXPECT_EQ(41, NextFrame(frames, 40));
-    EXPECT_EQ(99, NextFrame(frames, 98));
-    EXPECT_EQ(std::nullopt, NextFrame(frames, 99));
-    EXPECT_EQ(std::nullopt, PreviousFrame(frames, 0));
-    EXPECT_EQ(0, PreviousFrame(frames, 40));
-    EXPECT_EQ(41, PreviousFrame(frames, 50));
-    EXPECT_EQ(std::nullopt, NextFrame({}, 5));
 }
 
 TEST(WheelSteps, CountsWholeNotches) {

@@ -85,29 +85,40 @@ TEST(PlotScale, WithoutExtent) {
     EXPECT_EQ(0, noRoom.FrameAt(60));
 }
 
-TEST(BandDrag, FollowsThePointer) {
-    // 300 pixels for frames 0 to 600: half a pixel each. The band from 200 to 300 lies over the pixels 100 to 149.
-    const PlotScale scale = Scale(300, 50, 0, 600, {30, 40});
+TEST(BandDrag, IsGrabbed) {
     const struct {
-        int x;
-        bool grabbed;
-    } kPresses[] = {{99, false}, {100, true}, {149, true}, {150, false}};
-    for (const auto& c : kPresses) EXPECT_EQ(c.grabbed, BandDrag().Start(scale, 200, 300, 50 + c.x)) << c.x;
-
-    BandDrag drag;
-    ASSERT_TRUE(drag.Start(scale, 200, 300, 50 + 110));
-    EXPECT_EQ(250, drag.CentreAt(scale, 200, 300, 50 + 110)) << "it stays where it was grabbed";
-    EXPECT_EQ(290, drag.CentreAt(scale, 200, 300, 50 + 130));
-    EXPECT_EQ(30, drag.CentreAt(scale, 200, 300, 50));
-    drag.End();
-    EXPECT_FALSE(drag.IsUnderWay());
+        const char* what;
+        int last, bandFirst, bandLast;  // of 300 pixels for the frames from 0 on
+        int firstX, lastX;              // where the band can be grabbed
+    } kCases[] = {
+        {"half a pixel a frame", 600, 200, 300, 100, 149},
+        {"thin", 600, 200, 206, 98, 104},
+        {"no wider than a pixel", 500'000, 249'500, 250'500, 146, 152},
+        {"at the start", 500'000, 0, 1000, -3, 3},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.what);
+        const PlotScale scale = Scale(300, 50, 0, c.last, {30, 40});
+        for (const int x : {c.firstX, c.lastX}) {
+            BandDrag drag;
+            EXPECT_TRUE(drag.Start(scale, c.bandFirst, c.bandLast, 50 + x));
+            const int middle = drag.CentreAt(scale, c.bandFirst, c.bandLast, 50 + x);
+            EXPECT_NEAR((c.bandFirst + c.bandLast) / 2, middle, c.last / 300 + 1) << "it stays where it is";
+        }
+        for (const int x : {c.firstX - 1, c.lastX + 1})
+            EXPECT_FALSE(BandDrag().Start(scale, c.bandFirst, c.bandLast, 50 + x));
+    }
 }
 
-TEST(BandDrag, OfFramesThatDontStartAt0) {
-    const PlotScale scale = Scale(300, 50, 1000, 1600, {30, 40});
-    BandDrag drag;
-    ASSERT_TRUE(drag.Start(scale, 1200, 1300, 50 + 110));
-    EXPECT_EQ(1250, drag.CentreAt(scale, 1200, 1300, 50 + 110));
+TEST(BandDrag, FollowsThePointer) {
+    for (const int first : {0, 1000}) {
+        const PlotScale scale = Scale(300, 50, first, first + 600, {30, 40});
+        BandDrag drag;
+        ASSERT_TRUE(drag.Start(scale, first + 200, first + 300, 50 + 110));
+        EXPECT_EQ(first + 250, drag.CentreAt(scale, first + 200, first + 300, 50 + 110));
+        EXPECT_EQ(first + 290, drag.CentreAt(scale, first + 200, first + 300, 50 + 130));
+        EXPECT_EQ(first + 30, drag.CentreAt(scale, first + 200, first + 300, 50));
+    }
 }
 
 }  // namespace

@@ -49,21 +49,25 @@ TEST(Series, BelongToFiles) {
         << "without an original a file keeps its number";
     EXPECT_TRUE(FirstValues(store, {{1, File(L"other")}}).empty());
 
+    // One path opened in two ways is two files; a record that is neither of them counts by its name.
+    FileRecord script = File(L"one");
+    script.useAvs = true;
+    const std::map<int, FileRecord> twice = {{1, File(L"one")}, {2, script}};
+    Store opened;
+    for (const float value : {50.0F, 60.0F, 70.0F}) {
+        ResultRecord record;
+        record.files = {File(L"orig"), value == 50 ? script : File(L"one")};
+        opened.SetResultRecord(static_cast<int>(value), record);
+        opened.AddValue(static_cast<int>(value), 0, value);
+    }
+    EXPECT_EQ((std::map<int, float>{{1, 60}, {2, 50}}), FirstValues(opened, twice));
+    script.filter = 3;
+    EXPECT_EQ((std::map<int, float>{{1, 60}, {2, 50}}),
+              FirstValues(opened, {{1, File(L"one")}, {2, script}}));
+
     Store without;
     without.Add(0, {L"orig", L"one"}, 0, {});
     EXPECT_TRUE(FirstValues(without, kFiles).empty()) << "a record without values";
-}
-
-TEST(Series, Values) {
-    const Series series = {5, {1, 2, 3}};
-    float value = 9;
-    EXPECT_FALSE(series.ValueAt(4, value));
-    EXPECT_EQ(9, value);
-    EXPECT_TRUE(series.ValueAt(5, value));
-    EXPECT_EQ(1, value);
-    EXPECT_TRUE(series.ValueAt(7, value));
-    EXPECT_EQ(3, value);
-    EXPECT_FALSE(series.ValueAt(8, value));
 }
 
 TEST(ValueRange, Extremes) {
@@ -133,16 +137,8 @@ TEST(ReportData, Title) {
     EXPECT_EQ(L"VQM UYUV", ValueTitle(store, Metric::GetMetricList())) << "the first result, without a unit";
 }
 
-TEST(ReportText, OfFramesAndValues) {
-    const std::map<int, Series> series = {{1, {0, {33.6166F, 2}}}, {2, {0, {35.2767F}}}};
-    EXPECT_EQ(L"Frame 0\nFirst processed: 33.6166\nSecond processed: 35.2767", PointText(series, 0));
-    EXPECT_EQ(L"Frame 1\nFirst processed: 2.0000", PointText(series, 1));
-    EXPECT_EQ(L"Frame 0 of 0 to 1. First processed 33.6166. Second processed 35.2767.",
-              PlotDescription(series, 0, 1, 0));
+TEST(ReportText, TheLargestValue) {
     EXPECT_EQ(L"340282346638528859811704183484516925440.0000", ValueText(std::numeric_limits<float>::max()));
-    EXPECT_EQ(L"Tolvane - Second processed, frame 12", FrameTitle(2, 12));
-    EXPECT_EQ(L"1 frame", FrameCountText(1));
-    EXPECT_EQ(L"150 frames", FrameCountText(150));
 }
 
 }  // namespace

@@ -9,18 +9,6 @@ namespace Report {
 
 namespace {
 
-/// The step as the rule tells it, one multiple of 5 after the other.
-float StepByCounting(float third) {
-    if (std::trunc(third) == 0) return 1;
-    float step = 5;
-    float last = 0;
-    while (std::trunc(third / step) != 0) {
-        last = step;
-        step += 5;
-    }
-    return last < 5 ? 1 : last;
-}
-
 TEST(ValueAxis, Steps) {
     const struct {
         const char* what;
@@ -43,16 +31,6 @@ TEST(ValueAxis, Steps) {
         EXPECT_EQ(c.step, steps.step);
         EXPECT_EQ(c.first, steps.first);
         EXPECT_EQ(c.decimals, AxisDecimals(c.range, steps.step));
-    }
-}
-
-TEST(ValueAxis, CoarseStepIsTheLastOneOfTheCount) {
-    for (float height = 1; height < 3000; height *= 1.013F) {
-        const AxisSteps steps = StepsOf({0, height});
-        float counted = StepByCounting(height / 3);
-        while (std::trunc(height / 3 / counted) == 0) counted /= 2;
-        while (std::trunc((height - counted) / counted) < 3) counted /= 2;
-        EXPECT_EQ(counted, steps.step) << height;
     }
 }
 
