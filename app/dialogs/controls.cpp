@@ -1,11 +1,23 @@
 #include "app/dialogs/controls.h"
 
+#include "app/rules/window_size.h"
 #include "platform/qt/file_chooser.h"
 #include "platform/qt/path_field.h"
 #include "platform/qt/wide_text.h"
 
 #include <QDialog>
 #include <QLayout>
+#include <QScreen>
+
+namespace {
+
+constexpr QSize kWindowFrame(8, 40);  // of a window manager; not known before the window is shown
+
+PixelSize ToPixels(QSize size) {
+    return {size.width(), size.height()};
+}
+
+}  // namespace
 
 void SetAvailable(QWidget& control, const std::wstring& whyDisabled) {
     control.setEnabled(whyDisabled.empty());
@@ -27,8 +39,18 @@ void FocusFirst(QWidget& field) {
     field.setFocus(Qt::TabFocusReason);
 }
 
+QSize RoomFor(const QWidget& window) {
+    return window.screen()->availableSize() - kWindowFrame;
+}
+
+QSize OpeningSizeOf(const QWidget& window, QSize wanted) {
+    const QSize least = window.minimumSize().expandedTo(window.minimumSizeHint());
+    const PixelSize size = OpeningSize(ToPixels(wanted), ToPixels(least), ToPixels(RoomFor(window)));
+    return {size.width, size.height};
+}
+
 void SetUsualSize(QDialog& dialog, QSize usual) {
-    QSize size = usual.expandedTo(dialog.minimumSizeHint());
+    QSize size = OpeningSizeOf(dialog, usual);
     const QLayout& layout = *dialog.layout();
     if (layout.hasHeightForWidth())
         size.setHeight(qMax(size.height(), layout.totalHeightForWidth(size.width())));

@@ -22,6 +22,10 @@ QString WithMnemonic(const std::wstring& text, QStringView word);
 /// Gives `field` the focus when its window opens, with its text selected as the Tab key does.
 void FocusFirst(QWidget& field);
 
+/// The room that a window's screen has for it and its frame.
+QSize RoomFor(const QWidget& window);
+/// The size to open a window with that is complete and would like to have `wanted`.
+QSize OpeningSizeOf(const QWidget& window, QSize wanted);
 /// Gives a dialog that is complete the size to open with: `usual`, which is meant for text of 9 points, or what it needs
 /// if that is more.
 void SetUsualSize(QDialog& dialog, QSize usual);

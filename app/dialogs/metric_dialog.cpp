@@ -1,9 +1,9 @@
 #include "app/dialogs/metric_dialog.h"
 
 #include "app/dialogs/controls.h"
-#include "app/dialogs/help.h"
 #include "app/rules/metric_choice.h"
 #include "platform/qt/dialog_buttons.h"
+#include "platform/qt/help.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/wide_text.h"
 

@@ -1,9 +1,9 @@
 #include "app/dialogs/output_dialog.h"
 
 #include "app/dialogs/controls.h"
-#include "app/dialogs/help.h"
 #include "platform/qt/dialog_buttons.h"
 #include "platform/qt/form_group.h"
+#include "platform/qt/help.h"
 #include "platform/qt/label_column.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/path_field.h"

@@ -1,10 +1,10 @@
 #include "app/dialogs/script_dialog.h"
 
 #include "app/dialogs/controls.h"
-#include "app/dialogs/help.h"
 #include "app/dialogs/wrapped_check_box.h"
 #include "app/rules/reasons.h"
 #include "platform/qt/dialog_buttons.h"
+#include "platform/qt/help.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/wide_text.h"
 

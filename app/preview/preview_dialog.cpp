@@ -1,14 +1,12 @@
 #include "app/preview/preview_dialog.h"
 
 #include "app/dialogs/controls.h"
-#include "app/dialogs/help.h"
 #include "app/preview/preview_picture.h"
+#include "platform/qt/help.h"
 #include "platform/qt/icon_button.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/plain_label.h"
 #include "platform/qt/value_field.h"
-#include "platform/qt/wide_text.h"
-#include "report/picture_image.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -27,8 +25,7 @@ namespace {
 constexpr int kScaleDigits = 4;
 constexpr int kControlsWidth = 300;  // with sliders that can be used
 constexpr int kLeastFrameDigits = 4;
-constexpr int kScalePage = 25;        // percent
-constexpr QSize kWindowFrame(8, 40);  // around a window; not known before it is shown
+constexpr int kScalePage = 25;  // percent
 
 QRect ToQRect(const PixelRect& rect) {
     return {rect.x, rect.y, rect.width, rect.height};
@@ -77,20 +74,9 @@ PreviewDialog::PreviewDialog(QWidget* parent, std::unique_ptr<rkIVideoSource> so
 
     FrameReader::Sources sources;
     sources[0] = std::move(source);
-    reader = std::make_unique<FrameReader>(
-        std::move(sources), yuvTable, [this](const FrameReader::Result& result) {
-            const QImage image = result.picture ? Report::ImageOf(*result.picture) : QImage();
-            const QString error = result.picture && image.isNull()
-                                      ? tr("There isn't enough memory for the frame")
-                                      : ToQString(result.error);
-            QMetaObject::invokeMethod(
-                this, [=, this, frame = result.frame] { Show(frame, error, image); }, Qt::QueuedConnection);
-        });
+    reader = std::make_unique<Report::PictureReader>(std::move(sources), yuvTable);
+    connect(reader.get(), &Report::PictureReader::Arrived, this, &PreviewDialog::Show);
     AskForFrame(0);
-}
-
-PreviewDialog::~PreviewDialog() {
-    reader.reset();  // closes the source; nothing arrives from its thread any more
 }
 
 QLayout* PreviewDialog::MakeScaleRow() {
@@ -132,6 +118,8 @@ QGroupBox* PreviewDialog::MakeFrameGroup() {
     connect(previous, &IconButton::clicked, this, [this] { AskForFrame(asked - 1); });
     connect(next, &IconButton::clicked, this, [this] { AskForFrame(asked + 1); });
     connect(frameSlider, &QSlider::valueChanged, this, &PreviewDialog::AskForFrame);
+    // A frame that couldn't be read is asked for again where the slider is let go.
+    connect(frameSlider, &QSlider::sliderReleased, this, [this] { AskForFrame(frameSlider->value()); });
 
     auto* group = new QGroupBox(tr("Video slide"));
     auto* row = new QHBoxLayout(group);
@@ -165,7 +153,7 @@ void PreviewDialog::ResizeTo(int percent) {
     const QRect available = screen()->availableGeometry();
     const QSize wanted = OnScreen(Layout().WindowAt(percent));
     if (isMaximized()) showNormal();
-    resize(wanted.boundedTo(available.size() - kWindowFrame).expandedTo(minimumSize()));
+    resize(OpeningSizeOf(*this, wanted));
     FitPicture();
     if (!isVisible()) return;
     QRect place = frameGeometry();
@@ -197,7 +185,8 @@ void PreviewDialog::ShowScale(int percent) {
 }
 
 void PreviewDialog::AskForFrame(int frame) {
-    if (frame < 0 || frame >= frameCount || frame == asked) return;
+    const bool isHere = frame == asked && (wait || frame == shown);
+    if (frame < 0 || frame >= frameCount || isHere) return;
     asked = frame;
     {
         const QSignalBlocker blocker(frameSlider);
@@ -209,17 +198,17 @@ void PreviewDialog::AskForFrame(int frame) {
     reader->Request(0, frame);
 }
 
-void PreviewDialog::Show(int frame, const QString& error, const QImage& image) {
-    if (frame != asked || !wait) return;  // too late: another one is shown or on its way
+void PreviewDialog::Show(const Report::PictureReader::Picture& come) {
+    if (come.frame != asked || !wait) return;  // too late: another one is shown or on its way
     wait.reset();
-    if (!error.isEmpty()) {
-        picture->ShowTrouble(tr("Frame %1 can't be read. %2").arg(frame).arg(error));
+    if (!come.error.isEmpty()) {
+        picture->ShowTrouble(tr("Frame %1 can't be read. %2").arg(QString::number(come.frame), come.error));
         return;
     }
-    shown = frame;
-    picture->SetImage(image);
-    picture->setAccessibleDescription(tr("Frame %1 of 0 to %2.").arg(frame).arg(frameCount - 1));
-    frameNumber->setText(QString::number(frame));
+    shown = come.frame;
+    picture->SetImage(come.image);
+    picture->setAccessibleDescription(tr("Frame %1 of 0 to %2.").arg(shown).arg(frameCount - 1));
+    frameNumber->setText(QString::number(shown));
 }
 
 void PreviewDialog::showEvent(QShowEvent* event) {
@@ -232,7 +221,7 @@ void PreviewDialog::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) SetLimits();
     if (event->type() != QEvent::WindowStateChange || !isMaximized()) return;
-    const QSize room = screen()->availableGeometry().size() - kWindowFrame;
+    const QSize room = RoomFor(*this);
     const QSize largest = OnScreen(Layout().LargestWindow()).expandedTo(minimumSize());
     if (largest.width() >= room.width() && largest.height() >= room.height()) return;
     QMetaObject::invokeMethod(

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "app/rules/preview_layout.h"
-#include "report/frames/frame_reader.h"
+#include "report/picture_reader.h"
 #include "report/wait_cursor.h"
 
 #include <QDialog>
-#include <QImage>
 #include <QPoint>
 
 #include <memory>
@@ -23,9 +22,8 @@ class PreviewDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// `source`, not null, is open; it is closed and destroyed with the dialog.
+    /// `source`, not null, is open; it goes with the dialog, by its reader's thread.
     PreviewDialog(QWidget* parent, std::unique_ptr<rkIVideoSource> source, int yuvTable);
-    ~PreviewDialog() override;
 
     /// Whether a frame is on its way.
     bool IsWaiting() const { return wait.has_value(); }
@@ -49,7 +47,7 @@ private:
     QSize OnScreen(PixelSize size) const;
 
     void AskForFrame(int frame);
-    void Show(int frame, const QString& error, const QImage& image);
+    void Show(const Report::PictureReader::Picture& come);
 
     PixelSize video;
     int frameCount;
@@ -64,9 +62,10 @@ private:
 
     std::optional<QPoint> windowDrag;  // of the pointer, from the window's corner
     std::optional<Report::WaitCursor> wait;
-    std::unique_ptr<FrameReader> reader;
+    std::unique_ptr<Report::PictureReader> reader;
 };
 
-/// Lets the user look through a video that is open; returns once its window is closed, with the source closed and
-/// destroyed. Nothing happens without a source. `yuvTable` is the matrix of the pictures, as the job has it.
+/// Lets the user look through a video that is open; returns once its window is closed. The source is closed and destroyed
+/// as soon as no frame of it is being read any more. Nothing happens without a source. `yuvTable` is the matrix of the
+/// pictures, as the job has it.
 void ShowPreview(QWidget* parent, std::unique_ptr<rkIVideoSource> source, int yuvTable);

@@ -7,6 +7,7 @@
 struct BoxText {
     std::wstring title;
     std::wstring text;
+    std::wstring advice = {};  ///< a text of its own below: what the user can do
 };
 
 /// What the user did wrong: shown with the icon for warnings and "OK".

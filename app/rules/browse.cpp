@@ -37,6 +37,12 @@ BoxText OpenWithAviSynthQuestion() {
         L"Open file with AviSynth?"};
 }
 
+std::wstring OpeningAdvice(const FileRecord& slot, const Capabilities& capabilities) {
+    if (slot.name.empty() || slot.useAvs || OpensWithoutScript(slot.name)) return {};
+    if (!capabilities.aviSynth) return L"Such a file needs AviSynth, which isn't there.";
+    return L"Such a file needs \"Open with AVISynth\" in its row.";
+}
+
 bool BrowseFile(ShellState& state, FileRow row, IFileQuestions& questions) {
     const auto chosen = questions.ChooseFile(SlotOf(state.job, row).name);
     return chosen && TakeFile(state, row, *chosen, questions);

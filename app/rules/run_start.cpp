@@ -42,12 +42,6 @@ std::vector<FileRow> RowsOfRun(const MeasurementJob& job) {
     return rows;
 }
 
-/// False if the user cancelled the raw settings.
-bool SettleRawFile(FileRecord& slot, IFileQuestions& questions) {
-    slot = ToOpen(std::move(slot));
-    return !rkIsRawName(slot.name) || HasRawSettings(slot) || questions.EditYuvSettings(slot);
-}
-
 void FillRun(MeasurementJob& job) {
     RunParameters& run = job.run;
     run.inputFiles.clear();
@@ -64,6 +58,16 @@ void FillRun(MeasurementJob& job) {
     run.interruption = std::make_unique<InterruptionToken>();
 }
 
+std::vector<std::wstring> NotesOf(const ShellState& state) {
+    std::vector<std::wstring> notes;
+    for (const FileRow row : RowsOfRun(state.job)) {
+        const FileRecord& slot = SlotOf(state.job, row);
+        const std::wstring advice = OpeningAdvice(slot, state.capabilities);
+        if (!advice.empty()) notes.push_back(L"\"" + slot.name + L"\": " + advice);
+    }
+    return notes;
+}
+
 }  // namespace
 
 RunStart PrepareRun(ShellState& state, IFileQuestions& questions, const Metric::CMetricList& metrics) {
@@ -72,15 +76,21 @@ RunStart PrepareRun(ShellState& state, IFileQuestions& questions, const Metric::
         TrimEnd(SlotOf(job, row).name);
         TrimEnd(SlotOf(job, row).sourceName);
     }
-    if (const wchar_t* missing = MissingFile(job, metrics)) return {false, UserError(missing)};
+    if (const wchar_t* missing = MissingFile(job, metrics)) return {.refusal = UserError(missing)};
 
     ChooseMetric(job, SelectionOf(job).metricIndex, metrics);
     for (const FileRow row : RowsOfRun(job)) {
-        if (!SettleRawFile(SlotOf(job, row), questions)) return {};
+        FileRecord& slot = SlotOf(job, row);
+        slot = ToOpen(std::move(slot));
+        if (!SettleRawFile(slot, questions)) return {};
     }
     FillRun(job);
     state.phase = RunPhase::Measuring;
-    return {true, {}};
+    return {.ready = true, .notes = NotesOf(state)};
+}
+
+bool SettleRawFile(FileRecord& slot, IFileQuestions& questions) {
+    return !rkIsRawName(slot.name) || HasRawSettings(slot) || questions.EditYuvSettings(slot);
 }
 
 BoxText StopQuestion() {
@@ -92,6 +102,7 @@ FileRecord ToOpen(FileRecord slot) {
     return slot;
 }
 
-BoxText PreviewFailure(const FileRecord& slot) {
-    return {L"Could not open file for preview", L"Could not open file \"" + slot.name + L"\" for preview."};
+BoxText PreviewFailure(const FileRecord& slot, const Capabilities& capabilities) {
+    return {L"Could not open file for preview", L"Could not open file \"" + slot.name + L"\" for preview.",
+            OpeningAdvice(slot, capabilities)};
 }

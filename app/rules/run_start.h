@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "app/rules/box_text.h"
 #include "app/rules/browse.h"
@@ -9,7 +11,8 @@
 /// What became of the wish to measure. Not ready and no message: the user cancelled a question.
 struct RunStart {
     bool ready = false;
-    std::optional<BoxText> refusal;
+    std::optional<BoxText> refusal = {};
+    std::vector<std::wstring> notes = {};  ///< lines for the head of the run's log
 };
 
 /// Checks what the main dialog holds and fills `job.run` for a run: input files, mask, and a new interruption token.
@@ -17,6 +20,9 @@ struct RunStart {
 /// the job of a run is as before.
 RunStart PrepareRun(ShellState& state, IFileQuestions& questions,
                     const Metric::CMetricList& metrics = Metric::GetMetricList());
+
+/// Asks for the settings of a raw file that lacks them; false if the user cancelled that.
+bool SettleRawFile(FileRecord& slot, IFileQuestions& questions);
 
 /// Asked while the run is paused, with the icon for warnings, "Yes" and "No". "Yes" stops the run.
 BoxText StopQuestion();
@@ -26,4 +32,4 @@ BoxText StopQuestion();
 FileRecord ToOpen(FileRecord slot);
 
 /// Why the preview doesn't open: shown with the icon for errors and "OK".
-BoxText PreviewFailure(const FileRecord& slot);
+BoxText PreviewFailure(const FileRecord& slot, const Capabilities& capabilities);

@@ -60,7 +60,7 @@ std::array<QWidget*, 5> FileStep::Row::Widgets() const {
 }
 
 FileStep::FileStep(LabelColumn& labels, ControlTable& controls, QWidget* parent)
-    : QGroupBox(tr("Step &1: File selection"), parent),
+    : StepGroup(tr("Step &1: File selection"), parent),
       comparativeAnalysis(new QCheckBox(tr("&Comparative analysis"))),
       useMask(new QCheckBox(tr("&Use mask file:"))) {
     auto* grid = new QGridLayout(this);
@@ -81,6 +81,7 @@ FileStep::FileStep(LabelColumn& labels, ControlTable& controls, QWidget* parent)
     grid->setRowMinimumHeight(GapLine, kGapHeight);
     AddMaskOptions(*grid, controls);
     SetReadingOrder();
+    SetFirst(Of(RowOriginal).path);
 
     controls.Set(Control::ComparativeAnalysis, comparativeAnalysis);
     controls.Set(Control::UseMask, useMask);
@@ -185,10 +186,6 @@ void FileStep::ShowDropTargets(const std::vector<FileRow>& targets) {
         Of(row).path->SetDropHighlight(std::find(targets.begin(), targets.end(), row) != targets.end());
 }
 
-void FileStep::FocusFirst() {
-    Of(RowOriginal).path->setFocus(Qt::OtherFocusReason);
-}
-
 // Within a row Ctrl+O browses and Ctrl+P previews.
 void FileStep::keyPressEvent(QKeyEvent* event) {
     const bool browses = event->keyCombination() == QKeyCombination(Qt::CTRL, Qt::Key_O);
@@ -201,5 +198,5 @@ void FileStep::keyPressEvent(QKeyEvent* event) {
         (browses ? row.browse : row.preview)->click();
         return;
     }
-    QGroupBox::keyPressEvent(event);
+    StepGroup::keyPressEvent(event);
 }

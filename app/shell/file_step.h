@@ -3,8 +3,7 @@
 #include "app/rules/file_rows.h"
 #include "app/rules/main_form.h"
 #include "app/shell/control_table.h"
-
-#include <QGroupBox>
+#include "app/shell/step_group.h"
 
 #include <array>
 #include <optional>
@@ -19,7 +18,7 @@ class QGridLayout;
 class QPushButton;
 
 /// "Step 1: File selection" of the main dialog. It reports what the user does and shows what it is told.
-class FileStep : public QGroupBox {
+class FileStep : public StepGroup {
     Q_OBJECT
 
 public:
@@ -32,8 +31,6 @@ public:
     std::optional<FileRow> RowAt(const QPoint& place) const;
     /// Outlines the rows that dragged files would go to.
     void ShowDropTargets(const std::vector<FileRow>& rows);
-
-    void FocusFirst();
 
 signals:
     void PathEdited(FileRow row, const std::wstring& path);

@@ -2,25 +2,27 @@
 
 #include "app/dialogs/bad_frames_dialog.h"
 #include "app/dialogs/controls.h"
-#include "app/dialogs/help.h"
 #include "app/dialogs/matrix_dialog.h"
 #include "app/dialogs/metric_dialog.h"
 #include "app/dialogs/more_options_dialog.h"
 #include "app/dialogs/output_dialog.h"
 #include "app/dialogs/script_dialog.h"
+#include "app/preview/preview_dialog.h"
 #include "app/rules/job_edits.h"
 #include "app/rules/metric_choice.h"
 #include "app/rules/readiness.h"
 #include "app/shell/contact.h"
 #include "app/shell/file_step.h"
 #include "app/shell/metric_step.h"
-#include "app/shell/open_preview.h"
+#include "app/shell/open_waiting.h"
 #include "app/shell/output_step.h"
 #include "app/shell/progress_dialog.h"
 #include "app/shell/window_drops.h"
+#include "platform/qt/help.h"
 #include "platform/qt/icon.h"
 #include "platform/qt/label_column.h"
 #include "platform/qt/layout_grid.h"
+#include "platform/qt/message_box.h"
 #include "platform/qt/status_line.h"
 #include "platform/qt/wide_text.h"
 
@@ -29,6 +31,7 @@
 #include <QCloseEvent>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 
@@ -45,7 +48,7 @@ constexpr int kStatusIndent = 4;
 
 }  // namespace
 
-MainWindow::MainWindow(ShellState& shellState, std::function<void()> save,
+MainWindow::MainWindow(ShellState& shellState, std::function<bool()> save,
                        const Metric::CMetricList& metricList)
     : QDialog(nullptr, Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                            Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint),
@@ -53,7 +56,8 @@ MainWindow::MainWindow(ShellState& shellState, std::function<void()> save,
       saveSettings(std::move(save)),
       metrics(metricList),
       questions(*this, shellState),
-      runControl(shellState, questions, *this, saveSettings) {
+      runControl(shellState, questions, *this, saveSettings),
+      lateClicks([this] { return isOpening; }) {
     setWindowTitle(tr("Tolvane 3.0"));
     Arrange();
     process->setDefault(true);  // which means nothing before it is in its dialog
@@ -72,7 +76,7 @@ MainWindow::MainWindow(ShellState& shellState, std::function<void()> save,
 
     Refresh();
     fileStep->FocusFirst();
-    resize(std::max(kUsualWidth, sizeHint().width()), sizeHint().height());
+    resize(OpeningSizeOf(*this, {std::max(kUsualWidth, sizeHint().width()), sizeHint().height()}));
 }
 
 void MainWindow::Arrange() {
@@ -80,7 +84,7 @@ void MainWindow::Arrange() {
     fileStep = new FileStep(*labels, controls);
     metricStep = new MetricStep(*labels, controls, metrics);
     outputStep = new OutputStep(controls);
-    for (QGroupBox* step : std::initializer_list<QGroupBox*>{fileStep, metricStep, outputStep})
+    for (QWidget* step : std::initializer_list<QWidget*>{fileStep, metricStep, outputStep})
         step->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
 
     auto* line = new QFrame;
@@ -229,16 +233,24 @@ void MainWindow::TakeDropped(const std::vector<RoutedFile>& files) {
 }
 
 void MainWindow::Preview(FileRow row) {
+    FileRecord& slot = SlotOf(state.job, row);
+    const bool isSettled = SettleRawFile(slot, questions);
+    Refresh();
+    if (!isSettled) return;
+
     isOpening = true;
-    OpenPreview(this, SlotOf(state.job, row), state.job.run.yuvTable);
+    std::unique_ptr<rkIVideoSource> source = OpenWaiting(ToOpen(slot));
     isOpening = false;
+    if (source) return ShowPreview(this, std::move(source), state.job.run.yuvTable);
+    const BoxText failure = PreviewFailure(slot, state.capabilities);
+    ShowMessage(this, QMessageBox::Critical, failure.title, failure.text, failure.advice);
 }
 
 void MainWindow::Process() {
-    // A mnemonic clicks its button a moment later, and another click may have begun the run by then.
-    if (QApplication::activeModalWidget()) return;
+    const QPointer<QWidget> focused = focusWidget();  // a run takes it away with what it locks
     ProgressDialog progress(this, runControl, state.job, progressGeometry);
     state.job.autoCloseProgress = progress.Run(state.job.autoCloseProgress ? 1 : 0) > 0;
+    if (focused) focused->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::EndSoon() {

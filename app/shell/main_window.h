@@ -3,6 +3,7 @@
 #include "app/rules/drop.h"
 #include "app/shell/control_table.h"
 #include "app/shell/file_questions.h"
+#include "app/shell/late_clicks.h"
 #include "app/shell/run_control.h"
 
 #include <QDialog>
@@ -25,8 +26,8 @@ class MainWindow : public QDialog {
 
 public:
     /// The state outlives the window, and nobody else changes it meanwhile. `saveSettings` is called when the state is to
-    /// be kept: before each run and at the window's end.
-    MainWindow(ShellState& state, std::function<void()> saveSettings,
+    /// be kept: before each run and at the window's end. Its false is told in the log of the run.
+    MainWindow(ShellState& state, std::function<bool()> saveSettings,
                const Metric::CMetricList& metrics = Metric::GetMetricList());
 
     /// Closes the window as "Exit" does, as soon as that can be: stops a run and takes back whatever dialog is open, all
@@ -62,12 +63,13 @@ private:
     void Process();
 
     ShellState& state;
-    std::function<void()> saveSettings;
+    std::function<bool()> saveSettings;
     const Metric::CMetricList& metrics;
     FileQuestions questions;
     RunControl runControl;
     ControlTable controls;
     bool isOpening = false;  // the file of a preview
+    const LateClicks lateClicks;
     bool hasEnded = false;
     QByteArray progressGeometry;  // where the window of the last run was
 

@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* kComponentTexts[Metric::kComponentCount] = {"Y-YUV", "U-YUV", "V-YUV", "L-LUV",
                                                                   "R-RGB", "G-RGB", "B-RGB"};
+constexpr int kLeastSpacing = 14;   // between components, on a narrow screen
 constexpr int kFamilySpacing = 10;  // more than between the components of one family
 constexpr int kComponentLineHeight = 23;
 
@@ -29,10 +30,11 @@ bool EndsFamily(int component) {
 
 MetricStep::MetricStep(LabelColumn& labels, ControlTable& controls, const Metric::CMetricList& metrics,
                        QWidget* parent)
-    : QGroupBox(tr("Step &2: Metric Selection"), parent),
+    : StepGroup(tr("Step &2: Metric Selection"), parent),
       metric(new QComboBox),
       componentLabel(new QLabel(tr("Color compo&nent"))) {
     metric->setAccessibleName(tr("Metric"));
+    SetFirst(metric);
     for (int i = 0; i < metrics.GetCount(); ++i) metric->addItem(ToQString(metrics.GetName(i)), i);
     labels.Add(metric);
     labels.Add(componentLabel);
@@ -81,13 +83,14 @@ QHBoxLayout* MetricStep::MakeButtons(ControlTable& controls) {
 QHBoxLayout* MetricStep::MakeComponents(ControlTable& controls) {
     auto* group = new QButtonGroup(this);
     auto* row = new QHBoxLayout;
-    row->setSpacing(kRadioSpacing);
+    row->setSpacing(kLeastSpacing);
     for (int component = 0; component < Metric::kComponentCount; ++component) {
         auto* radio = new QRadioButton(QString::fromLatin1(kComponentTexts[component]));
         components[static_cast<std::size_t>(component)] = radio;
         group->addButton(radio, component);
         row->addWidget(radio);
-        if (EndsFamily(component)) row->addSpacing(kFamilySpacing);
+        const int more = kRadioSpacing - kLeastSpacing + (EndsFamily(component) ? kFamilySpacing : 0);
+        row->addItem(new QSpacerItem(more, 0, QSizePolicy::Maximum, QSizePolicy::Minimum));
         controls.Set(ComponentControl(component), radio);
     }
     row->addStretch(1);

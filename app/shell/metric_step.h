@@ -2,8 +2,7 @@
 
 #include "app/rules/main_form.h"
 #include "app/shell/control_table.h"
-
-#include <QGroupBox>
+#include "app/shell/step_group.h"
 
 #include <array>
 
@@ -15,7 +14,7 @@ class QLabel;
 class QRadioButton;
 
 /// "Step 2: Metric Selection" of the main dialog. It reports what the user does and shows what it is told.
-class MetricStep : public QGroupBox {
+class MetricStep : public StepGroup {
     Q_OBJECT
 
 public:

@@ -18,7 +18,7 @@ constexpr int kMoreOptionsWidth = 110;
 }  // namespace
 
 OutputStep::OutputStep(ControlTable& controls, QWidget* parent)
-    : QGroupBox(tr("Step &3: Output Selection"), parent),
+    : StepGroup(tr("Step &3: Output Selection"), parent),
       saveCsv(new QCheckBox(tr("Save CS&V file"))),
       saveVisualization(new QCheckBox(tr("Save metric visuali&zation video / image"))),
       csvAdvanced(new QPushButton(tr("A&dvanced"))),
@@ -28,6 +28,7 @@ OutputStep::OutputStep(ControlTable& controls, QWidget* parent)
     csvAdvanced->setAccessibleName(tr("Advanced, CSV and visualization"));
     badFramesAdvanced->setAccessibleName(tr("Advanced, \"bad frames\""));
     moreOptions->setMinimumWidth(kMoreOptionsWidth);
+    SetFirst(saveCsv);
     Arrange();
     EnterIn(controls);
 

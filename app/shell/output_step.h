@@ -2,14 +2,13 @@
 
 #include "app/rules/main_form.h"
 #include "app/shell/control_table.h"
-
-#include <QGroupBox>
+#include "app/shell/step_group.h"
 
 class QCheckBox;
 class QPushButton;
 
 /// "Step 3: Output Selection" of the main dialog. It reports what the user does and shows what it is told.
-class OutputStep : public QGroupBox {
+class OutputStep : public StepGroup {
     Q_OBJECT
 
 public:

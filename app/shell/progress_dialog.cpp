@@ -1,10 +1,10 @@
 #include "app/shell/progress_dialog.h"
 
 #include "app/dialogs/controls.h"
-#include "app/dialogs/help.h"
 #include "app/rules/progress_text.h"
 #include "app/shell/log_view.h"
 #include "app/shell/run_control.h"
+#include "platform/qt/help.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/plain_label.h"
 #include "platform/qt/wide_text.h"

@@ -10,7 +10,7 @@
 #include <utility>
 
 RunControl::RunControl(ShellState& shellState, IFileQuestions& fileQuestions, QWidget& window,
-                       std::function<void()> save)
+                       std::function<bool()> save)
     : state(shellState), questions(fileQuestions), mainWindow(window), saveSettings(std::move(save)) {}
 
 bool RunControl::StartRun(ProgressDialog& dialog) {
@@ -26,9 +26,9 @@ bool RunControl::Begin(ProgressDialog& dialog) {
         ShowMessage(&mainWindow, QMessageBox::Warning, start.refusal->title, start.refusal->text);
     if (!start.ready) return false;
 
-    saveSettings();
+    if (!saveSettings()) start.notes.push_back(L"The settings can't be saved.");
     try {
-        run = std::make_unique<RunThread>(state.job, dialog);
+        run = std::make_unique<RunThread>(state.job, dialog, std::move(start.notes));
         run->Start();
     } catch (const std::system_error& error) {
         run.reset();

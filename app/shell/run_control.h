@@ -17,9 +17,9 @@ class RunControl : public QObject {
 
 public:
     /// All outlive the control. `saveSettings` is called before each run, so that a run that takes the program with it
-    /// takes no settings with it.
+    /// takes no settings with it; the log tells its false.
     RunControl(ShellState& state, IFileQuestions& questions, QWidget& mainWindow,
-               std::function<void()> saveSettings);
+               std::function<bool()> saveSettings);
 
     /// Starts a run that shows itself in `dialog`; false if it can't be started, which the user is told, or the user
     /// doesn't want to. While there is a run, asks whether to stop it.
@@ -47,7 +47,7 @@ private:
     ShellState& state;
     IFileQuestions& questions;
     QWidget& mainWindow;
-    std::function<void()> saveSettings;
+    std::function<bool()> saveSettings;
     QPointer<ProgressDialog> window;
     std::unique_ptr<RunThread> run;
     WavPlayer player;

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 #include <chrono>
+#include <utility>
 
 namespace {
 
@@ -16,7 +17,8 @@ constexpr std::chrono::milliseconds kWaitStep{5};
 
 }  // namespace
 
-RunThread::RunThread(MeasurementJob& runJob, IRunWindow& runWindow) : job(runJob), window(runWindow) {
+RunThread::RunThread(MeasurementJob& runJob, IRunWindow& runWindow, std::vector<std::wstring> logNotes)
+    : job(runJob), window(runWindow), notes(std::move(logNotes)) {
     fetching.setTimerType(Qt::PreciseTimer);
     fetching.setInterval(kFetchInterval);
     QObject::connect(&fetching, &QTimer::timeout, &receiver, [this] { ShowEvents(); });
@@ -51,7 +53,9 @@ std::unique_ptr<IProgress> RunThread::CreateProgress() {
 }
 
 std::unique_ptr<ILog> RunThread::CreateLog(const std::wstring& path) {
-    return std::make_unique<CLogInterface>(path, feed);
+    auto log = std::make_unique<CLogInterface>(path, feed);
+    for (const std::wstring& note : notes) log->Log(note);
+    return log;
 }
 
 void RunThread::WithdrawStop() {

@@ -24,8 +24,8 @@ public:
 /// its end only. Made, started and destroyed on the thread of the windows.
 class RunThread : private IRunVoices, private IRunObserver {
 public:
-    /// Both outlive the thread; the job is the run's from `Start` to its end.
-    RunThread(MeasurementJob& job, IRunWindow& window);
+    /// Both outlive the thread; the job is the run's from `Start` to its end. The log begins with `notes`.
+    RunThread(MeasurementJob& job, IRunWindow& window, std::vector<std::wstring> notes = {});
 
     /// Stops a run that is still going on, and waits for its end.
     ~RunThread() override;
@@ -54,6 +54,7 @@ private:
 
     MeasurementJob& job;
     IRunWindow& window;
+    const std::vector<std::wstring> notes;
     RunFeed feed;
     std::atomic<bool> runActive = false;
     std::atomic<bool> isReported = false;

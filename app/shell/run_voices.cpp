@@ -4,7 +4,13 @@
 
 bool CLogInterface::Log(const std::wstring& message) {
     feed.Add({.kind = RunEvent::Kind::Line, .line = TimedLine(message)});
-    return file.Log(message);
+    if (file.Log(message)) return true;
+    if (!isLossTold) {
+        const std::wstring loss = L"This log isn't kept: \"" + filePath + L"\" can't be written.";
+        feed.Add({.kind = RunEvent::Kind::Line, .line = TimedLine(loss)});
+    }
+    isLossTold = true;
+    return false;
 }
 
 void CProgressInterface::Start(const MetricSelection& selection, const std::vector<std::wstring>& names) {

@@ -6,17 +6,20 @@
 
 #include <chrono>
 
-/// Lines for the window's log, which also go to the log file and, with it, to standard output.
+/// Lines for the window's log, which also go to the log file and, with it, to standard output. If that gets lost, the
+/// window's log says so, once.
 class CLogInterface : public ILog {
 public:
     /// The feed outlives the log.
-    CLogInterface(const std::wstring& path, RunFeed& runFeed) : feed(runFeed), file(path) {}
+    CLogInterface(const std::wstring& path, RunFeed& runFeed) : feed(runFeed), filePath(path), file(path) {}
 
     bool Log(const std::wstring& message) override;
 
 private:
     RunFeed& feed;
+    const std::wstring filePath;
     CLogConsole file;
+    bool isLossTold = false;
 };
 
 /// Positions for the window's bar. The line that announces the run goes to the window's log only.

@@ -7,6 +7,8 @@
 #include "app/shell/contact.h"
 #include "app/shell/main_window.h"
 #include "app/shell/quit_signals.h"
+#include "app/update/restart.h"
+#include "app/update/update_thread.h"
 #include "platform/program_directory.h"
 #include "platform/qt/message_box.h"
 #include "platform/qt/qt_settings_store.h"
@@ -18,6 +20,8 @@
 #include <clocale>
 #include <csignal>
 #include <cstdio>
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -32,29 +36,54 @@ void AskForFeedback() {
         SendFeedback(nullptr);
 }
 
-int RunWindows(QApplication& application) {
+/// The windows from the first to the last; whether the program is to start anew behind them.
+bool RunWindows(CAutoUpdater& updater, const std::string& updateServer) {
     QtSettingsStore store(QStringLiteral("Lumetry"), QStringLiteral("TLV"));
     const std::wstring writable = WritableProgramDirectory();
     ShellState state = StartShell(store, ProgramDirectory(), writable);
     MainWindow window(state, [&] {
-        SaveSettings(store, Metric::GetMetricList(), state);
-        SaveCompressorFile(writable, state.job.visualization.compressor);
+        const bool areSaved = SaveSettings(store, Metric::GetMetricList(), state);
+        return SaveCompressorFile(writable, state.job.visualization.compressor) && areSaved;
     });
+
+    bool isOver = false;
+    bool startsAnew = false;
+    const auto end = [&isOver] {
+        isOver = true;
+        QApplication::exit();
+    };
+    std::function<void()> whenClosed = end;
+    QObject::connect(
+        &window, &MainWindow::Ended, &window, [&] { whenClosed(); }, Qt::QueuedConnection);
+
     const QuitSignals quitSignals;
-    QObject::connect(&quitSignals, &QuitSignals::Received, &window, &MainWindow::EndSoon);
-    // Not the last window that closes: that may be the question below.
-    QApplication::setQuitOnLastWindowClosed(false);
-    QObject::connect(&window, &MainWindow::Ended, &application, &QApplication::quit, Qt::QueuedConnection);
+    QObject::connect(&quitSignals, &QuitSignals::Received, &window, [&] {
+        whenClosed = end;
+        window.EndSoon();
+        if (window.HasEnded()) end();  // an update may have closed it before
+    });
+
+    UpdateThread update(updater, {.endWindowsAndThen =
+                                      [&](std::function<void()> then) {
+                                          whenClosed = std::move(then);
+                                          window.EndSoon();
+                                      },
+                                  .restart =
+                                      [&] {
+                                          startsAnew = true;
+                                          end();
+                                      }});
+    update.Start(updateServer);
 
     if (IsFeedbackDue(state)) AskForFeedback();
-    if (window.HasEnded()) return 0;
-    window.show();
-    return QApplication::exec();
+    if (!window.HasEnded()) window.show();
+    if (!isOver) QApplication::exec();
+    return startsAnew;
 }
 
 }  // namespace
 
-int RunShell(char* programName) {
+int RunShell(char* programName, const std::string& updateServer, UpdaterSettings updaterSettings) {
     if (!HasDisplay()) {
         std::fputs("tolvane: there is no display; tolvane-measure works without one\n", stderr);
         return 1;
@@ -71,7 +100,16 @@ int RunShell(char* programName) {
     // Qt takes the user's locale for all of C's functions, but numbers in files never have a decimal comma of its.
     std::setlocale(LC_NUMERIC, "C");
     InstallTheme(application);
+    // Not the last window that closes: that may be a question before the first one.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    CAutoUpdater updater(std::move(updaterSettings));
+    InstallDownloadedUpdate(updater);
     InstallCompressorChooser();
     rkRemoveStaleScript();
-    return RunWindows(application);
+    if (!RunWindows(updater, updateServer)) return 0;
+    RestartProgram(updater.OwnPath());
+    ShowMessage(nullptr, QMessageBox::Warning, L"Update error",
+                L"Tolvane could not be started anew. Start it yourself.");
+    return 1;
 }

@@ -1,6 +1,7 @@
 #include "app/preview/preview_dialog.h"
 
 #include "app/preview/preview_picture.h"
+#include "platform/loose_threads.h"
 #include "tests/app/preview/test_video.h"
 #include "tests/app/shell/user.h"
 
@@ -11,6 +12,8 @@
 #include <QLineEdit>
 #include <QSlider>
 #include <QTest>
+
+#include <chrono>
 
 namespace {
 
@@ -123,6 +126,17 @@ TEST(Preview, AFailedReadLeavesTheLastPicture) {
     Click(window.dialog, "Next frame");  // the way goes on behind it
     window.Settle();
     EXPECT_EQ(2, window.ShownFrame());
+    EXPECT_EQ("", window.Trouble());
+
+    QSlider& slider = window.Slider("Video slide");
+    slider.setValue(1);
+    window.Settle();
+    EXPECT_NE("", window.Trouble());
+    window.record->badFrame = -1;  // as of a network that is back
+    slider.setSliderDown(true);
+    slider.setSliderDown(false);
+    window.Settle();
+    EXPECT_EQ(1, window.ShownFrame());
     EXPECT_EQ("", window.Trouble());
 }
 
@@ -247,7 +261,8 @@ TEST(Preview, ClosingClosesTheVideo) {
             return true;
         });
         ShowPreview(nullptr, std::make_unique<TestVideo>(64, 48, 2, record), 0);
-        EXPECT_TRUE(record->isClosed && record->isDestroyed);
+        EXPECT_TRUE(LooseThreadsEnd(std::chrono::seconds(20))) << "the one that reads";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return record->isClosed && record->isDestroyed; }));
         EXPECT_EQ(nullptr, QApplication::overrideCursor());
     }
     ShowPreview(nullptr, nullptr, 0);  // nothing happens

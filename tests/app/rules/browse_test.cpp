@@ -101,6 +101,30 @@ TEST(Browse, ResultsGoBesideAProcessedFile) {
     }
 }
 
+TEST(Browse, AdviceForWhatOnlyAScriptOpens) {
+    constexpr struct {
+        const wchar_t* path;
+        bool useAvs, installed;
+        const wchar_t* said;  // a part of the advice; null: there is none
+    } kCases[] = {
+        {L"/v/a.MKV", false, true, L"needs \"Open with AVISynth\""},
+        {L"/v/a", false, true, L"needs \"Open with AVISynth\""},
+        {L"/v/a.mkv", false, false, L"which isn't there"},
+        {L"/v/a.mkv", true, true, nullptr},
+        {L"/v/a.y4m", false, true, nullptr},
+        {L"/v/a.yuv", false, true, nullptr},
+        {L"", false, true, nullptr},
+    };
+    for (const auto& c : kCases) {
+        ShellState state = StateWith(c.path);
+        state.job.fileSlots[0].useAvs = c.useAvs;
+        state.capabilities.aviSynth = c.installed;
+        const std::wstring advice = OpeningAdvice(state.job.fileSlots[0], state.capabilities);
+        EXPECT_EQ(advice.empty(), c.said == nullptr);
+        EXPECT_NE(advice.find(c.said ? c.said : L""), std::wstring::npos);
+    }
+}
+
 TEST(Drop, RowsAndCounts) {
     constexpr int kWindow = -1;
     constexpr struct {

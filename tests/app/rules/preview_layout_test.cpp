@@ -1,4 +1,4 @@
-#include "app/rules/preview_layout.h"
+#include "app/rules/window_size.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +59,18 @@ TEST(PreviewLayout, EveryPercentageShowsItself) {
             ASSERT_TRUE(picture.x >= 0 && picture.y >= 0) << "sticks out";
         }
     }
+}
+
+TEST(WindowSize, FitsTheScreenButNeverLessThanItNeeds) {
+    constexpr struct {
+        PixelSize wanted, least, room, size;
+    } kCases[] = {
+        {{928, 555}, {867, 555}, {1272, 984}, {928, 555}},
+        {{928, 555}, {867, 555}, {870, 660}, {870, 555}},
+        {{928, 555}, {867, 555}, {792, 500}, {867, 555}},
+        {{460, 108}, {510, 140}, {1272, 984}, {510, 140}},  // large text
+    };
+    for (const auto& c : kCases) EXPECT_EQ(OpeningSize(c.wanted, c.least, c.room), c.size) << c.room.width;
 }
 
 }  // namespace

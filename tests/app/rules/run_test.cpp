@@ -38,7 +38,7 @@ TEST(PrepareRun, WhatIsMissing) {
 }
 
 TEST(PrepareRun, FilesAndMaskOfTheRun) {
-    ShellState state = StateWith(L"/a.avi ", L"/b.avi", L"/c.avi", L"/m.bmp  ");
+    ShellState state = StateWith(L"/a.avi ", L"/b.avi", L"/c.mp4", L"/m.bmp  ");
     MeasurementJob& job = state.job;
     const auto names = [&] {
         std::wstring text;
@@ -48,9 +48,12 @@ TEST(PrepareRun, FilesAndMaskOfTheRun) {
     ChooseById(state, L"blocking_metric");
     Answers answers;
     job.comparativeAnalysis = job.maskSlot.useMask = job.maskSlot.blackMask = true;
-    ASSERT_TRUE(PrepareRun(state, answers).ready);
+    const RunStart start = PrepareRun(state, answers);
+    ASSERT_TRUE(start.ready);
+    ASSERT_EQ(start.notes.size(), 1U);
+    EXPECT_TRUE(start.notes[0].starts_with(L"\"/c.mp4\": ")) << "the advice for a file that won't open";
     EXPECT_EQ(state.phase, RunPhase::Measuring);
-    EXPECT_EQ(names(), L"/a.avi;/b.avi;/c.avi;");
+    EXPECT_EQ(names(), L"/a.avi;/b.avi;/c.mp4;");
     EXPECT_TRUE(job.run.useMask && job.run.blackMask);
     EXPECT_EQ(job.run.maskFile.sourceName, L"/m.bmp");
 

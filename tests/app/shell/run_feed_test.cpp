@@ -1,4 +1,4 @@
-#include "app/shell/run_feed.h"
+#include "app/shell/run_voices.h"
 
 #include <gtest/gtest.h>
 
@@ -41,6 +41,15 @@ TEST(RunFeed, LosesNothingBetweenThreads) {
         }
     }
     worker.join();
+}
+
+TEST(RunLog, TellsOnceThatItsFileIsLost) {
+    RunFeed feed;
+    CLogInterface log(L"/nowhere/log.txt", feed);
+    EXPECT_FALSE(log.Log(L"first") || log.Log(L"second"));
+    std::wstring lines;
+    for (const RunEvent& event : feed.Take()) lines += event.line.substr(event.line.find(L" : ") + 3) + L"|";
+    EXPECT_EQ(L"first|This log isn't kept: \"/nowhere/log.txt\" can't be written.|second|", lines);
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ public:
         : store(QStringLiteral("Lumetry"), name),
           place(FromUtf8(directory.Root().native() + "/")),
           state(StartShell(store, place, place)),
-          window(state, [this] { saved = SaveSettings(store, Metric::GetMetricList(), state); }) {
+          window(state, [this] { return saved = SaveSettings(store, Metric::GetMetricList(), state); }) {
         window.show();
     }
 

@@ -26,7 +26,10 @@ class ShellWindow : public testing::Test {
 protected:
     /// Shows the window; the state is complete.
     MainWindow& Open() {
-        window = std::make_unique<MainWindow>(state, [this] { ++saves; });
+        window = std::make_unique<MainWindow>(state, [this] {
+            ++saves;
+            return canSave;
+        });
         window->show();
         return *window;
     }
@@ -34,5 +37,6 @@ protected:
     const TemporaryDirectory directory;
     ShellState state = QuietState(directory);
     int saves = 0;
+    bool canSave = true;
     std::unique_ptr<MainWindow> window;
 };

@@ -1,4 +1,4 @@
-// Paints all option dialogs and the preview in both palettes and two sizes of text, to be looked at:
+// Paints the main dialog and what it opens, but for results, in both palettes and two sizes of text, to be looked at:
 //     app_gallery DIRECTORY
 
 #include "app/dialogs/bad_frames_dialog.h"
@@ -10,6 +10,9 @@
 #include "app/dialogs/script_dialog.h"
 #include "app/dialogs/yuv_dialog.h"
 #include "app/preview/preview_dialog.h"
+#include "app/rules/metric_choice.h"
+#include "app/shell/main_window.h"
+#include "app/shell/progress_dialog.h"
 #include "platform/qt/palette.h"
 #include "platform/qt/theme.h"
 #include "tests/app/preview/test_video.h"
@@ -22,6 +25,7 @@
 namespace {
 
 constexpr Capabilities kEverything = {true, true, true, true, true};
+constexpr int kMainWidth = 928;  // where the screen has room for it
 
 class Gallery {
 public:
@@ -36,6 +40,12 @@ public:
         raw.width = 352;
         raw.height = 288;
         raw.useAvs = true;
+        const wchar_t* const clips[] = {L"/data/clips/yard.y4m", L"/data/clips/yard_x264.y4m",
+                                        L"/data/clips/of the second tape/yard_mpeg4_500kbit.mkv"};
+        for (const FileRow row : {RowOriginal, RowProcessed, RowSecond})
+            SetPath(SlotOf(state.job, row), clips[row]);
+        SlotOf(state.job, RowSecond).useAvs = true;
+        state.job.comparativeAnalysis = state.job.csv.save = true;
     }
 
     bool SaveAll() {
@@ -51,16 +61,40 @@ public:
         MeasurementJob nothingSaved;
         OutputDialog outputOff(nullptr, nothingSaved);
         BadFramesDialog badFramesOff(nullptr, nothingSaved);
+        MainWindow main(state, [] { return true; });
+        main.resize(std::max(main.width(), kMainWidth), main.height());
+        FileQuestions questions(main, state);
+        RunControl control(state, questions, main, [] { return true; });
+        QByteArray geometry;
+        ProgressDialog progress(&main, control, state.job, geometry);
+        progress.Show(MidRun());
         PreviewDialog preview(nullptr, std::make_unique<TestVideo>(352, 288, 300), 0);
         return Save(yuv, "yuv") && Save(script, "script") && Save(matrix, "matrix") &&
                Save(output, "output") && Save(badFrames, "bad-frames") && Save(moreOptions, "more-options") &&
                Save(metric, "metric") && Save(compressor, "compressor") && Save(outputOff, "output-off") &&
-               Save(badFramesOff, "bad-frames-off") && Save(preview, "preview");
+               Save(badFramesOff, "bad-frames-off") && Save(preview, "preview") && Save(main, "main") &&
+               Save(progress, "progress");
     }
 
     QString suffix;
 
 private:
+    static std::vector<RunEvent> MidRun() {
+        std::vector<RunEvent> events;
+        for (const wchar_t* line :
+             {L"Opening \"/data/clips/yard.y4m\"",
+              L"Files default resolution is set to 352x288, default length is set to 300",
+              L"Opened file \"/data/clips/yard.y4m\", width 352 height 288 colorspace IYUV",
+              L"Opening \"/data/clips/yard_x264.y4m\"", L"Default length is set to 300",
+              L"Opened file \"/data/clips/yard_x264.y4m\", width 352 height 288 colorspace IYUV",
+              L"Creating measurement schedule...", L"Loaded PSNR",
+              L"Measuring YYUV-PSNR on yard.y4m yard_x264.y4m"})
+            events.push_back({.kind = RunEvent::Kind::Line, .line = std::wstring(L"14:32:07 : ") + line});
+        events.push_back({.kind = RunEvent::Kind::Range, .last = 300});
+        events.push_back({.kind = RunEvent::Kind::Position, .first = 187, .seconds = 0.456});
+        return events;
+    }
+
     bool Save(QWidget& window, const char* name) {
         window.show();
         auto* preview = qobject_cast<PreviewDialog*>(&window);
@@ -75,7 +109,7 @@ private:
 
     QString directory;
     MeasurementJob job;
-    ShellState state;
+    ShellState state = NewShellState(kEverything);
     FileRecord raw;
 };
 
