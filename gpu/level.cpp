@@ -1,6 +1,8 @@
 #include "gpu/level.h"
 
 #include <algorithm>
+#include <limits>
+#include <new>
 
 namespace Gpu {
 
@@ -16,6 +18,7 @@ int Aligned(int size) {
 }  // namespace
 
 GpuLevel MakeGpuLevel(int width, int height, double weight) {
+    if (width > std::numeric_limits<int>::max() / height) throw std::bad_alloc();
     const int pixelCount = width * height;
     const ReduceShape shape = ComputeReduceShape(pixelCount);
     return {width, height, Aligned(width), Aligned(height), pixelCount, shape.threads, shape.blocks, weight};
@@ -24,8 +27,8 @@ GpuLevel MakeGpuLevel(int width, int height, double weight) {
 ReduceShape ComputeReduceShape(int n) {
     const bool isSmall = n < 2 * kReduceThreads;
     const int threads =
-        isSmall ? static_cast<int>(NextPowerOfTwo(static_cast<unsigned>(n + 1) / 2)) : kReduceThreads;
-    const int blocks = (n + 2 * threads - 1) / (2 * threads);
+        isSmall ? static_cast<int>(NextPowerOfTwo((static_cast<unsigned>(n) + 1) / 2)) : kReduceThreads;
+    const int blocks = (n - 1) / (2 * threads) + 1;
     return {threads, std::min(blocks, kMostReduceBlocks)};
 }
 

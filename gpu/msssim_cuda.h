@@ -30,6 +30,9 @@ public:
     ~CMSSSIMCUDAMetric() override { gpu.Use(); }
     void Visualize(rkVideoImage& target, int component) override;
 
+protected:
+    float MeasureFrame(bool keepMap) override;
+
 private:
     /// What a level has on the device.
     struct Level : Gpu::NotCopied {
@@ -53,7 +56,6 @@ private:
         Gpu::DeviceBuffer<float> new_proc;
     };
 
-    float MeasureFrame(bool keepMap) override;
     void FetchMap() override;
     void SumColumns(Level& finest);
     void SumColumnsReducing(Level& coarse, const Gpu::TextureArray& finerOrig,

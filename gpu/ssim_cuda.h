@@ -26,8 +26,10 @@ public:
     ~CSSIMCUDAMetric() override { gpu.Use(); }
     void Visualize(rkVideoImage& target, int component) override;
 
-private:
+protected:
     float MeasureFrame(bool keepMap) override;
+
+private:
     void FetchMap() override;
 
     Gpu::TextureArray mix;  // sums of the first pass: of a, a * a, b, b * b

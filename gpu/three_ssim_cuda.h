@@ -24,8 +24,10 @@ public:
     ~C3SSIMCUDAMetric() override { gpu.Use(); }
     void Visualize(rkVideoImage& target, int component) override;
 
-private:
+protected:
     float MeasureFrame(bool keepMap) override;
+
+private:
     void FetchMap() override;
     void ComputeMap();
     float WeightedSum();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 namespace Gpu {
 namespace {
 
@@ -19,6 +21,12 @@ TEST(GpuLevel, IsAlignedTo16) {
         EXPECT_EQ(c.alignedHeight, level.alignedHeight);
         EXPECT_EQ(c.width * c.height, level.pixelCount);
     }
+}
+
+TEST(GpuLevel, RefusesMorePixelsThanCanBeCounted) {
+    EXPECT_EQ(32768 * 65535, MakeGpuLevel(32768, 65535).pixelCount);
+    EXPECT_EQ(64, MakeGpuLevel(32768, 65535).reduceBlocks);
+    EXPECT_THROW(MakeGpuLevel(32768, 65536), std::bad_alloc);
 }
 
 TEST(ComputeReduceShape, ByHand) {
