@@ -50,7 +50,7 @@ int ListMetrics(const Options& options) {
 
 /// Whether everything that was to be saved is saved; says what isn't.
 bool DeliverResults(const Options& options, const HeadlessRun& run, const MeasurementJob& job) {
-    const RunReport report = {*run.finish, job.run.width, job.run.height, job.run.length, run.log.lines};
+    const RunReport report = {*run.finish, job.run, run.log.lines};
     if (!run.log.fileComplete) Complain("can't write the log to \"" + ToUtf8(options.log) + "\"");
     const bool hasJson = !options.json || Deliver(*options.json, JsonReport(report));
     const bool hasText = options.json == L"-" || Deliver(L"-", TextReport(report));

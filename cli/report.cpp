@@ -60,6 +60,7 @@ Json ResultJson(const CResultsStore& store, int id) {
             {"name", ToUtf8(metrics.GetName(record.metricIndex))},
             {"unit", ToUtf8(metrics.GetUnit(record.metricIndex))},
             {"component", ToUtf8(Metric::ComponentName(record.component))},
+            {"settings", ToUtf8(record.settings)},
             {"result", ToUtf8(record.name)},
             {"higher_is_better", metrics.IsHigherBetter(record.metricIndex)},
             {"files", files},
@@ -67,6 +68,32 @@ Json ResultJson(const CResultsStore& store, int id) {
             {"first_frame", series.empty() ? 0 : series.front().frame},
             {"values", values},
             {"statistics", StatisticsJson(series)}};
+}
+
+Json InputJson(const RunParameters& run, const OpenedInput& input) {
+    const bool isMask = input.file < 0;
+    const FileRecord& record = isMask ? run.maskFile : run.inputFiles[static_cast<std::size_t>(input.file)];
+    return {{"file", ToUtf8(record.name)},
+            {"role", isMask            ? "mask"
+                     : input.file == 0 ? "original"
+                                       : "processed"},
+            {"width", run.width},
+            {"height", run.height},
+            {"length", input.frameCount},
+            {"through_script", record.useAvs},
+            {"description", ToUtf8(input.description)}};
+}
+
+/// What the run measured, as far as it opened: all of one size.
+Json InputsJson(const RunParameters& run) {
+    Json inputs = Json::array();
+    for (const OpenedInput& input : run.openedInputs) inputs.push_back(InputJson(run, input));
+    return inputs;
+}
+
+Json MaskedPixels(const RunParameters& run) {
+    if (!run.maskOpened) return nullptr;
+    return run.blackMask ? "black" : "bright";
 }
 
 Json BadFramesJson(const FinishRecord& finish) {
@@ -130,9 +157,12 @@ std::string JsonReport(const RunReport& report) {
     return Dump(
         {{"program", "Tolvane"},
          {"version", ProgramVersion()},
-         {"width", report.width},
-         {"height", report.height},
-         {"length", report.length},
+         {"width", report.run.width},
+         {"height", report.run.height},
+         {"length", report.run.length},
+         {"matrix", report.run.yuvTable == 0 ? "REC.601" : "PC.601"},
+         {"inputs", InputsJson(report.run)},
+         {"masked_pixels", MaskedPixels(report.run)},
          {"outcome",
           {{"measurement", finish.outcome->measurement}, {"visualization", finish.outcome->visualization}}},
          {"results", results},

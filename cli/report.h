@@ -4,13 +4,12 @@
 #include <vector>
 
 #include "engine/model/finish_record.h"
+#include "engine/model/measurement_job.h"
 
 /// A finished run as the headless program tells it.
 struct RunReport {
     const FinishRecord& finish;
-    int width = 0;
-    int height = 0;
-    int length = 0;
+    const RunParameters& run;
     const std::vector<std::wstring>& logLines;  ///< without the time
 };
 

@@ -12,6 +12,13 @@
 #include "engine/model/progress.h"
 #include "engine/model/selected_metric.h"
 
+/// What a run found in a file that it opened.
+struct OpenedInput {
+    int file = 0;  ///< its index, -1 for the mask
+    int frameCount = 0;
+    std::wstring description;  ///< of the source: kind, layout, rate
+};
+
 /// What one run of `RunMeasurement` gets.
 ///
 /// A file's position in `inputFiles` is its index everywhere in the engine. Index 0 counts as the original,
@@ -34,6 +41,7 @@ struct RunParameters {
     int height = 0;
     int length = 0;
     bool maskOpened = false;
+    std::vector<OpenedInput> openedInputs;  ///< in ascending order of their index
     std::vector<std::wstring> visualizationPaths;  ///< of the files that are complete; set at the run's end
 };
 

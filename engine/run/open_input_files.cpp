@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr int kDescriptionSize = 260;  // in characters
-
 void ReportFailure(RunOutcome* outcome) {
     if (outcome != nullptr) *outcome = {CompletionPartial, CompletionPartial};
 }
@@ -34,9 +32,7 @@ std::wstring DifferentSize(const FileRecord& record, rkIVideoSource& source) {
 
 void KeepFile(OpenedFiles& opened, int file, const RunParameters& run,
               std::unique_ptr<rkIVideoSource> source) {
-    std::array<wchar_t, kDescriptionSize> description = {};
-    source->GetDescription(description.data(), kDescriptionSize);
-    LogLine(run, L"Opened file " + Quoted(RecordOf(run, file).name) + L", " + description.data());
+    LogLine(run, L"Opened file " + Quoted(RecordOf(run, file).name) + L", " + DescriptionOf(*source));
 
     OpenedFile& entry = opened[file];
     entry.source = std::move(source);
@@ -88,6 +84,12 @@ bool FitIntoRun(rkIVideoSource& source, const FileRecord& record, const RunParam
 }
 
 }  // namespace
+
+std::wstring DescriptionOf(rkIVideoSource& source) {
+    std::array<wchar_t, 260> description = {};
+    source.GetDescription(description.data(), static_cast<int>(description.size()));
+    return description.data();
+}
 
 void OpenInputFiles(OpenedFiles& opened, const RunParameters& run, RunOutcome* outcome, int& width,
                     int& height, int& length, bool& originalOpened) {

@@ -4,6 +4,9 @@
 #include "engine/model/run_outcome.h"
 #include "engine/run/run_state.h"
 
+/// A source's kind, layout and rate in one line, as the log shows it.
+std::wstring DescriptionOf(rkIVideoSource& source);
+
 /// Opens the run's files in order, then its mask if a file opened, and logs each step. `opened` starts empty.
 ///
 /// `width`, `height`  the pictures' size, that of the first file that opens. Other sizes are left out.

@@ -75,6 +75,8 @@ bool PrepareRun(RunState& state, RunParameters& run, CResultsStore& store, const
     run.height = state.height;
     run.length = state.length;
     run.maskOpened = state.opened.contains(kMaskFile);
+    for (const auto& [file, opened] : state.opened)
+        run.openedInputs.push_back({file, opened.source->GetFrameCount(), DescriptionOf(*opened.source)});
     if (run.visualization.save) {
         run.visualization.width = state.width;
         run.visualization.height = state.height;
@@ -126,6 +128,7 @@ bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelect
     result = {CompletionAll, CompletionAll};
     run.width = run.height = run.length = 0;
     run.maskOpened = false;
+    run.openedInputs.clear();
     run.visualizationPaths.clear();
     if (run.inputFiles.empty()) return StopWithNothing(run, L"No files for measurement!", result);
 

@@ -65,6 +65,30 @@ TEST(Measure, GpuMetricsRunOnTheHostWhenAsked) {
     for (const json& result : results) EXPECT_EQ(6u, result["values"].size()) << result["name"];
 }
 
+TEST(Measure, ItsResultsSayHowToMeasureAgain) {
+    const TemporaryDirectory directory;
+    const std::string mask = directory.Write("mask.yuv", GreyFrames(9, 176 * 144));
+    const json run = Measured(kPair + " --matrix pc601 -m psnr:Y -m 'roi_psnr:Y=x=8 y=8 w=32 h=32' --mask " +
+                              mask + " --mask-size 176x144 --mask-layout Y --black-mask");
+    EXPECT_EQ("PC.601", run["matrix"]);
+    EXPECT_EQ("black", run["masked_pixels"]);
+    ASSERT_EQ(3u, run["inputs"].size());
+    const auto input = [](const std::string& file, const char* role, int length, const char* layout) {
+        return json{{"file", file},
+                    {"role", role},
+                    {"width", 176},
+                    {"height", 144},
+                    {"length", length},
+                    {"through_script", false},
+                    {"description", std::string("width 176 height 144 colorspace ") + layout}};
+    };
+    EXPECT_EQ(input(mask, "mask", 9, "Y"), run["inputs"][0]);
+    EXPECT_EQ(input(kOriginal, "original", 6, "IYUV"), run["inputs"][1]);
+    EXPECT_EQ(input(kProcessed, "processed", 6, "IYUV"), run["inputs"][2]);
+    EXPECT_EQ("", run["results"][0]["settings"]);
+    EXPECT_EQ("x=8 y=8 w=32 h=32", run["results"][1]["settings"]);
+}
+
 TEST(Measure, PrintsOneLineAResult) {
     const ProgramRun run = RunProgram(kPair + " -q -m psnr:Y -m mse:U");
     EXPECT_EQ(0, run.status);
