@@ -146,10 +146,9 @@ bool CAutoUpdater::InstallLocked(FileTree& program) const {
 
 InstallResult CAutoUpdater::InstallUpdate() {
     FileTree program(ProgramDirectory(), settings.fileHook);
-    if (!program.Lock(kLockPatience)) return InstallResult::Busy;
+    if (!program.Lock(kLockPatience)) return InstallResult::NotNow;
     // Another process may have been faster.
     if (!IsStagingComplete(program) || InstallLocked(program)) return InstallResult::Installed;
     if (MarkTried(program)) return InstallResult::TryAgain;
-    SetStagingAside(program);
-    return InstallResult::SetAside;
+    return SetStagingAside(program) ? InstallResult::SetAside : InstallResult::NotNow;
 }

@@ -32,7 +32,7 @@ enum class InstallResult {
     Installed,
     TryAgain,  // failed for the first time; the download stays for the next start
     SetAside,  // failed again; the download is out of the way, and the user is to be told
-    Busy,      // another process is at it and didn't come to an end
+    NotNow,    // another process is at it and didn't come to an end, or this user may change nothing here
 };
 
 /// What an updater stands on. The defaults are the running program's.

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <vector>
 
 namespace {
 
@@ -105,7 +106,10 @@ bool Installer::Install(const UpdateEntry& entry) {
 bool InstallStagedFiles(FileTree& program, FileTree& temporary, const UpdateList& list,
                         const std::wstring& ownName) {
     Installer installer(program, temporary, ownName);
-    const auto& entries = list.entries;
+    // The version is the running program's own: as long as that is the old one, a broken update is offered again.
+    std::vector<UpdateEntry> entries = list.entries;
+    std::stable_partition(entries.begin(), entries.end(),
+                          [&](const UpdateEntry& entry) { return entry.name != ownName; });
     return std::all_of(entries.begin(), entries.end(),
                        [&](const UpdateEntry& entry) { return installer.CanInstall(entry); }) &&
            std::all_of(entries.begin(), entries.end(),

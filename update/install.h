@@ -5,8 +5,8 @@
 
 #include <string>
 
-/// Moves the staged files of a complete download over those of the program, in the order of the list; false at the
-/// first that can't be moved.
+/// Moves the staged files of a complete download over those of the program, in the order of the list but its own
+/// file (`ownName`) last; false at the first that can't be moved.
 ///
 /// Looks at all of them first: as long as a staged file is missing or hasn't the size of the list, or a target is a
 /// directory or lies behind a symbolic link, nothing is moved.

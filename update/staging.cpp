@@ -9,7 +9,9 @@ std::string StagedName(const UpdateEntry& entry) {
 
 bool BeginStaging(FileTree& program) {
     // The mark first: a half-removed download must not count as one.
-    if (IsStagingComplete(program) && !program.RemoveFile(kCompleteMark)) return false;
+    if (IsStagingComplete(program) &&
+        !(program.RemoveFile(kCompleteMark) && program.SyncDirectoryOf(kCompleteMark)))
+        return false;
     return program.RemoveAll(kStaging) && program.MakeDirectory(kStaging);
 }
 
@@ -31,12 +33,10 @@ bool MarkTried(FileTree& program) {
     return program.Look(kTriedMark).kind == FileTree::Kind::Missing && program.WriteWhole(kTriedMark, {});
 }
 
-void SetStagingAside(FileTree& program) {
-    if (program.RemoveAll(kSetAside) && program.Rename(kStaging, kSetAside) == 0) {
-        program.SyncDirectoryOf(kSetAside);
-    } else if (program.RemoveFile(kCompleteMark)) {
-        program.SyncDirectoryOf(kCompleteMark);
-    }
+bool SetStagingAside(FileTree& program) {
+    if (program.RemoveAll(kSetAside) && program.Rename(kStaging, kSetAside) == 0)
+        return program.SyncDirectoryOf(kSetAside);
+    return program.RemoveFile(kCompleteMark) && program.SyncDirectoryOf(kCompleteMark);
 }
 
 bool EndStaging(FileTree& program) {

@@ -23,7 +23,8 @@ std::optional<UpdateList> ReadStagedList(const FileTree& program);
 
 /// From "ready" to "tried"; false if it is there already, or if that can't be noted.
 bool MarkTried(FileTree& program);
-/// To "set aside", in place of an earlier one; at least to "nothing pending" if that is possible.
-void SetStagingAside(FileTree& program);
+/// To "set aside", in place of an earlier one; at least to "nothing pending" if that is possible. False if it may stay
+/// "ready" or "tried".
+bool SetStagingAside(FileTree& program);
 /// To no staging directory. False if it stays "ready".
 bool EndStaging(FileTree& program);

@@ -32,6 +32,10 @@ const wchar_t* ErrorText(DownloadResult result) {
 }
 
 void InstallAndRestart(CAutoUpdater& updater, IUpdateQuestions& questions) {
+    if (!updater.IsUpdateDownloaded()) {  // another instance has installed it or begun it anew
+        questions.ShowWarning(kErrorTitle, kLocalText);
+        return;
+    }
     if (!questions.EndWindows()) return;  // the next start installs it
     if (updater.InstallUpdate() == InstallResult::SetAside) {
         const UpdateMessage failure = InstallFailure(updater);
@@ -63,7 +67,7 @@ StartAction InstallAtStart(CAutoUpdater& updater) {
             return StartAction::Restart;
         case InstallResult::SetAside:
             return StartAction::TellAndGoOn;
-        case InstallResult::Busy:
+        case InstallResult::NotNow:
             break;
     }
     return StartAction::GoOn;

@@ -78,10 +78,12 @@ TEST_F(Check, TheAddressMayEndInASeparator) {
 
 TEST_F(Check, CancelEndsItAtOnce) {
     const BlackHole hole;
-    CAutoUpdater updater;
-    EXPECT_FALSE(updater.OwnPath().empty());
+    UpdaterSettings settings = Settings();
+    settings.http = {};  // with the program's own limits
+    CAutoUpdater updater(settings);
     auto result = std::async(std::launch::async, [&] { return updater.CheckForUpdate(hole.Url()); });
-    result.wait_for(100ms);
+    EXPECT_EQ(std::future_status::timeout, result.wait_for(100ms));
+    EXPECT_TRUE(updater.IsConnected());
     const auto start = std::chrono::steady_clock::now();
     updater.Cancel();
     result.get();
