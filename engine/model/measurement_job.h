@@ -41,7 +41,7 @@ struct RunParameters {
     int height = 0;
     int length = 0;
     bool maskOpened = false;
-    std::vector<OpenedInput> openedInputs;  ///< in ascending order of their index
+    std::vector<OpenedInput> openedInputs;         ///< in ascending order of their index
     std::vector<std::wstring> visualizationPaths;  ///< of the files that are complete; set at the run's end
 };
 
