@@ -97,7 +97,11 @@ FileRecord RecordOf(const Options& options, FileRole role) {
 SelectedMetric Find(const MetricOption& option, const CMetricList& metrics) {
     SelectedMetric selected;
     if (!metrics.FindById(option.id, selected.metricIndex)) {
-        throw UsageError("--metric takes an id of --list-metrics; it got " + Quoted(option.id));
+        const char* const hint = option.id.ends_with(L"_cuda")
+                                     ? ", which has those for a GPU only with one or with --gpu-emulation"
+                                     : "";
+        throw UsageError(std::string("--metric takes an id of --list-metrics") + hint + "; it got " +
+                         Quoted(option.id));
     }
     const std::vector<int>& components = metrics.GetComponents(selected.metricIndex);
     if (components.empty())

@@ -27,6 +27,7 @@ TEST(Options, WrongOnesAreNamed) {
         {"--original a.y4m --mask-size 4x4 --processed b.y4m", "--mask-size"},
         {"--original a.y4m --processed b.y4m --black-mask", "--black-mask"},
         {"--original a.y4m --processed b.y4m -m nothing", "--metric"},
+        {"--original a.y4m --processed b.y4m -m other_cuda", "--gpu-emulation"},
         {"--original a.y4m --processed b.y4m -m psnr:X", "--metric"},
         {"--original a.y4m --processed b.y4m -m psnr=x", "--metric"},
         {"--original a.y4m --processed b.y4m -m :Y", "--metric"},
