@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/scene.h"
 #include "gpu/host_runtime.h"
 #include "gpu/msssim_cuda.h"
 #include "gpu/ssim_cuda.h"
@@ -18,18 +19,6 @@
 namespace {
 
 using namespace Metric;
-
-constexpr int kWidth = 1920;
-constexpr int kHeight = 1080;
-
-void FillScene(CMetricImage& image, int coarseness) {
-    float* sample = image.GetY();
-    for (int y = 0; y < kHeight; ++y)
-        for (int x = 0; x < kWidth; ++x) {
-            const int scene = (x * y / 512 + x / 3 + 2 * y + (x * 31 ^ y * 17) % 13) % 220;
-            *sample++ = static_cast<float>(scene / coarseness * coarseness + (x / 8 + y / 8) % coarseness);
-        }
-}
 
 enum class Course { Whole, Painted, Resident };
 
@@ -50,16 +39,15 @@ template <class Measured>
 void MeasureFrames(benchmark::State& state, const Gpu::GpuDevice& device, int threads, Course course) {
     const int threadsBefore = omp_get_max_threads();
     if (threads > 0) omp_set_num_threads(threads);
-    CMetricImage original(kWidth, kHeight), coded(kWidth, kHeight);
-    FillScene(original, 1);
-    FillScene(coded, 9);
+    const auto original = SceneFrame(1);
+    const auto coded = SceneFrame(9);
     MetricParameters parameters;
     parameters.width = kWidth;
     parameters.height = kHeight;
     Resident<Measured> metric(device, parameters);
     rkVideoImage target;
     target.Create(kWidth, kHeight, RGB24, 0);
-    const std::vector<CMetricImage*> images = {&original, &coded};
+    const std::vector<CMetricImage*> images = {original.get(), coded.get()};
     metric.Measure(images);
     for (auto unused : state) {
         switch (course) {

@@ -5,9 +5,9 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
+#include "bench/scene.h"
 #include "metrics/msssim_fast.h"
 #include "metrics/ssim_fast.h"
 #include "video/video_image.h"
@@ -16,26 +16,11 @@ namespace {
 
 using namespace Metric;
 
-constexpr int kWidth = 1920;
-constexpr int kHeight = 1080;
-
-std::unique_ptr<CMetricImage> Frame(int coarseness) {
-    auto image = std::make_unique<CMetricImage>(kWidth, kHeight);
-    float* sample = image->GetY();
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
-            const int scene = (x * y / 512 + x / 3 + 2 * y + (x * 31 ^ y * 17) % 13) % 220;
-            *sample++ = static_cast<float>(scene / coarseness * coarseness + (x / 8 + y / 8) % coarseness);
-        }
-    }
-    return image;
-}
-
 // Calls measure(metric, images) on an instance and on pictures of the thread's own.
 template <class Measured, class Measure>
 void MeasureFrames(benchmark::State& state, const Measure& measure) {
-    const auto original = Frame(1);
-    const auto coded = Frame(9);
+    const auto original = SceneFrame(1);
+    const auto coded = SceneFrame(9);
     MetricParameters parameters;
     parameters.width = kWidth;
     parameters.height = kHeight;

@@ -3,9 +3,9 @@
 #include <benchmark/benchmark.h>
 #include <omp.h>
 
-#include <memory>
 #include <vector>
 
+#include "bench/scene.h"
 #include "metrics/blocking.h"
 #include "metrics/blurring.h"
 #include "metrics/vqm.h"
@@ -14,28 +14,12 @@ namespace {
 
 using namespace Metric;
 
-constexpr int kWidth = 1920;
-constexpr int kHeight = 1080;
-
-std::unique_ptr<CMetricImage> Frame(int coarseness) {
-    auto image = std::make_unique<CMetricImage>(kWidth, kHeight);
-    float* sample = image->GetY();
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
-            const int scene = (x * y / 512 + x / 3 + 2 * y + (x * 31 ^ y * 17) % 13) % 220;
-            const int coded = scene / coarseness * coarseness + (x / 8 + y / 8) % coarseness;
-            *sample++ = static_cast<float>(coded);
-        }
-    }
-    return image;
-}
-
 template <class Measured>
 void MeasureFrames(benchmark::State& state) {
     const int threads = omp_get_max_threads();
     omp_set_num_threads(static_cast<int>(state.range(0)));
-    const auto original = Frame(1);
-    const auto coded = Frame(9);
+    const auto original = SceneFrame(1);
+    const auto coded = SceneFrame(9);
     MetricParameters parameters;
     parameters.width = kWidth;
     parameters.height = kHeight;
