@@ -1,5 +1,6 @@
 #include "metric/convert_frame.h"
 
+#include "metric/frame_samples.h"
 #include "metric/metric_image.h"
 #include "video/color_space.h"
 #include "video/video_image.h"
@@ -30,37 +31,37 @@ bool LoadYuv(const rkVideoImage& frame, rkVideoImage& scratch, CMetricImage& ima
             break;
     }
 
-    const bool isPlanar = frame.ColorSpace() == YUV;
-    if (!isPlanar && !scratch.Convert(frame, YUV, 0, false)) return false;
-    const rkVideoImage& planar = isPlanar ? frame : scratch;
-    image.LoadYuvBytes(planar.Data(), planar.Stride(), planar.PlaneOffset(1));
+    if (const auto samples = SamplesInPlace(frame)) {
+        image.LoadBytes(CMetricImage::FamilyYuv, *samples);
+        return true;
+    }
+    if (!scratch.Convert(frame, YUV, 0, false)) return false;
+    image.LoadYuvBytes(scratch.Data(), scratch.Stride(), scratch.PlaneOffset(1));
     return true;
 }
 
-bool LoadRgb(const rkVideoImage& frame, rkVideoImage& flipped, rkVideoImage& planar, CMetricImage& image) {
+bool LoadRgb(const rkVideoImage& frame, CMetricImage& image) {
     if (rkIsDeepRgb(frame.ColorSpace())) {
         image.LoadRgbDeep(frame.Data(), rkSampleBits(frame.ColorSpace()));
         return true;
     }
-    if (!flipped.Convert(frame, RGB24, 0, false) || !flipped.FlipVertical()) return false;
-    if (!planar.Convert(flipped, RGBP, 0, false)) return false;
-    image.LoadRgbBytes(planar.Data(), planar.Stride(), planar.PlaneOffset(1));
-    return true;
+    const auto samples = SamplesInPlace(frame);
+    if (samples) image.LoadBytes(CMetricImage::FamilyRgb, *samples);
+    return samples.has_value();
 }
 
 }  // namespace
 
-bool ConvertFrame(const rkVideoImage& frame, rkVideoImage& scratchFirst, rkVideoImage& scratchSecond,
+bool ConvertFrame(const rkVideoImage& frame, rkVideoImage& scratchFirst, rkVideoImage& /*scratchSecond*/,
                   CMetricImage& image, int matrix, int component) {
+    image.DropFrame();  // it may be gone or another one by now
     const bool isYuv = rkIsYuv(frame.ColorSpace());
     if (!isYuv && !rkIsRgb(frame.ColorSpace())) return true;
-    if (frame.Data() == nullptr || frame.VisibleWidth() != image.GetWidth() ||
+    if (!frame.HasPixels() || frame.VisibleWidth() != image.GetWidth() ||
         frame.VisibleHeight() != image.GetHeight())
         return false;
 
-    const bool loaded =
-        isYuv ? LoadYuv(frame, scratchFirst, image) : LoadRgb(frame, scratchFirst, scratchSecond, image);
-    if (!loaded) return false;
+    if (!(isYuv ? LoadYuv(frame, scratchFirst, image) : LoadRgb(frame, image))) return false;
 
     // Only a change of family is asked for: the converters set the peak also when there is nothing to
     // convert.

@@ -1,18 +1,19 @@
 #include "metric/lightness.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <memory>
 
+#include "kernels/color_rows.h"
+
 namespace Metric {
 
 namespace {
 
-// A sample of 8, 10, 14 or 16 bits is a whole number of these steps.
-constexpr int kStepsPerUnit = 256;
-constexpr int kUnits = 256;
-constexpr float kTableEnd = kUnits;
+using Kernels::kStepsPerUnit;
+using Kernels::kUnits;
 
 /// Rows are the fractions, so that the lumas of bytes share the first row and stay in the nearest cache.
 using Table = std::array<std::array<float, kUnits>, kStepsPerUnit>;
@@ -38,13 +39,15 @@ float Lightness(float luma) {
 
 void LightnessRow(const float* luma, float* lightness, int count) {
     static const std::unique_ptr<const Table> table = MakeTable();
+    constexpr int kValuesAtOnce = 64;
 
-    for (int x = 0; x < count; ++x) {
-        const bool inRange = luma[x] >= 0 && luma[x] < kTableEnd;
-        const float steps = inRange ? luma[x] * kStepsPerUnit : 0;
-        const auto index = static_cast<unsigned>(steps);
-        const bool isSample = inRange && static_cast<float>(index) == steps;
-        lightness[x] = isSample ? (*table)[index % kStepsPerUnit][index / kStepsPerUnit] : Lightness(luma[x]);
+    std::array<float, kValuesAtOnce> found;
+    for (int x = 0; x < count; x += kValuesAtOnce) {
+        const int some = std::min(kValuesAtOnce, count - x);
+        if (Kernels::LookUpRow(table->front().data(), luma + x, found.data(), some))
+            std::copy_n(found.begin(), some, lightness + x);
+        else
+            std::transform(luma + x, luma + x + some, lightness + x, Lightness);
     }
 }
 

@@ -29,6 +29,7 @@ public:
     int GetBlockHeight() override { return blockHeight; }
     bool IsConfigurable() override { return false; }
     bool NeedsGpu() override { return false; }
+    bool ReadsItsComponentOnly() override { return true; }
     std::wstring GetDefaultSettings() override { return {}; }
     bool Configure(const std::wstring&) override { return false; }
 

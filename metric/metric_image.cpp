@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "kernels/bands.h"
+#include "kernels/color_rows.h"
 #include "metric/color_matrix.h"
-#include "metric/deep_planes.h"
 #include "metric/lightness.h"
 
 namespace Metric {
@@ -14,148 +15,238 @@ constexpr float kNeutralChroma = 128;
 constexpr float kLargestByte = 255;
 constexpr float kLightnessPeak = 100;
 
-/// One byte plane to floats, less `offset`.
-void LoadBytePlane(const std::uint8_t* samples, int stride, float offset, float* plane, int width,
-                   int height) {
-    for (int y = 0; y < height; ++y, samples += stride, plane += width)
-        for (int x = 0; x < width; ++x) plane[x] = static_cast<float>(samples[x]) - offset;
+/// Family of a component's plane, and its place among the planes of that.
+struct Place {
+    int family;
+    std::size_t index;
+};
+
+constexpr Place PlaceOf(int component) {
+    if (component >= ComponentR) return {CMetricImage::FamilyRgb, std::size_t(component - ComponentR)};
+    if (component == ComponentL) return {CMetricImage::FamilyL, 0};
+    return {CMetricImage::FamilyYuv, std::size_t(component - ComponentY)};
 }
 
-/// One row of Y, U or V from rows of R, G and B.
-void RowFromRgb(const float* r, const float* g, const float* b, ColorMatrix::FromRgb weight, float offset,
-                float* row, int width) {
-    for (int x = 0; x < width; ++x) row[x] = weight.r * r[x] + weight.g * g[x] + weight.b * b[x] + offset;
+constexpr bool IsComponent(int component) {
+    return component >= 0 && component < kComponentCount;
 }
 
-/// One row of R, G or B from rows of Y, U and V.
-void RowFromYuv(const float* y, const float* u, const float* v, const ColorMatrix& matrix,
-                ColorMatrix::FromYuv weight, float* row, int width) {
-    const float scale = matrix.lumaScale;
-    const float offset = matrix.lumaOffset;
-    for (int x = 0; x < width; ++x) {
-        const float sample = scale * (y[x] - offset) + weight.u * u[x] + weight.v * v[x];
-        row[x] = std::min(kLargestByte, std::max(0.0f, sample));
-    }
+/// A plane of packed 16-bit samples that starts at word `firstWord` of a frame with `wordCount` whole ones. The rows
+/// of a subsampled plane are `width >> shiftX` words apart, the cut-off half of an odd width included.
+SamplePlane DeepPlane(const std::uint8_t* frame, std::size_t wordCount, int bits, int width,
+                      std::size_t firstWord, int shiftX, int shiftY, float centre) {
+    constexpr int kWordBytes = 2;
+    SamplePlane plane = {frame + kWordBytes * firstWord, std::ptrdiff_t{width >> shiftX} * kWordBytes};
+    plane.unitBytes = kWordBytes;
+    plane.sampleBytes = kWordBytes;
+    plane.shiftX = shiftX;
+    plane.shiftY = shiftY;
+    plane.scale = 1.0f / static_cast<float>(1 << (bits - 8));  // a power of two: as exact as the quotient
+    plane.centre = centre;
+    plane.end = frame + kWordBytes * wordCount;
+    return plane;
+}
+
+/// The greatest sample of a depth on the scale of 0 to 256: 255.75, 255.984375, 255.99609375.
+float DeepPeak(int bits) {
+    return static_cast<float>((1 << bits) - 1) / static_cast<float>(1 << (bits - 8));
 }
 
 }  // namespace
 
+/// Makes pixels of any component of the image's family, some of a row at a time.
+class CMetricImage::RowMaker {
+public:
+    static constexpr int kPixelsAtOnce = 512;
+
+    explicit RowMaker(const CMetricImage& metricImage)
+        : image(metricImage), table(MatrixOf(metricImage.matrix)) {}
+
+    /// `count` is kPixelsAtOnce at most and `x` a multiple of it.
+    void Make(Place place, int x, int y, float* target, int count) {
+        if (place.family == image.sourceFamily) {
+            LoadPixels(image.samples[place.index], x, y, target, count);
+        } else if (place.family == FamilyRgb) {
+            const ColorMatrix::FromYuv weight = table.rgb[place.index];
+            Kernels::SumRowsLimited(Source(x, y, count),
+                                    {table.lumaOffset, table.lumaScale, weight.u, weight.v}, kLargestByte,
+                                    target, count);
+        } else if (place.family == FamilyYuv) {
+            SumFromRgb(place.index, x, y, target, count);
+        } else if (image.sourceFamily == FamilyRgb) {
+            SumFromRgb(0, x, y, target, count);
+            LightnessRow(target, target, count);
+        } else {
+            LightnessRow(SourceRow(0, x, y, count), target, count);
+        }
+    }
+
+private:
+    void SumFromRgb(std::size_t index, int x, int y, float* target, int count) {
+        const ColorMatrix::FromRgb weight = table.yuv[index];
+        const float offset = index == 0 ? table.lumaOffset : 0;
+        Kernels::SumRows(Source(x, y, count), {weight.r, weight.g, weight.b, offset}, target, count);
+    }
+
+    Kernels::ColorRows Source(int x, int y, int count) {
+        return {SourceRow(0, x, y, count), SourceRow(1, x, y, count), SourceRow(2, x, y, count)};
+    }
+
+    /// From the plane if it is made, because somebody may have written to it.
+    const float* SourceRow(std::size_t index, int x, int y, int count) {
+        const std::size_t component = index + (image.sourceFamily == FamilyRgb ? ComponentR : ComponentY);
+        if (image.made[component].load(std::memory_order_acquire))
+            return image.planes[component].get() + std::ptrdiff_t{y} * image.width + x;
+        LoadPixels(image.samples[index], x, y, rows[index].data(), count);
+        return rows[index].data();
+    }
+
+    const CMetricImage& image;
+    const ColorMatrix& table;
+    alignas(64) std::array<std::array<float, kPixelsAtOnce>, 3> rows;
+};
+
 CMetricImage::CMetricImage(int imageWidth, int imageHeight) : width(imageWidth), height(imageHeight) {
     for (auto& plane : planes) plane = Kernels::MakeFloatPlane(width, height);
+    for (auto& flag : made) flag = true;
 }
 
 float* CMetricImage::GetPlane(int component) {
-    if (component < 0 || component >= kComponentCount) return nullptr;
+    if (!IsComponent(component)) return nullptr;
+    if (PlaceOf(component).family == family && !IsMade(component)) MakePlane(component);
     return planes[static_cast<std::size_t>(component)].get();
 }
 
-void CMetricImage::LoadYuvBytes(const std::uint8_t* samples, int stride, std::size_t planeBytes) {
-    LoadBytePlane(samples, stride, 0, GetY(), width, height);
-    LoadBytePlane(samples + planeBytes, stride, kNeutralChroma, GetU(), width, height);
-    LoadBytePlane(samples + 2 * planeBytes, stride, kNeutralChroma, GetV(), width, height);
-    family = FamilyYuv;
-    peak = kLargestByte;
+const SamplePlane* CMetricImage::GetSamples(int component) const {
+    if (!hasFrame || family != sourceFamily || !IsComponent(component)) return nullptr;
+    const Place place = PlaceOf(component);
+    return place.family == family ? &samples[place.index] : nullptr;
 }
 
-void CMetricImage::LoadRgbBytes(const std::uint8_t* samples, int stride, std::size_t planeBytes) {
-    LoadBytePlane(samples, stride, 0, GetR(), width, height);
-    LoadBytePlane(samples + planeBytes, stride, 0, GetG(), width, height);
-    LoadBytePlane(samples + 2 * planeBytes, stride, 0, GetB(), width, height);
-    family = FamilyRgb;
-    peak = kLargestByte;
+void CMetricImage::ForgetFrame() {
+    for (int component = 0; component < kComponentCount; ++component) GetPlane(component);
+    DropFrame();
 }
 
-void CMetricImage::LoadYuvDeep420(const std::uint8_t* samples, int bits) {
+void CMetricImage::DropFrame() {
+    for (auto& flag : made) flag = true;
+    sourceFamily = family;
+    hasFrame = false;
+}
+
+void CMetricImage::LoadYuvBytes(const std::uint8_t* frame, int stride, std::size_t planeBytes) {
+    SamplePlane y = {frame, stride};
+    SamplePlane u = {frame + planeBytes, stride};
+    SamplePlane v = {frame + 2 * planeBytes, stride};
+    u.centre = v.centre = kNeutralChroma;
+    LoadBytes(FamilyYuv, {y, u, v});
+}
+
+void CMetricImage::LoadRgbBytes(const std::uint8_t* frame, int stride, std::size_t planeBytes) {
+    LoadBytes(FamilyRgb, {{{frame, stride}, {frame + planeBytes, stride}, {frame + 2 * planeBytes, stride}}});
+}
+
+void CMetricImage::LoadYuvDeep420(const std::uint8_t* frame, int bits) {
     const std::size_t pixels = PixelCount();
-    LoadDeep({samples, 3 * pixels / 2, bits}, FamilyYuv,
-             {{ComponentY, {0, 0, 0, 0}},
-              {ComponentU, {pixels, 1, 1, kNeutralChroma}},
-              {ComponentV, {5 * pixels / 4, 1, 1, kNeutralChroma}}});
+    const auto plane = [&](std::size_t firstWord, int shift, float centre) {
+        return DeepPlane(frame, 3 * pixels / 2, bits, width, firstWord, shift, shift, centre);
+    };
+    LoadDeep(FamilyYuv,
+             {plane(0, 0, 0), plane(pixels, 1, kNeutralChroma), plane(5 * pixels / 4, 1, kNeutralChroma)},
+             bits);
 }
 
-void CMetricImage::LoadYuvDeep422(const std::uint8_t* samples, int bits) {
+void CMetricImage::LoadYuvDeep422(const std::uint8_t* frame, int bits) {
     const std::size_t pixels = PixelCount();
-    LoadDeep({samples, 2 * pixels, bits}, FamilyYuv,
-             {{ComponentY, {0, 0, 0, 0}},
-              {ComponentU, {pixels, 1, 0, kNeutralChroma}},
-              {ComponentV, {3 * pixels / 2, 1, 0, kNeutralChroma}}});
+    const auto plane = [&](std::size_t firstWord, int shift, float centre) {
+        return DeepPlane(frame, 2 * pixels, bits, width, firstWord, shift, 0, centre);
+    };
+    LoadDeep(FamilyYuv,
+             {plane(0, 0, 0), plane(pixels, 1, kNeutralChroma), plane(3 * pixels / 2, 1, kNeutralChroma)},
+             bits);
 }
 
-void CMetricImage::LoadYuvDeep444(const std::uint8_t* samples, int bits) {
+void CMetricImage::LoadYuvDeep444(const std::uint8_t* frame, int bits) {
     const std::size_t pixels = PixelCount();
-    LoadDeep({samples, 3 * pixels, bits}, FamilyYuv,
-             {{ComponentY, {0, 0, 0, 0}},
-              {ComponentU, {pixels, 0, 0, kNeutralChroma}},
-              {ComponentV, {2 * pixels, 0, 0, kNeutralChroma}}});
+    const auto plane = [&](std::size_t firstWord, float centre) {
+        return DeepPlane(frame, 3 * pixels, bits, width, firstWord, 0, 0, centre);
+    };
+    LoadDeep(FamilyYuv, {plane(0, 0), plane(pixels, kNeutralChroma), plane(2 * pixels, kNeutralChroma)},
+             bits);
 }
 
-void CMetricImage::LoadRgbDeep(const std::uint8_t* samples, int bits) {
+void CMetricImage::LoadRgbDeep(const std::uint8_t* frame, int bits) {
     const std::size_t pixels = PixelCount();
-    LoadDeep(
-        {samples, 3 * pixels, bits}, FamilyRgb,
-        {{ComponentG, {0, 0, 0, 0}}, {ComponentB, {pixels, 0, 0, 0}}, {ComponentR, {2 * pixels, 0, 0, 0}}});
+    const auto plane = [&](std::size_t firstWord) {
+        return DeepPlane(frame, 3 * pixels, bits, width, firstWord, 0, 0, 0);
+    };
+    LoadDeep(FamilyRgb, {plane(2 * pixels), plane(0), plane(pixels)}, bits);  // G, B, R in the frame
 }
 
-// The converters go row by row, so that the three source rows stay in the nearest cache.
+void CMetricImage::LoadBytes(Family loadedFamily, const SamplePlanes& frame) {
+    Load(loadedFamily, frame, kLargestByte);
+}
 
 void CMetricImage::ToRgb(int matrixNumber) {
     if (family != FamilyYuv) return;
-    const ColorMatrix& table = MatrixOf(matrixNumber);
-    for (int y = 0; y < height; ++y) {
-        for (std::size_t i = 0; i < table.rgb.size(); ++i) {
-            RowFromYuv(Row(ComponentY, y), Row(ComponentU, y), Row(ComponentV, y), table, table.rgb[i],
-                       Row(ComponentR + static_cast<int>(i), y), width);
-        }
-    }
-    family = FamilyRgb;
-    matrix = matrixNumber;
+    ConvertTo(FamilyRgb, matrixNumber);
     peak = kLargestByte;
 }
 
 void CMetricImage::ToYuv(int matrixNumber) {
     peak = kLargestByte;
-    if (family != FamilyRgb) return;
-    const ColorMatrix& table = MatrixOf(matrixNumber);
-    for (int y = 0; y < height; ++y) {
-        for (std::size_t i = 0; i < table.yuv.size(); ++i) {
-            RowFromRgb(Row(ComponentR, y), Row(ComponentG, y), Row(ComponentB, y), table.yuv[i],
-                       i == 0 ? table.lumaOffset : 0, Row(ComponentY + static_cast<int>(i), y), width);
-        }
-    }
-    family = FamilyYuv;
-    matrix = matrixNumber;
+    if (family == FamilyRgb) ConvertTo(FamilyYuv, matrixNumber);
 }
 
 void CMetricImage::ToL(int matrixNumber) {
     if (family == FamilyL) return;
-    const ColorMatrix& table = MatrixOf(matrixNumber);
-    for (int y = 0; y < height; ++y) {
-        float* row = Row(ComponentL, y);
-        if (family == FamilyRgb) {
-            RowFromRgb(Row(ComponentR, y), Row(ComponentG, y), Row(ComponentB, y), table.yuv[0],
-                       table.lumaOffset, row, width);
-        }
-        LightnessRow(family == FamilyRgb ? row : Row(ComponentY, y), row, width);
-    }
-    family = FamilyL;
-    matrix = matrixNumber;
+    ConvertTo(FamilyL, matrixNumber);
     peak = kLightnessPeak;
 }
 
-float* CMetricImage::Row(int component, int y) {
-    return GetPlane(component) + static_cast<std::ptrdiff_t>(y) * width;
+void CMetricImage::LoadDeep(Family loadedFamily, const SamplePlanes& frame, int bits) {
+    Load(loadedFamily, frame, DeepPeak(bits));
+}
+
+void CMetricImage::Load(Family loadedFamily, const SamplePlanes& frame, float greatest) {
+    samples = frame;
+    hasFrame = true;
+    family = sourceFamily = loadedFamily;
+    peak = greatest;
+    for (auto& flag : made) flag = false;
+}
+
+void CMetricImage::ConvertTo(Family wanted, int matrixNumber) {
+    if (family != sourceFamily) ForgetFrame();
+    for (int component = 0; component < kComponentCount; ++component)
+        if (PlaceOf(component).family == wanted) made[static_cast<std::size_t>(component)] = false;
+    family = wanted;
+    matrix = matrixNumber;
+}
+
+void CMetricImage::MakePlane(int component) {
+    const std::lock_guard lock(making);
+    if (IsMade(component)) return;
+
+    const Place place = PlaceOf(component);
+    float* const plane = planes[static_cast<std::size_t>(component)].get();
+    Kernels::ForEachBand(width, height, [&](const Kernels::Band& band) {
+        RowMaker maker(*this);
+        for (int y = band.first; y < band.end; ++y) {
+            float* const row = plane + std::ptrdiff_t{y} * width;
+            for (int x = 0; x < width; x += RowMaker::kPixelsAtOnce)
+                maker.Make(place, x, y, row + x, std::min(RowMaker::kPixelsAtOnce, width - x));
+        }
+    });
+    made[static_cast<std::size_t>(component)].store(true, std::memory_order_release);
+}
+
+bool CMetricImage::IsMade(int component) const {
+    return made[static_cast<std::size_t>(component)].load(std::memory_order_acquire);
 }
 
 std::size_t CMetricImage::PixelCount() const {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-}
-
-void CMetricImage::LoadDeep(const DeepFrame& frame, Family loadedFamily,
-                            std::initializer_list<std::pair<int, DeepPlane>> deepPlanes) {
-    for (const auto& [component, plane] : deepPlanes)
-        LoadDeepPlane(frame, plane, GetPlane(component), width, height);
-    family = loadedFamily;
-    peak = DeepPeak(frame.bits);
 }
 
 }  // namespace Metric

@@ -45,6 +45,8 @@ public:
     virtual int GetBlockHeight() = 0;
     virtual bool IsConfigurable() = 0;  ///< takes a settings string
     virtual bool NeedsGpu() = 0;
+    /// Whether it looks at the planes of its own component alone, so that the others need not be there.
+    virtual bool ReadsItsComponentOnly() { return false; }
     virtual std::wstring GetDefaultSettings() = 0;
     /// Applies a settings string; false when it is refused.
     virtual bool Configure(const std::wstring& settings) = 0;

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "kernels/byte_difference.h"
 #include "kernels/reductions.h"
 #include "metric/painting.h"
 
@@ -43,10 +44,7 @@ CPsnrFamily::CPsnrFamily(MetricParameters metricParameters, const wchar_t* metri
 
 std::vector<MetricValue> CPsnrFamily::Measure(const std::vector<CMetricImage*>& images) {
     TakePeak(images);
-    const auto [first, second] = GetPlanes(images, parameters.component);
-    const int stride = paddedWidth * static_cast<int>(sizeof(float));
-    const double norm =
-        Kernels::NormDiffL2(first, stride, second, stride, paddedWidth, paddedHeight, Kernels::AccuracyHigh);
+    const double norm = NormOfDifference(images);
     AddFrame(norm * norm / static_cast<double>(PaddedPixelCount()));
     return Result(value);
 }
@@ -87,6 +85,20 @@ void CPsnrFamily::TakePeak(const std::vector<CMetricImage*>& images) {
         peakSquared = Square(std::min(images[0]->GetPeak(), images[1]->GetPeak()));
     else
         peakSquared = Square(parameters.component == ComponentL ? kFixedPeakL : kFixedPeak);
+}
+
+/// From the frames' bytes where both have them: the same value, and no plane has to be made.
+double CPsnrFamily::NormOfDifference(const std::vector<CMetricImage*>& images) {
+    const SamplePlane* const a = images[0]->GetSamples(parameters.component);
+    const SamplePlane* const b = images[1]->GetSamples(parameters.component);
+    if (a != nullptr && b != nullptr && a->IsBytes() && b->IsBytes()) {
+        return std::sqrt(static_cast<double>(Kernels::SumSquaredDifferences(
+            {a->rows, a->rowBytes}, {b->rows, b->rowBytes}, paddedWidth, paddedHeight)));
+    }
+    const auto [first, second] = GetPlanes(images, parameters.component);
+    const int stride = paddedWidth * static_cast<int>(sizeof(float));
+    return Kernels::NormDiffL2(first, stride, second, stride, paddedWidth, paddedHeight,
+                               Kernels::AccuracyHigh);
 }
 
 /// Fills the map of the component; the sum of the squared errors, added in memory order.

@@ -48,6 +48,7 @@ private:
     virtual float SequenceDecibels(float meanError) const;
 
     void TakePeak(const std::vector<CMetricImage*>& images);
+    double NormOfDifference(const std::vector<CMetricImage*>& images);
     double FillMap(const float* first, const float* second);
     void AddFrame(double error);
 

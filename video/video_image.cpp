@@ -106,24 +106,29 @@ std::size_t rkVideoImage::RowOffset(int plane, int y) const {
 
 void rkVideoImage::LoadFrame(const std::uint8_t* packed) {
     Reserve();
-    target = packed;
     const std::size_t frameBytes = PackedFrameBytes();
-    if (frameBytes == 0) return;
-    if (IsDeepPlanar(colorSpace)) {
-        std::memcpy(data, packed, frameBytes);
-        return;
-    }
-    for (int plane = 0; plane < rkPlaneShapeOf(colorSpace).planes; ++plane) {
+    if (frameBytes > 0) std::memcpy(data, packed, frameBytes);
+    UnpackFrame();
+    target = packed;
+}
+
+void rkVideoImage::UnpackFrame(int planeCount) {
+    const std::size_t frameBytes = PackedFrameBytes();
+    if (!padded || frameBytes == 0 || IsDeepPlanar(colorSpace)) return;
+    // Every sample moves away from the block's start, if at all: the last row goes first.
+    const std::uint8_t last = data[frameBytes - 1];
+    for (int plane = std::min(planeCount, rkPlaneShapeOf(colorSpace).planes) - 1; plane >= 0; --plane) {
         const PackedPlane from = PackedPlaneOf(colorSpace, visibleWidth, visibleHeight, plane);
-        std::size_t offset = from.offset;
-        for (int y = 0; y < from.rows; ++y, offset += from.rowStep) {
-            std::uint8_t* row = Row(plane, y);
+        for (int y = from.rows - 1; y >= 0; --y) {
+            const std::size_t offset = from.offset + static_cast<std::size_t>(y) * from.rowStep;
             const std::size_t inside = BytesInside(offset, from.rowBytes, frameBytes);
-            std::memcpy(row, packed + std::min(offset, frameBytes), inside);
-            std::memset(row + inside, packed[frameBytes - 1], from.rowBytes - inside);
+            std::uint8_t* row = Row(plane, y);
+            if (row == data + offset && inside == from.rowBytes) break;  // so are all rows above
+            std::memmove(row, data + std::min(offset, frameBytes), inside);
+            std::memset(row + inside, last, from.rowBytes - inside);
         }
     }
-    WritePadding();
+    WritePadding(planeCount);
 }
 
 void rkVideoImage::CopyVisibleTo(std::uint8_t* packed) const {
@@ -193,11 +198,12 @@ bool rkVideoImage::FlipVertical() {
     return true;
 }
 
-void rkVideoImage::WritePadding() {
+void rkVideoImage::WritePadding(int planeCount) {
     const rkPlaneShape shape = rkPlaneShapeOf(colorSpace);
     const bool hasPadding = colorSpace != Y410 && colorSpace != Packed422Deep && !IsDeepPlanar(colorSpace);
     if (!padded || !hasPadding || visibleWidth == 0 || visibleHeight == 0) return;
-    for (int plane = 0; plane < shape.planes; ++plane) WritePlanePadding(plane, shape.sampleBytes);
+    for (int plane = 0; plane < std::min(planeCount, shape.planes); ++plane)
+        WritePlanePadding(plane, shape.sampleBytes);
 }
 
 void rkVideoImage::WritePlanePadding(int plane, int sampleBytes) {
@@ -205,7 +211,8 @@ void rkVideoImage::WritePlanePadding(int plane, int sampleBytes) {
     const auto step = static_cast<std::size_t>(PlaneStride(plane));
     const std::size_t roomBytes =
         step - (RowOffset(plane, 0) - PlaneOffset(plane)) % step;  // to the row's end
-    for (int y = 0; y < extent.rows; ++y) {
+    const bool isRowFull = extent.rowBytes == roomBytes;
+    for (int y = 0; y < extent.rows && !isRowFull; ++y) {
         std::uint8_t* row = Row(plane, y);
         if (sampleBytes == 1) {
             std::memset(row + extent.rowBytes, row[extent.rowBytes - 1], roomBytes - extent.rowBytes);

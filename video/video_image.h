@@ -41,6 +41,10 @@ public:
     /// `PackedFrameBytes` says. It is remembered as `Target()`, never freed.
     void LoadFrame(const std::uint8_t* packed);
 
+    /// The same for a packed frame that already lies at `Data()`, as a source reads it: moves the rows of its first
+    /// planes, as many as `planeCount`, to their places and writes their padding. The others hold anything then.
+    void UnpackFrame(int planeCount = 3);
+
     /// Makes this image the source's picture in another layout. False for a pair that there is no conversion
     /// for, a source without pixels, or the image itself; the geometry may have changed by then. `interlaced`
     /// changes nothing.
@@ -86,7 +90,7 @@ private:
     int BlockBytes() const;
     void Reserve();
     void CopyPicture(const rkVideoImage& source);
-    void WritePadding();
+    void WritePadding(int planeCount = 3);
     void WritePlanePadding(int plane, int sampleBytes);
     std::size_t RowOffset(int plane, int y) const;
 

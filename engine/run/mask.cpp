@@ -118,6 +118,7 @@ void ApplyMask(Metric::CMetricImage& image, Metric::CMetricImage& mask, int x, i
         static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     const std::array<float*, 3> from = FamilyPlanes(mask);
+    image.ForgetFrame();  // its samples don't have the colour that its planes get
     const std::array<float*, 3> to = FamilyPlanes(image);
     const std::array<float, 3> colour = {from[0][marked], from[1][marked], from[2][marked]};
     for (std::size_t i = 0; i < count; ++i) {

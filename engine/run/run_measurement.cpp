@@ -13,6 +13,7 @@
 #include "engine/run/run_state.h"
 #include "engine/run/schedule.h"
 #include "engine/run/taken_by_run.h"
+#include "kernels/instruction_set.h"
 
 namespace {
 
@@ -63,6 +64,27 @@ void CreateComponentImages(RunState& state, const MetricSelection& selection) {
     }
 }
 
+/// Every scheduled metric, in the order of the schedule.
+template <typename Action>
+void ForEachMetric(RunState& state, const Action& action) {
+    for (OneFileSet& set : state.oneFileSchedule)
+        for (ScheduledMetric& scheduled : set.metrics) action(scheduled);
+    for (TwoFileSet& set : state.twoFileSchedule)
+        for (ScheduledMetric& scheduled : set.metrics) action(scheduled);
+}
+
+/// Leaves chroma in the files where nobody looks at it. A mask is compared as a whole colour.
+void ReadWhatIsNeeded(RunState& state) {
+    bool needsChroma = state.opened.contains(kMaskFile);
+    ForEachMetric(state, [&](const ScheduledMetric& scheduled) {
+        const bool isOfLuma =
+            scheduled.component == Metric::ComponentY || scheduled.component == Metric::ComponentL;
+        needsChroma |= !isOfLuma || !scheduled.metric->ReadsItsComponentOnly();
+    });
+    if (needsChroma) return;
+    for (auto& [index, file] : state.opened) file.source->ReadLumaOnly();
+}
+
 /// Everything before the first frame; false if there is nothing to measure.
 bool PrepareRun(RunState& state, RunParameters& run, CResultsStore& store, const MetricSelection& selection,
                 RunOutcome& outcome, const Metric::CMetricList& metrics) {
@@ -86,16 +108,8 @@ bool PrepareRun(RunState& state, RunParameters& run, CResultsStore& store, const
 
     StartProgress(run, selection, state.length);
     CreateComponentImages(state, selection);
+    ReadWhatIsNeeded(state);
     return true;
-}
-
-/// Every scheduled metric, in the order of the schedule.
-template <typename Action>
-void ForEachMetric(RunState& state, const Action& action) {
-    for (OneFileSet& set : state.oneFileSchedule)
-        for (ScheduledMetric& scheduled : set.metrics) action(scheduled);
-    for (TwoFileSet& set : state.twoFileSchedule)
-        for (ScheduledMetric& scheduled : set.metrics) action(scheduled);
 }
 
 void StoreAverages(RunState& state, bool visualize, CResultsStore& store) {
@@ -132,6 +146,7 @@ bool RunMeasurement(RunParameters& run, CResultsStore& store, const MetricSelect
     run.visualizationPaths.clear();
     if (run.inputFiles.empty()) return StopWithNothing(run, L"No files for measurement!", result);
 
+    Kernels::ChooseInstructionSet();
     RunState state;
     try {
         if (!PrepareRun(state, run, store, selection, result, metrics)) return false;

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <random>
 #include <vector>
 
 #include "metric/metric_image.h"
@@ -65,6 +67,88 @@ TEST(ConvertFrame, EveryFamilyAndComponent) {
         for (std::size_t i = 0; i < c.plane.size(); ++i)
             EXPECT_NEAR(c.plane[i], image.GetPlane(c.component)[i], 1e-5) << i;
     }
+}
+
+/// The byte planes of a frame by the conversions of images, on the scale of the float planes.
+std::vector<float> PlanesByConversion(const rkVideoImage& frame) {
+    rkVideoImage rgb, planes;
+    const bool isYuv = rkIsYuv(frame.ColorSpace());
+    if (isYuv)
+        EXPECT_TRUE(planes.Convert(frame, YUV, 0, false));
+    else
+        EXPECT_TRUE(rgb.Convert(frame, RGB24, 0, false) && rgb.FlipVertical() &&
+                    planes.Convert(rgb, RGBP, 0, false));
+    std::vector<float> pixels;
+    for (int plane = 0; plane < 3; ++plane)
+        for (int y = 0; y < frame.VisibleHeight(); ++y)
+            for (int x = 0; x < frame.VisibleWidth(); ++x)
+                pixels.push_back(
+                    static_cast<float>(planes.Row(plane, y)[x] - (isYuv && plane > 0 ? 128 : 0)));
+    return pixels;
+}
+
+// Read where they lie: as if they were unpacked first, at any size.
+TEST(ConvertFrame, BytesOfEveryLayout) {
+    constexpr int kLayouts[] = {YUV, YUY2, UYVY, YV12, IYUV, Y, YV16, Y410, RGB24, RGB32, RGBP};
+    constexpr std::array<int, 2> kSizes[] = {{1, 1}, {2, 3}, {7, 5}, {16, 16}, {33, 2}, {530, 3}, {1100, 2}};
+    std::mt19937 random(1);
+    for (const int layout : kLayouts) {
+        for (const auto& [width, height] : kSizes) {
+            SCOPED_TRACE(testing::Message() << layout << ": " << width << "x" << height);
+            std::array<rkVideoImage, 3> images;
+            images[0].Create(width, height, layout, 0);
+            Bytes packed(images[0].PackedFrameBytes());
+            for (auto& byte : packed) byte = static_cast<std::uint8_t>(random());
+            images[0].LoadFrame(packed.data());
+            const int component = rkIsYuv(layout) ? ComponentY : ComponentR;
+            CMetricImage image(width, height);
+            ASSERT_TRUE(ConvertFrame(images[0], images[1], images[2], image, 0, component));
+            std::vector<float> pixels;
+            for (int plane = component; plane < component + 3; ++plane)
+                pixels.insert(pixels.end(), image.GetPlane(plane), image.GetPlane(plane) + width * height);
+            EXPECT_EQ(PlanesByConversion(images[0]), pixels);
+        }
+    }
+}
+
+// A plane is made on its first reading; what was made or written by then is what the converters go on with.
+TEST(ConvertFrame, TheFrameIsReadWhenAPlaneIsAskedFor) {
+    std::array<rkVideoImage, 3> images;
+    images[0].Create(16, 16, YUV, 0);
+    CMetricImage image(16, 16);
+    const auto fill = [&](std::uint8_t y, std::uint8_t chroma) {
+        std::fill_n(images[0].Data(), 256, y);
+        std::fill_n(images[0].Data() + 256, 512, chroma);
+    };
+    fill(10, 20);
+    ASSERT_TRUE(ConvertFrame(images[0], images[1], images[2], image, 1, ComponentY));
+    EXPECT_TRUE(image.GetSamples(ComponentU)->IsBytes());
+    EXPECT_EQ(nullptr, image.GetSamples(ComponentR));
+    EXPECT_EQ(10, image.GetY()[255]);
+    fill(30, 128);
+    EXPECT_EQ(10, image.GetY()[0]) << "made already";
+    EXPECT_EQ(0, image.GetU()[0]);
+    image.GetV()[7] = 100;
+    image.ToRgb(1);
+    EXPECT_EQ(nullptr, image.GetSamples(ComponentR)) << "no sample of the frame";
+    EXPECT_EQ(10 + 1.14f * 100, image.GetR()[7]);
+    EXPECT_EQ(10, image.GetB()[7]);
+    image.ToYuv(1);
+    EXPECT_NEAR(0.299f * (10 + 114) + 0.114f * 10, image.GetY()[7], 0.01) << "G is 0";
+
+    ASSERT_TRUE(ConvertFrame(images[0], images[1], images[2], image, 1, ComponentY));
+    image.ForgetFrame();
+    fill(50, 60);
+    EXPECT_EQ(30, image.GetY()[0]);
+    EXPECT_EQ(0, image.GetV()[0]);
+    EXPECT_EQ(nullptr, image.GetSamples(ComponentY));
+
+    ASSERT_TRUE(ConvertFrame(images[0], images[1], images[2], image, 1, ComponentY));
+    image.GetY();
+    images[0].Create(16, 32, YUV, 0);
+    EXPECT_FALSE(ConvertFrame(images[0], images[1], images[2], image, 1, ComponentY));
+    EXPECT_EQ(50, image.GetY()[0]) << "the last good frame";
+    EXPECT_EQ(0, image.GetU()[0]) << "and not what the block holds now";
 }
 
 // The image keeps what it held.

@@ -37,23 +37,27 @@ Floats Planes(CMetricImage& image, int component) {
 // word's.
 TEST(MetricImage, DeepSamples) {
     CMetricImage image(2, 2);
-    image.LoadYuvDeep420(WordBytes({0, 4, 512, 1023, 512, 1023}).data(), 10);
+    Bytes frame = WordBytes({0, 4, 512, 1023, 512, 1023});
+    image.LoadYuvDeep420(frame.data(), 10);
     EXPECT_EQ((Floats{0, 1, 128, 255.75f, 0, 0, 0, 0, 127.75f, 127.75f, 127.75f, 127.75f}),
               Planes(image, ComponentY));
     EXPECT_EQ(255.75f, image.GetPeak());
 
-    image.LoadYuvDeep422(WordBytes({64, 16383, 0, 8192, 8192, 0, 12288, 64}).data(), 14);
+    frame = WordBytes({64, 16383, 0, 8192, 8192, 0, 12288, 64});
+    image.LoadYuvDeep422(frame.data(), 14);
     EXPECT_EQ((Floats{1, 255.984375f, 0, 128, 0, 0, -128, -128, 64, 64, -127, -127}),
               Planes(image, ComponentY));
     EXPECT_EQ(255.984375f, image.GetPeak());
 
-    image.LoadYuvDeep444(WordBytes({256, 65535, 0, 1, 32768, 0, 33024, 256, 0, 64, 128, 32768}).data(), 16);
+    frame = WordBytes({256, 65535, 0, 1, 32768, 0, 33024, 256, 0, 64, 128, 32768});
+    image.LoadYuvDeep444(frame.data(), 16);
     EXPECT_EQ((Floats{1, 255.99609375f, 0, 0.00390625f, 0, -128, 1, -127, -128, -127.75f, -127.5f, 0}),
               Planes(image, ComponentY));
     EXPECT_EQ(255.99609375f, image.GetPeak());
     EXPECT_EQ(CMetricImage::FamilyYuv, image.GetFamily());
 
-    image.LoadRgbDeep(WordBytes({4, 8, 12, 16, 20, 24, 28, 32, 1023, 512, 1, 0}).data(), 10);
+    frame = WordBytes({4, 8, 12, 16, 20, 24, 28, 32, 1023, 512, 1, 0});
+    image.LoadRgbDeep(frame.data(), 10);
     EXPECT_EQ((Floats{255.75f, 128, 0.25f, 0, 1, 2, 3, 4, 5, 6, 7, 8}), Planes(image, ComponentR))
         << "from G, B, R";
     EXPECT_EQ(CMetricImage::FamilyRgb, image.GetFamily());
@@ -124,7 +128,8 @@ TEST(MetricImage, ColorMatrices) {
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.what);
         CMetricImage image(1, 1);
-        if (!c.toRgb) image.LoadRgbDeep(Bytes(6).data(), 10);
+        const Bytes black(6);
+        if (!c.toRgb) image.LoadRgbDeep(black.data(), 10);
         const int from = c.toRgb ? ComponentY : ComponentR;
         for (int i = 0; i < 3; ++i) *image.GetPlane(from + i) = c.from[std::size_t(i)];
         c.toRgb ? image.ToRgb(c.matrix) : image.ToYuv(c.matrix);
@@ -136,7 +141,8 @@ TEST(MetricImage, ColorMatrices) {
 
 TEST(MetricImage, ConvertersOnlyFromTheirFamily) {
     CMetricImage image(1, 1);
-    image.LoadYuvDeep444(WordBytes({1023, 512, 512}).data(), 10);
+    const Bytes frame = WordBytes({1023, 512, 512});
+    image.LoadYuvDeep444(frame.data(), 10);
     image.ToYuv(1);
     EXPECT_EQ(255.75f, image.GetY()[0]);
     EXPECT_EQ(255, image.GetPeak()) << "falls although nothing was converted";
@@ -159,7 +165,8 @@ TEST(MetricImage, Lightness) {
     image.ToL(0);
     for (std::size_t i = 0; i < lumas.size(); ++i) EXPECT_FLOAT_EQ(expected[i], image.GetL()[i]);
 
-    image.LoadRgbBytes(Bytes(21).data(), 7, 7);
+    const Bytes black(21);
+    image.LoadRgbBytes(black.data(), 7, 7);
     image.ToL(0);
     EXPECT_FLOAT_EQ(30.095152f, image.GetL()[0]) << "the black of REC.601 is 16";
 }

@@ -34,6 +34,7 @@ inline std::unique_ptr<CMetricImage> TenBitImage(const Scene& scene) {
     bytes.resize(3 * bytes.size());  // U and V
     auto image = std::make_unique<CMetricImage>(scene.width, scene.height);
     image->LoadYuvDeep444(bytes.data(), 10);
+    image->ForgetFrame();
     return image;
 }
 

@@ -28,6 +28,7 @@ std::unique_ptr<CMetricImage> BytePicture(int width, int height, Sample sample) 
             for (int x = 0; x < width; ++x) bytes.push_back(static_cast<std::uint8_t>(sample(x, y)));
     auto image = std::make_unique<CMetricImage>(width, height);
     image->LoadYuvBytes(bytes.data(), width, bytes.size() / 3);
+    image->ForgetFrame();
     return image;
 }
 

@@ -39,10 +39,9 @@ TEST(Psnr, NoiseAgainstTheDefinition) {
 // On paper: 20 log10 255; 20 log10(65535 / 256); 20 log10 65535 + 10 log10 4, where a frame stops at 100, a
 // sequence doesn't.
 TEST(Psnr, PeakIsTheSmallerOfTheTwo) {
-    CMetricImage deep[3] = {{2, 2}, {2, 2}, {2, 2}};
-    deep[0].LoadYuvDeep444(std::array<std::uint8_t, 24>{}.data(), 16);
-    deep[1].LoadYuvDeep444(std::array<std::uint8_t, 24>{0, 1, 0, 1, 0, 1, 0, 1}.data(), 16);  // 1 everywhere
-    deep[2].LoadYuvDeep444(std::array<std::uint8_t, 24>{1}.data(), 16);  // 1 / 256 at a pixel
+    const std::array<std::uint8_t, 24> frames[3] = {{}, {0, 1, 0, 1, 0, 1, 0, 1}, {1}};
+    CMetricImage deep[3] = {{2, 2}, {2, 2}, {2, 2}};  // 0; 1 everywhere; 1 / 256 at a pixel
+    for (std::size_t i = 0; i < 3; ++i) deep[i].LoadYuvDeep444(frames[i].data(), 16);
     const auto bytes = FlatPicture(2, 2, 1);
     const struct {
         CMetricImage* first;

@@ -148,7 +148,8 @@ int rkAviSource::OpenFrames(bool preferPlanar, bool useAviFile) {
     const bool planar = preferPlanar && width % 4 == 0 && height % 2 == 0;
     const int result = isRaw ? OpenRaw(layout) : OpenCompressed(planar, useAviFile);
     if (result != NoError) return result;
-    return Allocate(frameBuffer, PackedFrameBytes(colorSpace, width, height)) ? NoError : NoMemory;
+    holdsFrame = true;
+    return NoError;
 }
 
 int rkAviSource::OpenRaw(int layout) {

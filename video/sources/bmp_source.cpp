@@ -58,14 +58,15 @@ int rkBmpSource::OpenFile(const std::wstring& name) {
     const int bytes = PackedFrameBytes(RGB24, pictureWidth, pictureHeight);
     const auto pixelBytes = static_cast<std::size_t>(bytes);
     if (bytes == 0 || file.Size() < kBmpHeaderBytes + pixelBytes) return BadFile;
-    if (!Allocate(frameBuffer, bytes)) return NoMemory;
-    if (file.ReadAt(kBmpHeaderBytes, frameBuffer.get(), pixelBytes) != pixelBytes) return BadFile;
+    if (!Allocate(picture, bytes)) return NoMemory;
+    if (file.ReadAt(kBmpHeaderBytes, picture.get(), pixelBytes) != pixelBytes) return BadFile;
 
     SetShape(RGB24, pictureWidth, pictureHeight);
     SetFrameCount(1);
+    holdsFrame = true;
     if (topDown) {
         const std::size_t rowBytes = PackedPlaneOf(RGB24, width, height, 0).rowStep;
-        FlipRows(frameBuffer.get(), rowBytes, rowBytes, height);
+        FlipRows(picture.get(), rowBytes, rowBytes, height);
     }
     return NoError;
 }
@@ -78,12 +79,14 @@ int rkBmpSource::ReadFrame(std::uint8_t* buffer, int frame) {
 
 int rkBmpSource::ReadNextFrame(std::uint8_t* buffer) {
     if (IsEndOfVideo() || buffer == nullptr) return ReaderError;
-    // An image whose rows need padding takes the frame from the frame buffer itself.
-    if (buffer != frameBuffer.get())
-        std::memcpy(buffer, frameBuffer.get(),
-                    static_cast<std::size_t>(PackedFrameBytes(RGB24, width, height)));
+    std::memcpy(buffer, picture.get(), static_cast<std::size_t>(PackedFrameBytes(RGB24, width, height)));
     position = 1;
     return NoError;
+}
+
+int rkBmpSource::Close() {
+    picture.reset();
+    return rkFileSource::Close();
 }
 
 std::wstring rkBmpSource::Description() const {

@@ -28,7 +28,11 @@ public:
     /// `ReaderError` once the frame was delivered.
     int ReadNextFrame(std::uint8_t* buffer) override;
 
+    int Close() override;
+
 private:
     std::wstring Description() const override;
     int OpenFile(const std::wstring& name);
+
+    Kernels::BytePlane picture;  // the packed frame
 };

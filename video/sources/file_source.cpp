@@ -7,34 +7,38 @@
 
 #include "platform/text.h"
 #include "video/color_space.h"
+#include "video/raw_layout.h"
 #include "video/video_image.h"
 
-template <class Read>
-int rkFileSource::ReadImage(rkVideoImage& image, const Read& read) {
-    if (!frameBuffer) return read(nullptr);
+/// `read` fills a buffer with a packed frame; `isRead` tells then whether it did.
+template <class Read, class IsRead>
+int rkFileSource::ReadImage(rkVideoImage& image, const Read& read, const IsRead& isRead) {
+    if (!holdsFrame) return read(nullptr);
     try {
         image.Create(width, height, colorSpace, 0);
     } catch (const std::exception&) {
         return noMemoryCode;
     }
-    if (image.Width() == width && image.Height() == height) return read(image.Data());
-
-    const int result = read(frameBuffer.get());
-    if (result == 0) image.LoadFrame(frameBuffer.get());
+    const int result = read(image.Data());
+    if (result == 0 && isRead()) image.UnpackFrame(lumaOnly ? 1 : 3);
     return result;
 }
 
 int rkFileSource::ReadFrameImage(rkVideoImage& image, int frame) {
-    return ReadImage(image, [this, frame](std::uint8_t* buffer) { return ReadFrame(buffer, frame); });
+    return ReadImage(
+        image, [this, frame](std::uint8_t* buffer) { return ReadFrame(buffer, frame); }, [] { return true; });
 }
 
 int rkFileSource::ReadNextFrameImage(rkVideoImage& image) {
-    return ReadImage(image, [this](std::uint8_t* buffer) { return ReadNextFrame(buffer); });
+    // Behind the last frame some sources have no error and no frame.
+    return ReadImage(
+        image, [this](std::uint8_t* buffer) { return ReadNextFrame(buffer); },
+        [this, before = position] { return position != before; });
 }
 
 int rkFileSource::Close() {
     fileName.clear();
-    frameBuffer.reset();
+    holdsFrame = lumaOnly = false;
     SetShape(0, 0, 0);
     frameCount = 0;
     position = 0;
@@ -66,6 +70,11 @@ void rkFileSource::SetShape(int layout, int pictureWidth, int pictureHeight) {
     colorSpace = layout;
     width = pictureWidth;
     height = pictureHeight;
+}
+
+std::size_t rkFileSource::BytesToRead(std::size_t frameBytes) const {
+    const bool isApart = rkIsYuv(colorSpace) && rkPlaneShapeOf(colorSpace).planes == 3;
+    return lumaOnly && isApart ? PackedPlaneOf(colorSpace, width, height, 1).offset : frameBytes;
 }
 
 void rkFileSource::SetFrameCount(std::uint64_t frames) {

@@ -13,11 +13,12 @@
 /// Closed, all sizes are 0. The name stays known after a failed `Open`, for the error text, until `Close`.
 class rkFileSource : public rkIVideoSource {
 public:
-    /// The frame is read straight into an image whose rows need no padding, else by way of `frameBuffer`. The
-    /// class's code for a lack of memory if the image can't have it. An image stays as it is if the file held
-    /// no whole frame when it was opened.
+    /// The frame is read straight into the image's block and put in order there. The class's code for a lack of
+    /// memory if the image can't have it. An image stays as it is if the file held no whole frame when it was
+    /// opened; a frame that couldn't be read leaves anything in it.
     int ReadFrameImage(rkVideoImage& image, int frame) override;
     int ReadNextFrameImage(rkVideoImage& image) override;
+    void ReadLumaOnly() override { lumaOnly = true; }
 
     int Close() override;
     void GetFullDescription(wchar_t* buffer, int size) override;
@@ -43,6 +44,10 @@ protected:
 
     void SetShape(int layout, int pictureWidth, int pictureHeight);
 
+    /// How many of the `frameBytes` bytes of a frame are looked at: those of the first plane if that is luma and
+    /// enough.
+    std::size_t BytesToRead(std::size_t frameBytes) const;
+
     /// As many frames as an int can count.
     void SetFrameCount(std::uint64_t frames);
 
@@ -50,7 +55,8 @@ protected:
     static bool Allocate(Kernels::BytePlane& block, int bytes);
 
     std::wstring fileName;
-    Kernels::BytePlane frameBuffer;  // one frame as handed over; null if the file holds no whole frame
+    bool holdsFrame = false;  // at least one whole frame
+    bool lumaOnly = false;
     int colorSpace = 0;
     int width = 0;
     int height = 0;
@@ -58,8 +64,8 @@ protected:
     int position = 0;  // the frame that the next sequential read returns
 
 private:
-    template <class Read>
-    int ReadImage(rkVideoImage& image, const Read& read);
+    template <class Read, class IsRead>
+    int ReadImage(rkVideoImage& image, const Read& read, const IsRead& isRead);
 
     std::span<const wchar_t* const> errorTexts;
     int noMemoryCode;

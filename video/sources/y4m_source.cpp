@@ -50,7 +50,7 @@ int rkY4mSource::OpenFile(const std::wstring& name) {
     const std::uint64_t available = std::max(file.Size(), frameOffsets[0]) - frameOffsets[0];
     const auto pictureBytes = static_cast<std::uint64_t>(layout.storedBytes);
     if (available >= pictureBytes) {
-        if (!Allocate(frameBuffer, layout.frameBytes)) return OpenFailed;
+        holdsFrame = true;
         if (!layout.IsStoredAsHandedOver() && !Allocate(storedPicture, layout.storedBytes)) return OpenFailed;
     }
     SetShape(layout.colorSpace, layout.width, layout.height);
@@ -134,8 +134,10 @@ int rkY4mSource::ReadNextFrame(std::uint8_t* buffer) {
 
     const std::uint64_t offset = frameOffsets[frame] + line.bytes;
     const auto bytes = static_cast<std::size_t>(layout.storedBytes);
-    std::uint8_t* picture = layout.IsStoredAsHandedOver() ? buffer : storedPicture.get();
-    if (buffer == nullptr || picture == nullptr || file.ReadAt(offset, picture, bytes) != bytes)
+    const bool isAsHandedOver = layout.IsStoredAsHandedOver();
+    std::uint8_t* picture = isAsHandedOver ? buffer : storedPicture.get();
+    const std::size_t needed = isAsHandedOver ? BytesToRead(bytes) : bytes;
+    if (buffer == nullptr || picture == nullptr || file.ReadAt(offset, picture, needed) != needed)
         return ReadFailed;
     if (picture != buffer) UnpackY4mPicture(layout, picture, buffer);
 

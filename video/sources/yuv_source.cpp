@@ -26,10 +26,7 @@ int rkYuvSource::Open(const std::wstring& name, int layout, int pictureWidth, in
     if (bytes == 0 || !file.Open(name)) return OpenFailed;
 
     const std::uint64_t frames = file.Size() / static_cast<std::uint64_t>(bytes);
-    if (frames > 0 && !Allocate(frameBuffer, bytes)) {
-        file.Close();
-        return OpenFailed;
-    }
+    holdsFrame = frames > 0;
     SetShape(layout, pictureWidth, pictureHeight);
     SetFrameCount(frames);
     frameBytes = bytes;
@@ -47,7 +44,8 @@ int rkYuvSource::ReadNextFrame(std::uint8_t* buffer) {
     const auto bytes = static_cast<std::size_t>(frameBytes);
     const std::uint64_t offset = static_cast<std::uint64_t>(position) * bytes;
     ++position;
-    return buffer != nullptr && file.ReadAt(offset, buffer, bytes) == bytes ? NoError : ReadFailed;
+    const std::size_t needed = BytesToRead(bytes);
+    return buffer != nullptr && file.ReadAt(offset, buffer, needed) == needed ? NoError : ReadFailed;
 }
 
 int rkYuvSource::Close() {

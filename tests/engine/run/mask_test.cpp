@@ -109,6 +109,7 @@ void Fill(Metric::CMetricImage& image, int component, const Row& first, const Ro
     image.LoadYuvBytes(bytes.data(), static_cast<int>(first.size()), first.size());
     if (component == Metric::ComponentL) image.ToL(0);
     if (component == Metric::ComponentR) image.ToRgb(0);
+    image.ForgetFrame();
     for (const auto& [row, offset] : {std::pair(&first, 0), {&second, 1}, {&third, 2}})
         if (!row->empty()) std::copy(row->begin(), row->end(), image.GetPlane(component + offset));
 }

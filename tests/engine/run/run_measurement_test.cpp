@@ -168,6 +168,29 @@ TEST_F(RunMeasurementTest, AFileThatShrinksIsLeftOutFromThereOn) {
               ScheduleLines());
 }
 
+// Chroma stays in the file unless somebody may look at it. The file loses that of its last frame meanwhile.
+TEST_F(RunMeasurementTest, ChromaIsReadForThoseWhoLookAtIt) {
+    for (const bool needsChroma : {false, true}) {
+        SCOPED_TRACE(needsChroma);
+        FileRecord clip = Clip(L"a", 3, 40);  // read as two frames of luma 40 and 41, chroma 41 and 42
+        clip.yuvType = IYUV;
+        const auto shrink = [&] {
+            std::filesystem::resize_file(PathOf(L"a"), 3 * kSide * kSide - kSide * kSide / 2);
+        };
+        FakeKind kind = OneFile();
+        kind.readsItsComponentOnly = !needsChroma;
+        if (needsChroma)
+            kind.measure = [](const Images& images) {
+                return *images[0]->GetY() + 1000 * *images[0]->GetU();
+            };
+        RunParameters run = Recorded({clip});
+        store = {};
+        EXPECT_TRUE(Measure(run, {Acting(kind, 0, shrink)}));
+        const Series expected = {needsChroma ? std::vector<float>{40 - 87000} : std::vector<float>{40, 41}};
+        EXPECT_EQ(expected, Values());
+    }
+}
+
 TEST_F(RunMeasurementTest, InvalidValuesDontMoveTheOthers) {
     FakeKind faulty;  // no answer at frame 1; at frame 2 one for a result that isn't its own, twice
     faulty.answer = [frame = 0](std::vector<Metric::MetricValue>& values) mutable {

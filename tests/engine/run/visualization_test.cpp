@@ -44,14 +44,14 @@ struct VisualizationTest : RunTest {
         const auto metric = metrics.CreateInstance(index, parameters);
         EXPECT_TRUE(!metric->IsConfigurable() || metric->Configure(metrics.GetDefaultSettings(index)));
         Metric::CMetricImage planes[2] = {{width, height}, {width, height}};
+        rkVideoImage read[2], first[2], second[2];
 
         Pictures pictures;
         for (int frame = sources[0]->GetFrameCount(); frame > 0; --frame) {
             std::vector<Metric::CMetricImage*> images;
             for (std::size_t i = 0; i < sources.size(); ++i) {
-                rkVideoImage read, first, second;
-                EXPECT_EQ(0, sources[i]->ReadNextFrameImage(read));
-                EXPECT_TRUE(Metric::ConvertFrame(read, first, second, planes[i], 0, component));
+                EXPECT_EQ(0, sources[i]->ReadNextFrameImage(read[i]));
+                EXPECT_TRUE(Metric::ConvertFrame(read[i], first[i], second[i], planes[i], 0, component));
                 images.push_back(&planes[i]);
             }
             rkVideoImage target;

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "platform/file.h"
 #include "tests/video/sources/source_files.h"
 #include "video/video_image.h"
@@ -41,6 +43,28 @@ TEST_F(YuvSource, ReadsByNumber) {
     Write(L"a.yuv", file.substr(0, 40));
     EXPECT_EQ("", ReadBytes(source, 2)) << "cut while open";
     EXPECT_EQ(FrameBytes(1, 16), ReadBytes(source, 1));
+}
+
+TEST_F(YuvSource, LeavesChromaInItsFile) {
+    constexpr struct {
+        int layout, frameBytes, lumaBytes;
+    } kLayouts[] = {{IYUV, 12, 8},  {YV16, 16, 8},  {YUV, 24, 8},
+                    {P010, 24, 16}, {YUY2, 16, 16}, {P410_RGB, 48, 48}};
+    for (const auto& [layout, frameBytes, lumaBytes] : kLayouts) {
+        SCOPED_TRACE(layout);
+        const std::string frame = FrameBytes(1, frameBytes);
+        rkYuvSource source;
+        ASSERT_EQ(0, source.Open(Write(L"a.yuv", frame + frame), layout, 4, 2));
+        source.ReadLumaOnly();
+        const std::string rest(static_cast<std::size_t>(frameBytes - lumaBytes), '#');
+        EXPECT_EQ(frame.substr(0, static_cast<std::size_t>(lumaBytes)) + rest, ReadBytes(source));
+        rkVideoImage luma, whole;
+        EXPECT_EQ(0, source.ReadFrameImage(luma, 1));
+        ASSERT_EQ(0, source.Open(directory + L"/a.yuv", layout, 4, 2));
+        EXPECT_EQ(0, source.ReadFrameImage(whole, 1)) << "everything again";
+        const int bytes = rkSampleBits(layout) > 8 ? lumaBytes : luma.Stride() * luma.Height();
+        EXPECT_TRUE(std::equal(luma.Data(), luma.Data() + bytes, whole.Data()));
+    }
 }
 
 TEST_F(YuvSource, RefusesWhatItCannotRead) {
