@@ -46,19 +46,10 @@ private:
         ComponentImage* target;
     };
 
-    /// Side by side: a source has a thread of its own here, and decoding may cost more than measuring.
     void ReadFrames() {
-        std::vector<std::pair<int, OpenedFile*>> read;
-        for (auto& [index, file] : state.opened)
-            if (!file.failed) read.emplace_back(index, &file);
-        const int count = static_cast<int>(read.size());
-        ForEachInParallel(count, count > 1 && IsWorthATeam(count), [&](int i) {
-            OpenedFile& file = *read[static_cast<std::size_t>(i)].second;
-            file.failed = file.source->ReadNextFrameImage(*file.frameImage) != 0;
-        });
-
-        for (const auto& [index, file] : read) {
-            if (!file->failed) continue;
+        for (auto& [index, file] : state.opened) {
+            if (file.failed || file.source->ReadNextFrameImage(*file.frameImage) == 0) continue;
+            file.failed = true;
             outcome.measurement = CompletionPartial;
             LogLine(run, L"Failed to read frame from sequence " + Quoted(RecordOf(run, index).name) +
                              L", measurement skipped");

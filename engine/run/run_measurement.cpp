@@ -13,7 +13,7 @@
 #include "engine/run/run_state.h"
 #include "engine/run/schedule.h"
 #include "engine/run/taken_by_run.h"
-#include "kernels/instruction_set.h"
+#include "kernels/machine.h"
 
 namespace {
 

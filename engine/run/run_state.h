@@ -26,7 +26,7 @@ struct ComponentImage {
 };
 
 struct OpenedFile {
-    boost::shared_ptr<rkIVideoSource> source;    ///< one thread at a time, not always the same one
+    boost::shared_ptr<rkIVideoSource> source;    ///< touched by the run's own thread only
     boost::shared_ptr<rkVideoImage> frameImage;  ///< the frame just read
     std::map<int, ComponentImage> components;    ///< by colour component, one for each of the selection
     bool failed = false;  ///< a frame couldn't be read: out of use for the rest of the run
