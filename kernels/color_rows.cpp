@@ -36,6 +36,7 @@ void PlainRow(const ColorRows& rows, const PlainSum& weights, float* target, int
 bool LookUpValues(const float* HWY_RESTRICT table, const float* values, float* target, int count) {
     bool isComplete = true;
     ForEachVector<float>(count, [&](auto d, int x) HWY_ATTR {
+        if (!isComplete) return;
         const hn::RebindToSigned<decltype(d)> ints;
         const auto value = hn::LoadU(d, values + x);
         const auto inRange = hn::And(hn::Ge(value, hn::Zero(d)), hn::Lt(value, hn::Set(d, float{kUnits})));

@@ -36,8 +36,8 @@ void SumRowsLimited(const ColorRows& rows, const LimitedSum& weights, float grea
 void SumRows(const ColorRows& rows, const PlainSum& weights, float* target, int count);
 
 /// target[i] = table[n / kStepsPerUnit + n % kStepsPerUnit * kUnits] where values[i] * kStepsPerUnit is the
-/// whole number n, from 0 to before kUnits * kStepsPerUnit. True if that holds for all values; otherwise the
-/// targets of the others hold anything.
+/// whole number n, from 0 to before kUnits * kStepsPerUnit. True if that holds for all values; otherwise
+/// the targets hold anything.
 bool LookUpRow(const float* table, const float* values, float* target, int count);
 
 /// The grid of `LookUpRow`: every sample of 8 to 16 bits on the scale of 0 to 256 is one of its points. The

@@ -7,47 +7,60 @@
 #include <memory>
 
 #include "kernels/color_rows.h"
+#include "kernels/lightness_rows.h"
 
 namespace Metric {
 
 namespace {
 
+using namespace Kernels::LightnessFormula;
 using Kernels::kStepsPerUnit;
 using Kernels::kUnits;
 
-/// Rows are the fractions, so that the lumas of bytes share the first row and stay in the nearest cache.
-using Table = std::array<std::array<float, kUnits>, kStepsPerUnit>;
+struct Tables {
+    /// Lightness of all samples. Rows are the fractions, so that the lumas of bytes share the first row and stay in
+    /// the nearest cache.
+    std::array<std::array<float, kUnits>, kStepsPerUnit> samples;
+    std::array<Kernels::LightnessPoint, Kernels::kLightnessPoints> points;
+};
 
-std::unique_ptr<const Table> MakeTable() {
-    auto table = std::make_unique<Table>();
+std::unique_ptr<const Tables> MakeTables() {
+    auto tables = std::make_unique<Tables>();
     for (std::size_t step = 0; step < kStepsPerUnit; ++step) {
         for (std::size_t unit = 0; unit < kUnits; ++unit) {
             const auto steps = static_cast<float>(unit * kStepsPerUnit + step);
-            (*table)[step][unit] = Lightness(steps / kStepsPerUnit);
+            tables->samples[step][unit] = Lightness(steps / kStepsPerUnit);
         }
     }
-    return table;
+    for (std::size_t i = 0; i < tables->points.size(); ++i) {
+        const double luma = static_cast<double>(i) / Kernels::kPointsPerUnit;
+        tables->points[i] = {kFactor * std::pow(luma / kWhite, kExponent), 1 / luma};
+    }
+    return tables;
 }
 
 }  // namespace
 
 float Lightness(float luma) {
-    const double t = luma / 255.0;
-    const double exponent = 0.33333f;
-    return static_cast<float>(t > 0.008856 ? 116 * std::pow(t, exponent) - 16 : 903.3 * t);
+    const double t = luma / kWhite;
+    return static_cast<float>(t > kLinearEnd ? kFactor * std::pow(t, kExponent) - kOffset : kSlope * t);
 }
 
 void LightnessRow(const float* luma, float* lightness, int count) {
-    static const std::unique_ptr<const Table> table = MakeTable();
+    static const std::unique_ptr<const Tables> tables = MakeTables();
     constexpr int kValuesAtOnce = 64;
 
-    std::array<float, kValuesAtOnce> found;
+    std::array<float, kValuesAtOnce> row;
     for (int x = 0; x < count; x += kValuesAtOnce) {
         const int some = std::min(kValuesAtOnce, count - x);
-        if (Kernels::LookUpRow(table->front().data(), luma + x, found.data(), some))
-            std::copy_n(found.begin(), some, lightness + x);
-        else
-            std::transform(luma + x, luma + x + some, lightness + x, Lightness);
+        if (!Kernels::LookUpRow(tables->samples.front().data(), luma + x, row.data(), some) &&
+            !Kernels::LightnessNearPoints(tables->points.data(), luma + x, row.data(), some)) {
+            for (int i = 0; i < some; ++i) {
+                float& value = row[static_cast<std::size_t>(i)];
+                if (std::isnan(value)) value = Lightness(luma[x + i]);
+            }
+        }
+        std::copy_n(row.begin(), some, lightness + x);
     }
 }
 

@@ -9,8 +9,8 @@ namespace Metric {
 /// Source: CIE 1976 lightness, 255 being the white's luminance. The exponent is a trace below the third.
 float Lightness(float luma);
 
-/// `Lightness` of `count` lumas, the same bits. Lumas as 8- to 16-bit samples give them are looked up; the
-/// table is built on first use. Any thread.
+/// `Lightness` of `count` lumas, the same bits, in place if wanted. Lumas as 8- to 16-bit samples give them are looked
+/// up, others are found near a table's points; the tables are built on first use. Any thread.
 void LightnessRow(const float* luma, float* lightness, int count);
 
 }  // namespace Metric

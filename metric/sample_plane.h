@@ -22,10 +22,8 @@ struct SamplePlane {
     /// that one. Null where none lies beyond.
     const std::uint8_t* end = nullptr;
 
-    /// Whether each pixel is a byte of its own, as it stands: rows of bytes, less a constant.
-    bool IsBytes() const {
-        return unitBytes == 1 && sampleBytes == 1 && shiftX == 0 && shiftY == 0 && scale == 1;
-    }
+    /// Whether the samples are rows of bytes that pixels have as they stand, less a constant.
+    bool IsBytes() const { return unitBytes == 1 && sampleBytes == 1 && scale == 1; }
 };
 
 /// The planes of a frame: Y, U, V or R, G, B.

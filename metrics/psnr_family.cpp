@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "kernels/byte_difference.h"
@@ -29,6 +31,19 @@ Bgr Color(float decibels) {
     if (decibels >= 17) return {0, Shade(decibels, 17, 5), Shade(decibels, 17, 5)};
     if (decibels >= 0) return {0, 0, Shade(decibels, 0, 3)};
     return {};
+}
+
+/// The squared differences of all pixels, from the frames' bytes where both have them in blocks of one size that
+/// fill the picture. The same value as from float planes, none of which has to be made.
+std::optional<std::uint64_t> SumOfBytes(const SamplePlane* a, const SamplePlane* b, int width, int height) {
+    if (a == nullptr || b == nullptr || !a->IsBytes() || !b->IsBytes()) return {};
+    if (a->shiftX != b->shiftX || a->shiftY != b->shiftY || a->centre != b->centre) return {};
+    const int columns = width >> a->shiftX;
+    const int rows = height >> a->shiftY;
+    if (columns << a->shiftX != width || rows << a->shiftY != height) return {};
+    const std::uint64_t sum =
+        Kernels::SumSquaredDifferences({a->rows, a->rowBytes}, {b->rows, b->rowBytes}, columns, rows);
+    return sum << (a->shiftX + a->shiftY);
 }
 
 }  // namespace
@@ -87,15 +102,13 @@ void CPsnrFamily::TakePeak(const std::vector<CMetricImage*>& images) {
         peakSquared = Square(parameters.component == ComponentL ? kFixedPeakL : kFixedPeak);
 }
 
-/// From the frames' bytes where both have them: the same value, and no plane has to be made.
 double CPsnrFamily::NormOfDifference(const std::vector<CMetricImage*>& images) {
-    const SamplePlane* const a = images[0]->GetSamples(parameters.component);
-    const SamplePlane* const b = images[1]->GetSamples(parameters.component);
-    if (a != nullptr && b != nullptr && a->IsBytes() && b->IsBytes()) {
-        return std::sqrt(static_cast<double>(Kernels::SumSquaredDifferences(
-            {a->rows, a->rowBytes}, {b->rows, b->rowBytes}, paddedWidth, paddedHeight)));
-    }
-    const auto [first, second] = GetPlanes(images, parameters.component);
+    const int component = parameters.component;
+    const auto sumOfBytes = SumOfBytes(images[0]->GetSamples(component), images[1]->GetSamples(component),
+                                       paddedWidth, paddedHeight);
+    if (sumOfBytes) return std::sqrt(static_cast<double>(*sumOfBytes));
+
+    const auto [first, second] = GetPlanes(images, component);
     const int stride = paddedWidth * static_cast<int>(sizeof(float));
     return Kernels::NormDiffL2(first, stride, second, stride, paddedWidth, paddedHeight,
                                Kernels::AccuracyHigh);

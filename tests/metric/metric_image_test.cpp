@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -175,6 +176,12 @@ TEST(MetricImage, Lightness) {
 TEST(MetricImage, LightnessTableHasTheBitsOfTheFormula) {
     Floats lumas = {-1, -0.00390625f, 256, 300.5f, 16383.75f, 81.535f, 0.001f, 255.998f};
     for (int word = 0; word <= 65535; ++word) lumas.push_back(float(word) / 256);
+    std::mt19937 random(1);
+    for (int i = 0; i < 2'000'000; ++i) lumas.push_back(float(random()) / 0x1p24f);
+    for (int i = 0; i < 20'000; ++i) {  // around the end of the line
+        lumas.push_back(std::nextafter(i == 0 ? 2.2577f : lumas.back(), 3.0f));
+        lumas.push_back(lumas.back());
+    }
     Floats row(lumas.size());
     LightnessRow(lumas.data(), row.data(), int(row.size()));
     for (std::size_t i = 0; i < row.size(); ++i) ASSERT_EQ(Lightness(lumas[i]), row[i]) << lumas[i];

@@ -6,9 +6,12 @@
 #include <cmath>
 #include <cstdint>
 #include <iterator>
+#include <random>
 #include <vector>
 
+#include "metric/convert_frame.h"
 #include "tests/metrics/pictures.h"
+#include "video/video_image.h"
 
 namespace Metric {
 namespace {
@@ -58,6 +61,34 @@ TEST(Psnr, PeakIsTheSmallerOfTheTwo) {
         CPSNRMetric metric(PictureSize(2, 2));
         EXPECT_FLOAT_EQ(c.frame, metric.Measure({c.first, c.second})[0].value);
         EXPECT_FLOAT_EQ(c.sequence, metric.GetAverages(false)[0].value);
+    }
+}
+
+// From the frames' bytes as from float planes, to the bit, where a sample serves a block of pixels too.
+TEST(Psnr, BytesGiveTheValueOfFloats) {
+    constexpr int kLayouts[] = {YUV, IYUV, YV12, YV16, YUY2, Y, RGB24};
+    constexpr std::array<int, 2> kSizes[] = {{1, 1}, {16, 16}, {18, 6}, {17, 8}, {34, 7}};
+    std::mt19937 random(1);
+    for (const int layout : kLayouts) {
+        for (const auto& [w, h] : kSizes) {
+            std::array<rkVideoImage, 6> frames;  // two frames, two scratch images each
+            CMetricImage images[2] = {{w, h}, {w, h}};
+            for (int component = ComponentY; component < kComponentCount; ++component) {
+                SCOPED_TRACE(testing::Message() << layout << ": " << w << "x" << h << ", " << component);
+                for (std::size_t i = 0; i < 2; ++i) {
+                    frames[i].Create(w, h, layout, 0);
+                    std::vector<std::uint8_t> packed(frames[i].PackedFrameBytes());
+                    for (auto& byte : packed) byte = static_cast<std::uint8_t>(random());
+                    frames[i].LoadFrame(packed.data());
+                    ASSERT_TRUE(
+                        ConvertFrame(frames[i], frames[i + 2], frames[i + 4], images[i], 0, component));
+                }
+                CPSNRMetric metric(PictureSize(w, h, component));
+                const float fromBytes = metric.Measure({&images[0], &images[1]})[0].value;
+                for (CMetricImage& image : images) image.ForgetFrame();
+                EXPECT_EQ(metric.Measure({&images[0], &images[1]})[0].value, fromBytes);
+            }
+        }
     }
 }
 
