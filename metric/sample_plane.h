@@ -22,8 +22,8 @@ struct SamplePlane {
     /// that one. Null where none lies beyond.
     const std::uint8_t* end = nullptr;
 
-    /// Whether the samples are rows of bytes that pixels have as they stand, less a constant.
-    bool IsBytes() const { return unitBytes == 1 && sampleBytes == 1 && scale == 1; }
+    /// Whether nothing lies between the samples of a row.
+    bool IsPacked() const { return unitBytes == sampleBytes; }
 };
 
 /// The planes of a frame: Y, U, V or R, G, B.

@@ -7,8 +7,8 @@
 #include <optional>
 #include <utility>
 
-#include "kernels/byte_difference.h"
 #include "kernels/reductions.h"
+#include "kernels/sample_difference.h"
 #include "metric/painting.h"
 
 namespace Metric {
@@ -33,17 +33,23 @@ Bgr Color(float decibels) {
     return {};
 }
 
-/// The squared differences of all pixels, from the frames' bytes where both have them in blocks of one size that
-/// fill the picture. The same value as from float planes, none of which has to be made.
-std::optional<std::uint64_t> SumOfBytes(const SamplePlane* a, const SamplePlane* b, int width, int height) {
-    if (a == nullptr || b == nullptr || !a->IsBytes() || !b->IsBytes()) return {};
-    if (a->shiftX != b->shiftX || a->shiftY != b->shiftY || a->centre != b->centre) return {};
+/// The squared differences of all pixels, from the frames' samples where both have them alike, in blocks of one size
+/// that fill the picture. The same value as from float planes, none of which has to be made.
+std::optional<double> SumOfSamples(const SamplePlane* a, const SamplePlane* b, int width, int height) {
+    if (a == nullptr || b == nullptr || !a->IsPacked() || !b->IsPacked()) return {};
+    if (a->sampleBytes != b->sampleBytes || a->scale != b->scale || a->centre != b->centre) return {};
+    if (a->shiftX != b->shiftX || a->shiftY != b->shiftY) return {};
     const int columns = width >> a->shiftX;
     const int rows = height >> a->shiftY;
     if (columns << a->shiftX != width || rows << a->shiftY != height) return {};
-    const std::uint64_t sum =
-        Kernels::SumSquaredDifferences({a->rows, a->rowBytes}, {b->rows, b->rowBytes}, columns, rows);
-    return sum << (a->shiftX + a->shiftY);
+
+    constexpr std::uint64_t kGreatestExact = std::uint64_t{1} << 53;
+    if (a->sampleBytes == 2 && std::int64_t{width} * height > std::int64_t{1} << 32) return {};
+    const std::uint64_t sum = Kernels::SumSquaredDifferences({a->rows, a->rowBytes}, {b->rows, b->rowBytes},
+                                                             a->sampleBytes, columns, rows);
+    const int blockPixels = 1 << (a->shiftX + a->shiftY);
+    if (sum > kGreatestExact / static_cast<std::uint64_t>(blockPixels)) return {};
+    return static_cast<double>(sum) * blockPixels * a->scale * a->scale;
 }
 
 }  // namespace
@@ -104,9 +110,9 @@ void CPsnrFamily::TakePeak(const std::vector<CMetricImage*>& images) {
 
 double CPsnrFamily::NormOfDifference(const std::vector<CMetricImage*>& images) {
     const int component = parameters.component;
-    const auto sumOfBytes = SumOfBytes(images[0]->GetSamples(component), images[1]->GetSamples(component),
-                                       paddedWidth, paddedHeight);
-    if (sumOfBytes) return std::sqrt(static_cast<double>(*sumOfBytes));
+    const auto sum = SumOfSamples(images[0]->GetSamples(component), images[1]->GetSamples(component),
+                                  paddedWidth, paddedHeight);
+    if (sum) return std::sqrt(*sum);
 
     const auto [first, second] = GetPlanes(images, component);
     const int stride = paddedWidth * static_cast<int>(sizeof(float));

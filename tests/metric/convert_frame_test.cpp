@@ -122,7 +122,7 @@ TEST(ConvertFrame, TheFrameIsReadWhenAPlaneIsAskedFor) {
     };
     fill(10, 20);
     ASSERT_TRUE(ConvertFrame(images[0], images[1], images[2], image, 1, ComponentY));
-    EXPECT_TRUE(image.GetSamples(ComponentU)->IsBytes());
+    EXPECT_TRUE(image.GetSamples(ComponentU)->IsPacked());
     EXPECT_EQ(nullptr, image.GetSamples(ComponentR));
     EXPECT_EQ(10, image.GetY()[255]);
     fill(30, 128);

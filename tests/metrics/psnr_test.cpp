@@ -64,9 +64,9 @@ TEST(Psnr, PeakIsTheSmallerOfTheTwo) {
     }
 }
 
-// From the frames' bytes as from float planes, to the bit, where a sample serves a block of pixels too.
-TEST(Psnr, BytesGiveTheValueOfFloats) {
-    constexpr int kLayouts[] = {YUV, IYUV, YV12, YV16, YUY2, Y, RGB24};
+// From the frames' samples as from float planes, to the bit, where a sample serves a block of pixels too.
+TEST(Psnr, SamplesGiveTheValueOfFloats) {
+    constexpr int kLayouts[] = {YUV, IYUV, YV12, YV16, YUY2, Y, RGB24, P010, P214, P416, P416_RGB};
     constexpr std::array<int, 2> kSizes[] = {{1, 1}, {16, 16}, {18, 6}, {17, 8}, {34, 7}};
     std::mt19937 random(1);
     for (const int layout : kLayouts) {
@@ -84,9 +84,9 @@ TEST(Psnr, BytesGiveTheValueOfFloats) {
                         ConvertFrame(frames[i], frames[i + 2], frames[i + 4], images[i], 0, component));
                 }
                 CPSNRMetric metric(PictureSize(w, h, component));
-                const float fromBytes = metric.Measure({&images[0], &images[1]})[0].value;
+                const float fromSamples = metric.Measure({&images[0], &images[1]})[0].value;
                 for (CMetricImage& image : images) image.ForgetFrame();
-                EXPECT_EQ(metric.Measure({&images[0], &images[1]})[0].value, fromBytes);
+                EXPECT_EQ(metric.Measure({&images[0], &images[1]})[0].value, fromSamples);
             }
         }
     }
