@@ -69,37 +69,47 @@ void SqrInPlace(float* plane, int stride, int width, int height) {
 
 void SqrtInPlace(float* plane, int stride, int width, int height) {
     const auto sqrtRow = HWY_DYNAMIC_DISPATCH(SqrtRow);
-    ForEachRow(width, height, [=](int y) { sqrtRow(Row(plane, stride, y), width); });
+    ForEachRow(
+        width, height, [=](int y) { sqrtRow(Row(plane, stride, y), width); }, kLightPixelsPerThread);
 }
 
 void Mul(const float* first, int firstStride, const float* second, int secondStride, float* target,
          int targetStride, int width, int height) {
     const auto mulRow = HWY_DYNAMIC_DISPATCH(MulRow);
-    ForEachRow(width, height, [=](int y) {
-        mulRow(Row(first, firstStride, y), Row(second, secondStride, y), Row(target, targetStride, y), width);
-    });
+    ForEachRow(
+        width, height,
+        [=](int y) {
+            mulRow(Row(first, firstStride, y), Row(second, secondStride, y), Row(target, targetStride, y),
+                   width);
+        },
+        kLightPixelsPerThread);
 }
 
 void AddInPlace(const float* source, int sourceStride, float* target, int targetStride, int width,
                 int height) {
     const auto addRow = HWY_DYNAMIC_DISPATCH(AddRow);
-    ForEachRow(width, height,
-               [=](int y) { addRow(Row(source, sourceStride, y), Row(target, targetStride, y), width); });
+    ForEachRow(
+        width, height,
+        [=](int y) { addRow(Row(source, sourceStride, y), Row(target, targetStride, y), width); },
+        kLightPixelsPerThread);
 }
 
 void CopyPlane(const float* source, int sourceStride, float* target, int targetStride, int width,
                int height) {
     const std::size_t bytes = sizeof(float) * static_cast<std::size_t>(width > 0 ? width : 0);
-    ForEachRow(width, height, [=](int y) {
-        std::memmove(Row(target, targetStride, y), Row(source, sourceStride, y), bytes);
-    });
+    ForEachRow(
+        width, height,
+        [=](int y) { std::memmove(Row(target, targetStride, y), Row(source, sourceStride, y), bytes); },
+        kLightPixelsPerThread);
 }
 
 void ConvertToBytes(const float* source, int sourceStride, std::uint8_t* target, int targetStride, int width,
                     int height) {
     const auto bytesRow = HWY_DYNAMIC_DISPATCH(BytesRow);
-    ForEachRow(width, height,
-               [=](int y) { bytesRow(Row(source, sourceStride, y), Row(target, targetStride, y), width); });
+    ForEachRow(
+        width, height,
+        [=](int y) { bytesRow(Row(source, sourceStride, y), Row(target, targetStride, y), width); },
+        kLightPixelsPerThread);
 }
 
 }  // namespace Kernels

@@ -13,17 +13,20 @@ template <class Pixel>
 void CopyReplicate(const Pixel* source, int sourceStride, int sourceWidth, int sourceHeight, Pixel* target,
                    int targetStride, int targetWidth, int targetHeight, int top, int left) {
     if (sourceWidth <= 0 || sourceHeight <= 0) return;
-    ForEachBand(targetWidth, targetHeight, [=](const Band& band) {
-        const int before = std::min(left, targetWidth);
-        const int copied = std::clamp(targetWidth - left, 0, sourceWidth);
-        for (int y = band.first; y < band.end; ++y) {
-            const Pixel* from = Row(source, sourceStride, std::clamp(y - top, 0, sourceHeight - 1));
-            Pixel* to = Row(target, targetStride, y);
-            std::fill_n(to, before, from[0]);
-            std::copy_n(from, copied, to + before);
-            std::fill(to + before + copied, to + targetWidth, from[sourceWidth - 1]);
-        }
-    });
+    ForEachBand(
+        targetWidth, targetHeight,
+        [=](const Band& band) {
+            const int before = std::min(left, targetWidth);
+            const int copied = std::clamp(targetWidth - left, 0, sourceWidth);
+            for (int y = band.first; y < band.end; ++y) {
+                const Pixel* from = Row(source, sourceStride, std::clamp(y - top, 0, sourceHeight - 1));
+                Pixel* to = Row(target, targetStride, y);
+                std::fill_n(to, before, from[0]);
+                std::copy_n(from, copied, to + before);
+                std::fill(to + before + copied, to + targetWidth, from[sourceWidth - 1]);
+            }
+        },
+        kLightPixelsPerThread);
 }
 
 }  // namespace

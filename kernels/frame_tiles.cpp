@@ -19,14 +19,18 @@ constexpr int kTilesAhead = 12;
 }  // namespace
 
 void StoreFrame(const float* plane, int stride, const FrameTiles& layout, int slot, std::uint8_t* tiles) {
-    ForEachRow(layout.width, layout.height, [&](int y) {
-        std::uint8_t* tile = tiles + y * layout.RowBytes() + std::ptrdiff_t{slot} * FrameTiles::kTileWidth;
-        for (int x = 0; x < layout.width; x += FrameTiles::kTileWidth, tile += layout.TileBytes()) {
-            hwy::Prefetch(tile + kTilesAhead * layout.TileBytes());
-            const int count = std::min(FrameTiles::kTileWidth, layout.width - x);
-            ConvertToBytes(Row(plane, stride, y) + x, stride, tile, FrameTiles::kTileWidth, count, 1);
-        }
-    });
+    ForEachRow(
+        layout.width, layout.height,
+        [&](int y) {
+            std::uint8_t* tile =
+                tiles + y * layout.RowBytes() + std::ptrdiff_t{slot} * FrameTiles::kTileWidth;
+            for (int x = 0; x < layout.width; x += FrameTiles::kTileWidth, tile += layout.TileBytes()) {
+                hwy::Prefetch(tile + kTilesAhead * layout.TileBytes());
+                const int count = std::min(FrameTiles::kTileWidth, layout.width - x);
+                ConvertToBytes(Row(plane, stride, y) + x, stride, tile, FrameTiles::kTileWidth, count, 1);
+            }
+        },
+        kLightPixelsPerThread);
 }
 
 }  // namespace Kernels

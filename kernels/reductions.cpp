@@ -99,11 +99,14 @@ void TakeRowsInOrder(int width, int height, const ValueOfRow& valueOfRow, const 
     std::array<double, kRowsAtOnce> values;
     for (int first = 0; first < height; first += kRowsAtOnce) {
         const int rows = std::min(kRowsAtOnce, height - first);
-        ForEachBand(width, rows, [&](const Band& band) {
-            for (int y = band.first; y < band.end; ++y) {
-                values[static_cast<std::size_t>(y)] = valueOfRow(first + y);
-            }
-        });
+        ForEachBand(
+            width, rows,
+            [&](const Band& band) {
+                for (int y = band.first; y < band.end; ++y) {
+                    values[static_cast<std::size_t>(y)] = valueOfRow(first + y);
+                }
+            },
+            kLightPixelsPerThread);
         std::for_each_n(values.begin(), rows, take);
     }
 }

@@ -90,12 +90,15 @@ std::uint64_t SumSquaredDifferences(const SampleRows& a, const SampleRows& b, in
                                     int height) {
     const auto sumRow = HWY_DYNAMIC_DISPATCH(SumRow);
     std::atomic<std::uint64_t> total = 0;
-    ForEachBand(width, height, [&](const Band& band) {
-        std::uint64_t sum = 0;
-        for (std::ptrdiff_t y = band.first; y < band.end; ++y)
-            sum += sumRow(a.first + y * a.stride, b.first + y * b.stride, sampleBytes, width);
-        total += sum;
-    });
+    ForEachBand(
+        width, height,
+        [&](const Band& band) {
+            std::uint64_t sum = 0;
+            for (std::ptrdiff_t y = band.first; y < band.end; ++y)
+                sum += sumRow(a.first + y * a.stride, b.first + y * b.stride, sampleBytes, width);
+            total += sum;
+        },
+        kLightPixelsPerThread);
     return total;
 }
 

@@ -107,10 +107,13 @@ void FilterPlane(const FilterRow& filterRow, const float* source, int sourceStri
         const int nearest = std::clamp(y, 0, height - 1);
         return nearest == y || border == BorderReplicate ? Row(source, sourceStride, nearest) : outside;
     };
-    ForEachRow(width, height, [=](int y) {
-        filterRow(rowAt(y - 1), rowAt(y), rowAt(y + 1), width, border, borderValue,
-                  Row(target, targetStride, y));
-    });
+    ForEachRow(
+        width, height,
+        [=](int y) {
+            filterRow(rowAt(y - 1), rowAt(y), rowAt(y + 1), width, border, borderValue,
+                      Row(target, targetStride, y));
+        },
+        kLightPixelsPerThread);
 }
 
 }  // namespace

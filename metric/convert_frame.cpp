@@ -52,6 +52,10 @@ bool LoadRgb(const rkVideoImage& frame, CMetricImage& image) {
 
 }  // namespace
 
+bool NeedsUnpacking(const rkVideoImage& frame) {
+    return frame.HasPixels() && rkSampleBits(frame.ColorSpace()) == 8 && !SamplesInPlace(frame);
+}
+
 bool ConvertFrame(const rkVideoImage& frame, rkVideoImage& scratchFirst, rkVideoImage& /*scratchSecond*/,
                   CMetricImage& image, int matrix, int component) {
     image.DropFrame();  // it may be gone or another one by now

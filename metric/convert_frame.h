@@ -21,4 +21,7 @@ class CMetricImage;
 bool ConvertFrame(const rkVideoImage& frame, rkVideoImage& scratchFirst, rkVideoImage& scratchSecond,
                   CMetricImage& image, int matrix, int component);
 
+/// Whether `ConvertFrame` has to unpack such a frame; otherwise it only notes where the samples lie.
+bool NeedsUnpacking(const rkVideoImage& frame);
+
 }  // namespace Metric

@@ -230,14 +230,17 @@ void CMetricImage::MakePlane(int component) {
 
     const Place place = PlaceOf(component);
     float* const plane = planes[static_cast<std::size_t>(component)].get();
-    Kernels::ForEachBand(width, height, [&](const Kernels::Band& band) {
-        RowMaker maker(*this);
-        for (int y = band.first; y < band.end; ++y) {
-            float* const row = plane + std::ptrdiff_t{y} * width;
-            for (int x = 0; x < width; x += RowMaker::kPixelsAtOnce)
-                maker.Make(place, x, y, row + x, std::min(RowMaker::kPixelsAtOnce, width - x));
-        }
-    });
+    Kernels::ForEachBand(
+        width, height,
+        [&](const Kernels::Band& band) {
+            RowMaker maker(*this);
+            for (int y = band.first; y < band.end; ++y) {
+                float* const row = plane + std::ptrdiff_t{y} * width;
+                for (int x = 0; x < width; x += RowMaker::kPixelsAtOnce)
+                    maker.Make(place, x, y, row + x, std::min(RowMaker::kPixelsAtOnce, width - x));
+            }
+        },
+        Kernels::kLightPixelsPerThread);
     made[static_cast<std::size_t>(component)].store(true, std::memory_order_release);
 }
 

@@ -69,7 +69,11 @@ private:
 
     void ConvertFrames() {
         const int count = static_cast<int>(conversions.size());
-        ForEachInParallel(count, count > 1 && IsWorthATeam(count), [&](int i) {
+        const bool isWork = activeMask != nullptr ||
+                            std::any_of(conversions.begin(), conversions.end(), [](const Conversion& c) {
+                                return !c.file->failed && Metric::NeedsUnpacking(*c.file->frameImage);
+                            });
+        ForEachInParallel(count, isWork && count > 1 && IsWorthATeam(count), [&](int i) {
             const Conversion& conversion = conversions[static_cast<std::size_t>(i)];
             if (conversion.file->failed) return;
             Convert(conversion);
