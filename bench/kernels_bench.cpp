@@ -47,9 +47,8 @@ struct Planes {
     FloatPlane result = MakeFloatPlane(kWidth, kHeight);
     BytePlane bytes{static_cast<std::uint8_t*>(AllocZeroed(kPixels))};
     BytePlane moreBytes{static_cast<std::uint8_t*>(AllocZeroed((kWidth + 96) * (kHeight + 96)))};
-    BytePlane scratch{static_cast<std::uint8_t*>(
-        AllocZeroed(std::max(GetGaussScratchSize(kWidth, kHeight, kWindowSize),
-                             GetGaussSSIMScratchSize(kWidth, kHeight, kWindowSize))))};
+    BytePlane scratch{static_cast<std::uint8_t*>(AllocZeroed(std::max(
+        GetGaussScratchSize(kWidth, kHeight, kWindowSize), GetGaussSSIMScratchSize(kWidth, kHeight))))};
 };
 
 Planes& Shared() {
@@ -126,9 +125,9 @@ KERNEL_BENCHMARK(FilterSobelVertBorder, 8,
 KERNEL_BENCHMARK(SSIMMap, 24, SSIMMap(Moments(planes), result, kStride, kWidth, kHeight, kC1, kC2));
 KERNEL_BENCHMARK(ContrastStructureMap, 24,
                  ContrastStructureMap(Moments(planes), result, kStride, kWidth, kHeight, kC2));
-KERNEL_BENCHMARK(GaussSSIM, 12, GaussSSIM(Pair(planes), GaussWindow{}, kC1, kC2, planes.scratch.get()));
+KERNEL_BENCHMARK(GaussSSIM, 12, GaussSSIM(Pair(planes), BorderReplicate, kC1, kC2, planes.scratch.get()));
 KERNEL_BENCHMARK(GaussContrastStructure, 12,
-                 GaussContrastStructure(Pair(planes), GaussWindow{}, kC2, planes.scratch.get()));
+                 GaussContrastStructure(Pair(planes), BorderReplicate, kC2, planes.scratch.get()));
 KERNEL_BENCHMARK(ResizeLinear, 5,
                  ResizeLinear(a, kStride, kWidth, kHeight, {0, 0, kWidth, kHeight}, result, kStride,
                               kWidth / 2, kHeight / 2, 0.5, 0.5));

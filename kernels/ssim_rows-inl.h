@@ -34,15 +34,17 @@ HWY_INLINE void SSIMRow(const SSIMMoments& moments, float* map, int width, float
         const auto mxmy = hn::Mul(mx, my);
         const auto a = hn::Add(hn::Add(mxmy, c1s), mxmy);
         const auto b = hn::Add(hn::Add(hn::Mul(my, my), hn::Mul(mx, mx)), c1s);
-        const auto denominator = hn::Mul(hn::Sub(hn::Add(hn::Add(mxx, myy), c12s), b), b);
-        const auto numerator = hn::Mul(hn::Add(hn::Add(mxy, mxy), hn::Sub(c12s, a)), a);
+        auto denominator = hn::Mul(hn::Sub(hn::Add(hn::Add(mxx, myy), c12s), b), b);
+        auto numerator = hn::Mul(hn::Add(hn::Add(mxy, mxy), hn::Sub(c12s, a)), a);
 
-        // One division serves the usual case and the guarded one, a / b.
+        // One division serves all cases. The guarded ones, a / b or 1, don't occur in pictures.
         const auto guarded = hn::Lt(denominator, vanishing);
-        const auto quotient =
-            hn::Div(hn::IfThenElse(guarded, a, numerator), hn::IfThenElse(guarded, b, denominator));
-        const auto one = hn::And(guarded, hn::Lt(b, vanishing));
-        hn::StoreU(hn::DemoteTo(f, hn::IfThenElse(one, hn::Set(d, 1.0), quotient)), f, map + x);
+        if (HWY_UNLIKELY(!hn::AllFalse(d, guarded))) {
+            const auto one = hn::And(guarded, hn::Lt(b, vanishing));
+            numerator = hn::IfThenElse(one, hn::Set(d, 1.0), hn::IfThenElse(guarded, a, numerator));
+            denominator = hn::IfThenElse(one, hn::Set(d, 1.0), hn::IfThenElse(guarded, b, denominator));
+        }
+        hn::StoreU(hn::DemoteTo(f, hn::Div(numerator, denominator)), f, map + x);
     });
 }
 

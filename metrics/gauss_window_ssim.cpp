@@ -19,22 +19,22 @@ SSIMConstants ConstantsOf(const std::vector<CMetricImage*>& images) {
     return {firstPeak * 0.0001 * secondPeak, firstPeak * 0.0009 * secondPeak};
 }
 
-GaussWindowSSIM::GaussWindowSSIM(int greatestWidth, int greatestHeight, Kernels::BorderKind border)
-    : scratch(static_cast<std::uint8_t*>(Kernels::AllocZeroed(
-          Kernels::GetGaussSSIMScratchSize(greatestWidth, greatestHeight, window.size)))) {
-    window.border = border;
+GaussWindowSSIM::GaussWindowSSIM(int greatestWidth, int greatestHeight, Kernels::BorderKind borderKind)
+    : border(borderKind),
+      scratch(static_cast<std::uint8_t*>(
+          Kernels::AllocZeroed(Kernels::GetGaussSSIMScratchSize(greatestWidth, greatestHeight)))) {}
+
+double GaussWindowSSIM::Map(const Pictures& pictures, int width, int height, const SSIMConstants& constants,
+                            float* map) {
+    return Kernels::GaussSSIM(PlanesOf(pictures, width, height, map), border,
+                              static_cast<float>(constants.c1), static_cast<float>(constants.c2),
+                              scratch.get());
 }
 
-void GaussWindowSSIM::Map(const Pictures& pictures, int width, int height, const SSIMConstants& constants,
-                          float* map) {
-    Kernels::GaussSSIM(PlanesOf(pictures, width, height, map), window, static_cast<float>(constants.c1),
-                       static_cast<float>(constants.c2), scratch.get());
-}
-
-void GaussWindowSSIM::ContrastStructureMap(const Pictures& pictures, int width, int height,
-                                           const SSIMConstants& constants, float* map) {
-    Kernels::GaussContrastStructure(PlanesOf(pictures, width, height, map), window, constants.c2,
-                                    scratch.get());
+double GaussWindowSSIM::ContrastStructureMap(const Pictures& pictures, int width, int height,
+                                             const SSIMConstants& constants, float* map) {
+    return Kernels::GaussContrastStructure(PlanesOf(pictures, width, height, map), border, constants.c2,
+                                           scratch.get());
 }
 
 }  // namespace Metric

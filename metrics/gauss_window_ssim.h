@@ -22,7 +22,7 @@ SSIMConstants ConstantsOf(const std::vector<CMetricImage*>& images);
 /// Source   Wang, Bovik, Sheikh, Simoncelli, "Image quality assessment: from error visibility to structural
 ///          similarity", IEEE Trans. Image Processing 13(4), 2004.
 /// Planes   pictures and maps of `width` by `height` floats, rows contiguous, no greater than at
-///          construction.
+///          construction. A map that nobody wants is null.
 /// Threads  one at a time, whose call a team shares.
 class GaussWindowSSIM {
 public:
@@ -31,14 +31,14 @@ public:
     /// `border`: what the windows see outside the pictures, black for `BorderConstant`.
     GaussWindowSSIM(int greatestWidth, int greatestHeight, Kernels::BorderKind border);
 
-    /// SSIM whole.
-    void Map(const Pictures& pictures, int width, int height, const SSIMConstants& constants, float* map);
+    /// SSIM whole; returns the map's mean.
+    double Map(const Pictures& pictures, int width, int height, const SSIMConstants& constants, float* map);
     /// Its contrast and structure alone.
-    void ContrastStructureMap(const Pictures& pictures, int width, int height, const SSIMConstants& constants,
-                              float* map);
+    double ContrastStructureMap(const Pictures& pictures, int width, int height,
+                                const SSIMConstants& constants, float* map);
 
 private:
-    Kernels::GaussWindow window;
+    Kernels::BorderKind border;
     Kernels::BytePlane scratch;
 };
 

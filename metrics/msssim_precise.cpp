@@ -4,8 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "kernels/reductions.h"
-
 namespace Metric {
 
 CMSSSIMMetricIpp::CMSSSIMMetricIpp(MetricParameters metricParameters)
@@ -19,14 +17,14 @@ CMSSSIMMetricIpp::CMSSSIMMetricIpp(MetricParameters metricParameters)
 }
 
 std::vector<MetricValue> CMSSSIMMetricIpp::Measure(const std::vector<CMetricImage*>& images) {
-    value = ProductOfLevels(images);
+    value = ProductOfLevels(images, false);
     AddFrameValues({value});
     return Result(value);
 }
 
 std::vector<MetricValue> CMSSSIMMetricIpp::MeasureAndVisualize(const std::vector<CMetricImage*>& images,
                                                                rkVideoImage& target) {
-    value = ProductOfLevels(images);
+    value = ProductOfLevels(images, true);
     AddFrameValues({value});
     Visualize(target, parameters.component);
     return Result(value);
@@ -36,13 +34,13 @@ void CMSSSIMMetricIpp::Visualize(rkVideoImage& target, int) {
     PaintLevels(target, levels);
 }
 
-float CMSSSIMMetricIpp::ProductOfLevels(const std::vector<CMetricImage*>& images) {
+float CMSSSIMMetricIpp::ProductOfLevels(const std::vector<CMetricImage*>& images, bool wantsMaps) {
     const SSIMConstants constants = ConstantsOf(images);
     auto pictures = GetPlanes(images, parameters.component);
     double product = 1;
     for (std::size_t level = 0; level < levels.size(); ++level) {
         if (level > 0) pictures = halved.Halve(pictures, level);
-        const double mean = MeanOfLevel(pictures, level, constants);
+        const double mean = MeanOfLevel(pictures, level, constants, wantsMaps);
         product *= IsLast(level) ? mean : std::pow(mean, kLevelWeights[level]);
     }
     const auto rounded = static_cast<float>(product);
@@ -50,15 +48,11 @@ float CMSSSIMMetricIpp::ProductOfLevels(const std::vector<CMetricImage*>& images
 }
 
 double CMSSSIMMetricIpp::MeanOfLevel(const GaussWindowSSIM::Pictures& pictures, std::size_t level,
-                                     const SSIMConstants& constants) {
+                                     const SSIMConstants& constants, bool wantsMap) {
     const auto& [width, height, map] = levels[level];
-    if (IsLast(level)) {
-        ssim.Map(pictures, width, height, constants, map.get());
-    } else {
-        ssim.ContrastStructureMap(pictures, width, height, constants, map.get());
-    }
-    const int stride = width * static_cast<int>(sizeof(float));
-    return Kernels::Mean(map.get(), stride, width, height, Kernels::AccuracyHigh);
+    float* const values = wantsMap ? map.get() : nullptr;
+    if (IsLast(level)) return ssim.Map(pictures, width, height, constants, values);
+    return ssim.ContrastStructureMap(pictures, width, height, constants, values);
 }
 
 }  // namespace Metric

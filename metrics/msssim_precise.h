@@ -26,7 +26,7 @@ namespace Metric {
 ///          than the window.
 /// Numbers  the window's sums in float, as are variances and the covariance of the finer levels; quotients in
 ///          double and rounded to float; means, powers and their product in double.
-/// Map      a level's values, 1 before the first frame. Painted by `PaintLevels`, which gives the last level
+/// Map      a level's values, 1 at first; only a frame that is painted fills it. Painted by `PaintLevels`, which gives the last level
 ///          its weight.
 /// Cost     8.7 ms at 1080p on one core with AVX-512, 6 on two: a team shares the rows. A frame allocates
 ///          nothing but its result and what painting needs.
@@ -40,9 +40,9 @@ public:
     void Visualize(rkVideoImage& target, int component) override;
 
 private:
-    float ProductOfLevels(const std::vector<CMetricImage*>& images);
+    float ProductOfLevels(const std::vector<CMetricImage*>& images, bool wantsMaps);
     double MeanOfLevel(const GaussWindowSSIM::Pictures& pictures, std::size_t level,
-                       const SSIMConstants& constants);
+                       const SSIMConstants& constants, bool wantsMap);
     bool IsLast(std::size_t level) const { return level + 1 == levels.size(); }
 
     std::vector<LevelMap> levels;  // the finest first

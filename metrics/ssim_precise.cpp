@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "kernels/reductions.h"
 #include "metrics/similarity_grey.h"
 
 namespace Metric {
@@ -17,14 +16,14 @@ CSSIMMetricIpp::CSSIMMetricIpp(MetricParameters metricParameters)
 }
 
 std::vector<MetricValue> CSSIMMetricIpp::Measure(const std::vector<CMetricImage*>& images) {
-    value = MeanOfMap(images);
+    value = Mean(images, nullptr);
     AddFrameValues({value});
     return Result(value);
 }
 
 std::vector<MetricValue> CSSIMMetricIpp::MeasureAndVisualize(const std::vector<CMetricImage*>& images,
                                                              rkVideoImage& target) {
-    value = MeanOfMap(images);
+    value = Mean(images, GetMap(parameters.component));
     AddFrameValues({value});
     Visualize(target, parameters.component);
     return Result(value);
@@ -34,11 +33,9 @@ void CSSIMMetricIpp::Visualize(rkVideoImage& target, int component) {
     PaintPixels(target, GetMap(component), paddedWidth, SimilarityGrey);
 }
 
-float CSSIMMetricIpp::MeanOfMap(const std::vector<CMetricImage*>& images) {
-    float* const map = GetMap(parameters.component);
-    ssim.Map(GetPlanes(images, parameters.component), paddedWidth, paddedHeight, ConstantsOf(images), map);
-    const int stride = paddedWidth * static_cast<int>(sizeof(float));
-    const double mean = Kernels::Mean(map, stride, paddedWidth, paddedHeight, Kernels::AccuracyHigh);
+float CSSIMMetricIpp::Mean(const std::vector<CMetricImage*>& images, float* map) {
+    const double mean = ssim.Map(GetPlanes(images, parameters.component), paddedWidth, paddedHeight,
+                                 ConstantsOf(images), map);
     return std::min(static_cast<float>(mean), 1.0f);
 }
 

@@ -3,17 +3,18 @@
 #include "kernels/gauss_ssim.h"
 #include "kernels/reference/arithmetic.h"
 #include "kernels/reference/gauss.h"
+#include "kernels/reference/reductions.h"
 #include "kernels/reference/ssim_map.h"
 
 #include <array>
 #include <vector>
 
-/// The composition that the fused operations stand for.
+/// The composition that the fused operations stand for. The map isn't null.
 namespace Kernels::Reference {
 
 /// Calls useMoments(moments) with the five filtered planes.
 template <class UseMoments>
-void WithMoments(const SSIMPlanes& planes, const GaussWindow& window, const UseMoments& useMoments) {
+void WithMoments(const SSIMPlanes& planes, BorderKind border, const UseMoments& useMoments) {
     const int width = planes.width;
     const int height = planes.height;
     const int stride = width * static_cast<int>(sizeof(float));
@@ -22,8 +23,8 @@ void WithMoments(const SSIMPlanes& planes, const GaussWindow& window, const UseM
 
     const auto filter = [&](const float* source, int sourceStride, std::vector<float>& target) {
         target.resize(product.size());
-        Reference::FilterGaussBorder(source, sourceStride, target.data(), stride, width, height, window.size,
-                                     window.sigma, window.border, 0, nullptr);
+        Reference::FilterGaussBorder(source, sourceStride, target.data(), stride, width, height, kGaussWindow,
+                                     kGaussSigma, border, 0, nullptr);
     };
     filter(planes.first, planes.firstStride, filtered[0]);
     filter(planes.second, planes.secondStride, filtered[1]);
@@ -39,17 +40,19 @@ void WithMoments(const SSIMPlanes& planes, const GaussWindow& window, const UseM
                            filtered[4].data(), stride});
 }
 
-inline void GaussSSIM(const SSIMPlanes& planes, const GaussWindow& window, float c1, float c2, void*) {
-    WithMoments(planes, window, [&](const SSIMMoments& moments) {
+inline double GaussSSIM(const SSIMPlanes& planes, BorderKind border, float c1, float c2, void*) {
+    WithMoments(planes, border, [&](const SSIMMoments& moments) {
         Reference::SSIMMap(moments, planes.map, planes.mapStride, planes.width, planes.height, c1, c2);
     });
+    return Reference::Mean(planes.map, planes.mapStride, planes.width, planes.height, AccuracyHigh);
 }
 
-inline void GaussContrastStructure(const SSIMPlanes& planes, const GaussWindow& window, double c2, void*) {
-    WithMoments(planes, window, [&](const SSIMMoments& moments) {
+inline double GaussContrastStructure(const SSIMPlanes& planes, BorderKind border, double c2, void*) {
+    WithMoments(planes, border, [&](const SSIMMoments& moments) {
         Reference::ContrastStructureMap(moments, planes.map, planes.mapStride, planes.width, planes.height,
                                         c2);
     });
+    return Reference::Mean(planes.map, planes.mapStride, planes.width, planes.height, AccuracyHigh);
 }
 
 }  // namespace Kernels::Reference

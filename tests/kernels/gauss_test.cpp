@@ -98,41 +98,51 @@ TEST(Gauss, SameBitsAsReference) {
     }
 }
 
-// Both maps by the fused operations or by the reference's composition.
+// Both maps and their means, by the fused operations or by the reference's composition.
 struct Maps {
     Plane ssim;
     Plane contrastStructure;
+    std::array<double, 2> means;
 
     bool operator==(const Maps&) const = default;
 };
 
 template <class SSIM, class ContrastStructure>
-Maps MapsOf(const Plane& first, const Plane& second, const GaussWindow& window, SSIM ssim,
-            ContrastStructure contrastStructure) {
+Maps MapsOf(const Plane& first, const Plane& second, BorderKind border, SSIM ssim,
+            ContrastStructure contrastStructure, bool wantsMaps = true) {
     const int width = first.width;
     const int height = first.height;
-    Maps maps{{width, height}, {width, height}};
-    const BytePlane scratch = Scratch(GetGaussSSIMScratchSize(width, height, window.size));
+    Maps maps{{width, height}, {width, height}, {}};
+    const BytePlane scratch = Scratch(GetGaussSSIMScratchSize(width, height));
     const auto planes = [&](Plane& map) {
-        return SSIMPlanes{first.data(), first.stride, second.data(), second.stride,
-                          map.data(),   map.stride,   width,         height};
+        return SSIMPlanes{
+            first.data(), first.stride, second.data(), second.stride, wantsMaps ? map.data() : nullptr,
+            map.stride,   width,        height};
     };
-    ssim(planes(maps.ssim), window, 6.5025f, 58.5225f, scratch.get());
-    contrastStructure(planes(maps.contrastStructure), window, 58.5225, scratch.get());
+    maps.means[0] = ssim(planes(maps.ssim), border, 6.5025f, 58.5225f, scratch.get());
+    maps.means[1] = contrastStructure(planes(maps.contrastStructure), border, 58.5225, scratch.get());
     return maps;
 }
 
+// Around the lengths of the blocks that the pictures are filtered in, and of a window at their rim.
+constexpr PlaneSize kGaussSizes[] = {{15, 17}, {16, 16}, {21, 27}, {26, 21},
+                                     {27, 26}, {32, 33}, {5, 100}, {100, 5}};
+
 TEST(GaussSSIM, SameBitsAsTheComposition) {
-    for (const auto& [width, height] : kPlaneSizes) {
+    std::vector<PlaneSize> sizes(std::begin(kPlaneSizes), std::end(kPlaneSizes));
+    sizes.insert(sizes.end(), std::begin(kGaussSizes), std::end(kGaussSizes));
+    for (const auto& [width, height] : sizes) {
         const Plane first = Picture(width, height, 1);
         const Plane second = Picture(width, height, 2);
         for (const BorderKind border : {BorderReplicate, BorderConstant}) {
             SCOPED_TRACE(testing::Message() << width << " by " << height << ", border " << border);
-            const GaussWindow window{11, 1.5f, border};
             const Maps expected =
-                MapsOf(first, second, window, Reference::GaussSSIM, Reference::GaussContrastStructure);
+                MapsOf(first, second, border, Reference::GaussSSIM, Reference::GaussContrastStructure);
             ForEachTargetAndTeam([&] {
-                EXPECT_TRUE(expected == MapsOf(first, second, window, GaussSSIM, GaussContrastStructure));
+                EXPECT_TRUE(expected == MapsOf(first, second, border, GaussSSIM, GaussContrastStructure));
+                const Maps withoutMaps =
+                    MapsOf(first, second, border, GaussSSIM, GaussContrastStructure, false);
+                EXPECT_EQ(expected.means, withoutMaps.means);
             });
         }
     }
@@ -142,14 +152,14 @@ TEST(GaussSSIM, SameBitsAsTheComposition) {
 TEST(GaussSSIM, InsideATeam) {
     const Plane first = Picture(257, 130, 1);
     const Plane second = Picture(257, 130, 2);
-    const Maps expected = MapsOf(first, second, {}, GaussSSIM, GaussContrastStructure);
+    const Maps expected = MapsOf(first, second, BorderReplicate, GaussSSIM, GaussContrastStructure);
     const int levels = omp_get_max_active_levels();
     for (const int allowedLevels : {1, 2}) {
         omp_set_max_active_levels(allowedLevels);
         int equal = 0;
 #pragma omp parallel for num_threads(4) reduction(+ : equal)
         for (int i = 0; i < 8; ++i) {
-            equal += expected == MapsOf(first, second, {}, GaussSSIM, GaussContrastStructure);
+            equal += expected == MapsOf(first, second, BorderReplicate, GaussSSIM, GaussContrastStructure);
         }
         EXPECT_EQ(8, equal) << allowedLevels;
     }

@@ -63,7 +63,8 @@ TEST(ThreeSsim, ScenesByTheDefinition) {
         const std::vector<int> segments = Segments(Gradients(scene.Padded(8), width, height),
                                                    Gradients(Distorted(scene).Padded(8), width, height));
         Probe<CSSIMMetricIpp> precise(PictureSize(scene.width, scene.height));
-        precise.Measure(pair.Images());
+        Canvas unused(scene.width, scene.height);
+        precise.MeasureAndVisualize(pair.Images(), unused.picture);
         const float* const map = precise.GetMap(ComponentY);
         const float expected = WeighedMeans(segments, map);
 
