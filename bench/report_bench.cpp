@@ -43,7 +43,8 @@ const std::vector<int> kBadFrames = {10, 200, 1000, 3000};
 /// One step through the frames, with the picture of one plot.
 void FrameChange(benchmark::State& state, Report::CReportGraph::Kind kind) {
     const CResultsStore store = Results(static_cast<int>(state.range(0)));
-    Report::ReportController controller(Report::GatherData(Parameters(store, kBadFrames)), [] {});
+    Report::ReportController controller(
+        Report::GatherData(Parameters(store, kBadFrames)), [] {}, [] {});
     Report::CReportGraph plot(kind, controller);
     plot.resize(1200, 400);  // of a window of 1400 by 900
     controller.AddView(plot);

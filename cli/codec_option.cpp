@@ -1,6 +1,5 @@
 #include "cli/codec_option.h"
 
-#include <algorithm>
 #include <charconv>
 #include <string_view>
 

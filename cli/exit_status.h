@@ -12,5 +12,5 @@ enum ExitStatus : int {
 };
 
 /// How complete a finished run is: whether every frame was measured, every given file and metric is in the
-/// results, and what was to be saved was saved.
+/// results, and what was to be saved was saved. Throws std::bad_alloc, but for a run without a value.
 ExitStatus StatusOf(const FinishRecord& finish, const MeasurementJob& job);

@@ -6,6 +6,7 @@
 #include "cli/codec_option.h"
 #include "cli/script_options.h"
 #include "platform/text.h"
+#include "video/color_space.h"
 #include "video/file_kind.h"
 #include "video/raw_layout.h"
 

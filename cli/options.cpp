@@ -10,7 +10,7 @@
 #include "platform/program_version.h"
 #include "platform/text.h"
 #include "video/avisynth/script_filter.h"
-#include "video/raw_layout.h"
+#include "video/color_space.h"
 
 const std::array<const char*, RoleCount> kRoleNames = {"original", "processed", "processed2", "mask"};
 

@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "video/color_space.h"
-
 /// The four files of a run, in the order of their options.
 enum FileRole : std::size_t { RoleOriginal, RoleProcessed, RoleProcessed2, RoleMask, RoleCount };
 

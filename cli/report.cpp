@@ -2,17 +2,15 @@
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <nlohmann/json.hpp>
+#include <utility>
 
 #include "catalogue/metric_list.h"
+#include "cli/json_text.h"
 #include "output/series_statistics.h"
 #include "platform/program_version.h"
 #include "platform/text.h"
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string NineDigits(double value) {
     if (std::isnan(value)) return "nan";  // the library shows its sign, which says nothing
@@ -21,30 +19,73 @@ std::string NineDigits(double value) {
     return text;
 }
 
-/// A number that the JSON text shows with nine significant digits; null if it isn't finite.
-Json Number(double value) {
-    if (!std::isfinite(value)) return nullptr;
-    return std::strtod(NineDigits(value).c_str(), nullptr);
-}
-
 /// Without a frame a metric's answer for the sequence says nothing.
 bool HasAverage(const CResultsStore& store, int id, float& average) {
     int firstFrame = 0;
     return store.GetAverage(id, average) && store.GetFirstFrame(id, firstFrame);
 }
 
-Json Optional(const std::wstring& path) {
-    return path.empty() ? Json(nullptr) : Json(ToUtf8(path));
+// -- Members of a JSON object
+
+void Write(JsonText& json, const char* key, std::string_view value) {
+    json.Key(key);
+    json.String(value);
 }
 
-Json StatisticsJson(const std::vector<FrameValue>& series) {
+void Write(JsonText& json, const char* key, const std::wstring& value) {
+    Write(json, key, ToUtf8(value));
+}
+
+void Write(JsonText& json, const char* key, const char* value) {
+    Write(json, key, std::string_view(value));
+}
+
+void Write(JsonText& json, const char* key, int value) {
+    json.Key(key);
+    json.Integer(value);
+}
+
+void Write(JsonText& json, const char* key, bool value) {
+    json.Key(key);
+    json.Boolean(value);
+}
+
+void Write(JsonText& json, const char* key, double value) {
+    json.Key(key);
+    json.Number(value);
+}
+
+template <class Items, class WriteItem>
+void WriteArray(JsonText& json, const char* key, const Items& items, const WriteItem& writeItem) {
+    json.Key(key);
+    json.BeginArray();
+    for (const auto& item : items) writeItem(item);
+    json.EndArray();
+}
+
+void WriteTexts(JsonText& json, const char* key, const std::vector<std::wstring>& texts) {
+    WriteArray(json, key, texts, [&](const std::wstring& text) { json.String(ToUtf8(text)); });
+}
+
+void WriteNull(JsonText& json, const char* key) {
+    json.Key(key);
+    json.Null();
+}
+
+// -- The parts of a report
+
+void WriteStatistics(JsonText& json, const std::vector<FrameValue>& series) {
     const SeriesStatistics s = StatisticsOf(series);
-    return {{"min", Number(s.min)},       {"max", Number(s.max)}, {"mean", Number(s.mean)},
-            {"stddev", Number(s.stddev)}, {"p5", Number(s.p5)},   {"p50", Number(s.p50)},
-            {"p95", Number(s.p95)}};
+    json.Key("statistics");
+    json.BeginObject();
+    for (const auto& [key, value] : {std::pair("min", s.min), std::pair("max", s.max),
+                                     std::pair("mean", s.mean), std::pair("stddev", s.stddev),
+                                     std::pair("p5", s.p5), std::pair("p50", s.p50), std::pair("p95", s.p95)})
+        Write(json, key, value);
+    json.EndObject();
 }
 
-Json ResultJson(const CResultsStore& store, int id) {
+void WriteResult(JsonText& json, const CResultsStore& store, int id) {
     const Metric::CMetricList& metrics = Metric::GetMetricList();
     ResultRecord record;
     store.GetResultRecord(id, record);
@@ -52,63 +93,49 @@ Json ResultJson(const CResultsStore& store, int id) {
     const bool hasAverage = HasAverage(store, id, average);
     const std::vector<FrameValue> series = store.GetSeries(id);
 
-    Json files = Json::array();
-    for (const FileRecord& file : record.files) files.push_back(ToUtf8(file.name));
-    Json values = Json::array();
-    for (const FrameValue& entry : series) values.push_back(Number(entry.value));
-    return {{"id", ToUtf8(metrics.GetId(record.metricIndex))},
-            {"name", ToUtf8(metrics.GetName(record.metricIndex))},
-            {"unit", ToUtf8(metrics.GetUnit(record.metricIndex))},
-            {"component", ToUtf8(Metric::ComponentName(record.component))},
-            {"settings", ToUtf8(record.settings)},
-            {"result", ToUtf8(record.name)},
-            {"higher_is_better", metrics.IsHigherBetter(record.metricIndex)},
-            {"files", files},
-            {"average", hasAverage ? Number(average) : Json(nullptr)},
-            {"first_frame", series.empty() ? 0 : series.front().frame},
-            {"values", values},
-            {"statistics", StatisticsJson(series)}};
+    json.BeginObject();
+    Write(json, "id", metrics.GetId(record.metricIndex));
+    Write(json, "name", metrics.GetName(record.metricIndex));
+    Write(json, "unit", metrics.GetUnit(record.metricIndex));
+    Write(json, "component", std::wstring(Metric::ComponentName(record.component)));
+    Write(json, "settings", record.settings);
+    Write(json, "result", record.name);
+    Write(json, "higher_is_better", metrics.IsHigherBetter(record.metricIndex));
+    WriteArray(json, "files", record.files, [&](const FileRecord& file) { json.String(ToUtf8(file.name)); });
+    if (hasAverage)
+        Write(json, "average", double{average});
+    else
+        WriteNull(json, "average");
+    Write(json, "first_frame", series.empty() ? 0 : series.front().frame);
+    WriteArray(json, "values", series, [&](const FrameValue& entry) { json.Number(entry.value); });
+    WriteStatistics(json, series);
+    json.EndObject();
 }
 
-Json InputJson(const RunParameters& run, const OpenedInput& input) {
+void WriteInput(JsonText& json, const RunParameters& run, const OpenedInput& input) {
     const bool isMask = input.file < 0;
     const FileRecord& record = isMask ? run.maskFile : run.inputFiles[static_cast<std::size_t>(input.file)];
-    return {{"file", ToUtf8(record.name)},
-            {"role", isMask            ? "mask"
-                     : input.file == 0 ? "original"
-                                       : "processed"},
-            {"width", run.width},
-            {"height", run.height},
-            {"length", input.frameCount},
-            {"through_script", record.useAvs},
-            {"description", ToUtf8(input.description)}};
+    json.BeginObject();
+    Write(json, "file", record.name);
+    Write(json, "role", isMask ? "mask" : input.file == 0 ? "original" : "processed");
+    Write(json, "width", run.width);
+    Write(json, "height", run.height);
+    Write(json, "length", input.frameCount);
+    Write(json, "through_script", record.useAvs);
+    Write(json, "description", input.description);
+    json.EndObject();
 }
 
-/// What the run measured, as far as it opened: all of one size.
-Json InputsJson(const RunParameters& run) {
-    Json inputs = Json::array();
-    for (const OpenedInput& input : run.openedInputs) inputs.push_back(InputJson(run, input));
-    return inputs;
-}
-
-Json MaskedPixels(const RunParameters& run) {
-    if (!run.maskOpened) return nullptr;
-    return run.blackMask ? "black" : "bright";
-}
-
-Json BadFramesJson(const FinishRecord& finish) {
-    return finish.badFrames ? Json(*finish.badFrames) : Json(nullptr);
-}
-
-Json PathsJson(const std::vector<std::wstring>& paths) {
-    Json json = Json::array();
-    for (const std::wstring& path : paths) json.push_back(ToUtf8(path));
-    return json;
-}
-
-/// File names may hold bytes that are no UTF-8; JSON can't.
-std::string Dump(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+void WriteOutputs(JsonText& json, const FinishRecord& finish) {
+    json.Key("outputs");
+    json.BeginObject();
+    if (finish.csvPath.empty())
+        WriteNull(json, "csv");
+    else
+        Write(json, "csv", finish.csvPath);
+    WriteTexts(json, "visualization", finish.visualizationPaths);
+    WriteTexts(json, "bad_frames", finish.badFramePaths);
+    json.EndObject();
 }
 
 std::string ComponentLetters(const std::vector<int>& components) {
@@ -149,29 +176,37 @@ std::string TextReport(const RunReport& report) {
 
 std::string JsonReport(const RunReport& report) {
     const FinishRecord& finish = report.finish;
-    Json results = Json::array();
-    for (const int id : finish.results->GetResultIds()) results.push_back(ResultJson(*finish.results, id));
-    Json log = Json::array();
-    for (const std::wstring& line : report.logLines) log.push_back(ToUtf8(line));
-
-    return Dump(
-        {{"program", "Tolvane"},
-         {"version", ProgramVersion()},
-         {"width", report.run.width},
-         {"height", report.run.height},
-         {"length", report.run.length},
-         {"matrix", report.run.yuvTable == 0 ? "REC.601" : "PC.601"},
-         {"inputs", InputsJson(report.run)},
-         {"masked_pixels", MaskedPixels(report.run)},
-         {"outcome",
-          {{"measurement", finish.outcome->measurement}, {"visualization", finish.outcome->visualization}}},
-         {"results", results},
-         {"bad_frames", BadFramesJson(finish)},
-         {"outputs",
-          {{"csv", Optional(finish.csvPath)},
-           {"visualization", PathsJson(finish.visualizationPaths)},
-           {"bad_frames", PathsJson(finish.badFramePaths)}}},
-         {"log", log}});
+    const RunParameters& run = report.run;
+    const CResultsStore& store = *finish.results;
+    JsonText json;
+    json.BeginObject();
+    Write(json, "program", "Tolvane");
+    Write(json, "version", ProgramVersion());
+    Write(json, "width", run.width);
+    Write(json, "height", run.height);
+    Write(json, "length", run.length);
+    Write(json, "matrix", run.yuvTable == 0 ? "REC.601" : "PC.601");
+    // What the run measured, as far as it opened: all of one size.
+    WriteArray(json, "inputs", run.openedInputs,
+               [&](const OpenedInput& input) { WriteInput(json, run, input); });
+    if (run.maskOpened)
+        Write(json, "masked_pixels", run.blackMask ? "black" : "bright");
+    else
+        WriteNull(json, "masked_pixels");
+    json.Key("outcome");
+    json.BeginObject();
+    Write(json, "measurement", finish.outcome->measurement);
+    Write(json, "visualization", finish.outcome->visualization);
+    json.EndObject();
+    WriteArray(json, "results", store.GetResultIds(), [&](int id) { WriteResult(json, store, id); });
+    if (finish.badFrames)
+        WriteArray(json, "bad_frames", *finish.badFrames, [&](int frame) { json.Integer(frame); });
+    else
+        WriteNull(json, "bad_frames");
+    WriteOutputs(json, finish);
+    WriteTexts(json, "log", report.logLines);
+    json.EndObject();
+    return json.Take();
 }
 
 std::string MetricListText() {
@@ -192,22 +227,24 @@ std::string MetricListText() {
 
 std::string MetricListJson() {
     const Metric::CMetricList& metrics = Metric::GetMetricList();
-    Json list = Json::array();
+    JsonText json;
+    json.BeginArray();
     for (int i = 0; i < metrics.GetCount(); ++i) {
         const Metric::MetricInfo& info = metrics.Info(i);
-        Json components = Json::array();
-        for (const int component : info.components)
-            components.push_back(ToUtf8(Metric::ComponentName(component)));
-        list.push_back({{"index", i},
-                        {"id", ToUtf8(info.id)},
-                        {"name", ToUtf8(info.name)},
-                        {"components", components},
-                        {"inputs", info.inputCountPlain},
-                        {"inputs_visual", info.inputCountVisual},
-                        {"unit", ToUtf8(info.unit)},
-                        {"higher_is_better", info.higherIsBetter},
-                        {"configurable", info.configurable},
-                        {"default_settings", ToUtf8(info.defaultSettings)}});
+        json.BeginObject();
+        Write(json, "index", i);
+        Write(json, "id", info.id);
+        Write(json, "name", info.name);
+        WriteArray(json, "components", info.components,
+                   [&](int component) { json.String(ToUtf8(Metric::ComponentName(component))); });
+        Write(json, "inputs", info.inputCountPlain);
+        Write(json, "inputs_visual", info.inputCountVisual);
+        Write(json, "unit", info.unit);
+        Write(json, "higher_is_better", info.higherIsBetter);
+        Write(json, "configurable", info.configurable);
+        Write(json, "default_settings", info.defaultSettings);
+        json.EndObject();
     }
-    return Dump(list);
+    json.EndArray();
+    return json.Take();
 }

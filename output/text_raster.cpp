@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <new>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -25,6 +26,12 @@ using FacePtr = std::unique_ptr<std::remove_pointer_t<FT_Face>, DoneFace>;
 
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 constexpr FT_Fixed kNatural = 1 << 16;  // the share of its own width that a character gets
+
+/// Whether the library could do something. Without memory a text would lack characters and say something else.
+bool Succeeds(FT_Error error) {
+    if (error == FT_Err_Out_Of_Memory) throw std::bad_alloc();
+    return error == 0;
+}
 
 /// A character as it is drawn.
 struct Glyph {
@@ -69,16 +76,19 @@ class TextRaster::Font {
 public:
     Font() {
         FT_Library opened = nullptr;
-        if (FT_Init_FreeType(&opened) == 0) library.reset(opened);
+        if (FT_Init_FreeType(&opened) != 0)
+            throw std::bad_alloc();  // the library knows no better name for it
+        library.reset(opened);
         if (!list.IsEmpty()) FaceAt(0);
     }
 
     bool IsUsable() const { return !faces.empty() && faces.begin()->second != nullptr; }
 
     const Glyph& GlyphOf(char32_t character, FT_Fixed share) {
-        const auto [found, isNew] = glyphs.try_emplace({character, share});
-        if (isNew) found->second = Render(character, share);
-        return found->second;
+        const std::pair key(character, share);
+        const auto found = glyphs.find(key);
+        return found != glyphs.end() ? found->second
+                                     : glyphs.emplace(key, Render(character, share)).first->second;
     }
 
     /// The share of their widths that characters get so that the text fits.
@@ -101,7 +111,7 @@ private:
         if (face == nullptr) return {};
         FT_Matrix squeeze = {share, 0, 0, kNatural};
         FT_Set_Transform(face, &squeeze, nullptr);
-        if (FT_Load_Char(face, character, FT_LOAD_RENDER | FT_LOAD_NO_BITMAP) != 0) return {};
+        if (!Succeeds(FT_Load_Char(face, character, FT_LOAD_RENDER | FT_LOAD_NO_BITMAP))) return {};
 
         const FT_GlyphSlot slot = face->glyph;
         Glyph glyph;
@@ -121,18 +131,18 @@ private:
 
     /// Null for a font that can't be opened.
     FT_Face FaceAt(int font) {
-        const auto [found, isNew] = faces.try_emplace(font);
-        if (isNew && library != nullptr) found->second = Open(list.FileOf(font));
-        return found->second.get();
+        const auto found = faces.find(font);
+        if (found != faces.end()) return found->second.get();
+        return faces.emplace(font, Open(list.FileOf(font))).first->second.get();
     }
 
     FacePtr Open(const FontList::File& file) const {
         FT_Face opened = nullptr;
-        if (FT_New_Face(library.get(), file.path.c_str(), file.face, &opened) != 0) return nullptr;
+        if (!Succeeds(FT_New_Face(library.get(), file.path.c_str(), file.face, &opened))) return nullptr;
         FacePtr face(opened);
         // From the top of the highest letter to the foot of the lowest a line's height, whatever the design.
         FT_Size_RequestRec size = {FT_SIZE_REQUEST_TYPE_REAL_DIM, 0, kLineHeight * 64, 0, 0};
-        return FT_Request_Size(opened, &size) == 0 ? std::move(face) : nullptr;
+        return Succeeds(FT_Request_Size(opened, &size)) ? std::move(face) : nullptr;
     }
 
     /// Of the line, from its top: that of the first font, which the others stand on too.

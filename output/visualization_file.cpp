@@ -1,6 +1,7 @@
 #include "output/visualization_file.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -65,11 +66,15 @@ bool CVisualizationFile::Open() {
 bool CVisualizationFile::WriteFrame(rkVideoImage& picture, int frame,
                                     const std::vector<Metric::MetricValue>& values,
                                     const CResultsStore& store) {
-    if (!picture.FlipVertical()) return false;
-    DrawCaption(raster, Bitmap24::BottomUp(picture), settings.caption,
-                {.frame = frame, .values = values, .store = store, .metrics = metrics});
-    if (!rkIsBmpName(path)) return video.WriteImage(picture);
-    const bool isWritten = ReplacePicture(path, picture);
-    hasFile |= isWritten;
-    return isWritten;
+    try {
+        if (!picture.FlipVertical()) return false;
+        DrawCaption(raster, Bitmap24::BottomUp(picture), settings.caption,
+                    {.frame = frame, .values = values, .store = store, .metrics = metrics});
+        if (!rkIsBmpName(path)) return video.WriteImage(picture);
+        const bool isWritten = ReplacePicture(path, picture);
+        hasFile |= isWritten;
+        return isWritten;
+    } catch (const std::bad_alloc&) {  // a picture less is no reason to lose values
+        return false;
+    }
 }

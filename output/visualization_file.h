@@ -14,7 +14,7 @@
 /// metric's files is a bitmap, a bitmap of the last frame. A caption is painted over each picture.
 ///
 /// Legal order: `Open`, `WriteFrame` for each frame, `Close`. One thread at a time, not always the same one; several
-/// files are written side by side. Throws std::bad_alloc only.
+/// files are written side by side. Only the constructor and `Open` throw, std::bad_alloc.
 class CVisualizationFile {
 public:
     /// Chooses the path: by the settings, from the metric and the files of `resultIds`, which aren't empty, and with a

@@ -4,13 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
 
 #include "platform/text.h"
+#include "platform/write_all.h"
 
 namespace {
 
@@ -19,16 +19,6 @@ constexpr mode_t kNewFileMode = 0666;
 void CloseDescriptor(int& descriptor) {
     if (descriptor >= 0) close(descriptor);
     descriptor = -1;
-}
-
-bool WriteAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
 }
 
 /// A new file beside `target` under a name that nobody has; its descriptor, or -1.
@@ -89,6 +79,7 @@ bool ReadOnlyFile::Open(const std::wstring& path) {
     descriptor = open(ToUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     struct stat status = {};
     if (descriptor >= 0 && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) Close();
+    firstSize = static_cast<std::uint64_t>(status.st_size);
     return IsOpen();
 }
 
@@ -98,7 +89,8 @@ void ReadOnlyFile::Close() {
 
 std::uint64_t ReadOnlyFile::Size() const {
     struct stat status = {};
-    return IsOpen() && fstat(descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+    if (!IsOpen()) return 0;
+    return fstat(descriptor, &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : firstSize;
 }
 
 std::size_t ReadOnlyFile::ReadAt(std::uint64_t offset, void* buffer, std::size_t bytes) const {

@@ -20,7 +20,7 @@ public:
     void Close();
     bool IsOpen() const { return descriptor >= 0; }
 
-    /// The file's size at this moment; 0 when closed.
+    /// The file's size at this moment, or if that can't be told any more, when it was opened; 0 when closed.
     std::uint64_t Size() const;
 
     /// Reads up to `bytes` bytes from `offset` on, as many as there are; how many that was.
@@ -28,6 +28,7 @@ public:
 
 private:
     int descriptor = -1;
+    std::uint64_t firstSize = 0;
 };
 
 /// A file that only grows: every `Append` goes behind what is there, also what others append meanwhile.

@@ -18,12 +18,6 @@ std::string UserDataDirectory() {
     return home != nullptr && home[0] == '/' ? std::string(home) + "/.local/share/tolvane/" : std::string();
 }
 
-/// Whether packages or the administrator put the program there: root may write there as well, but what a run
-/// leaves would outlive the package.
-bool IsOfSystem(const std::wstring& directory) {
-    return directory.starts_with(L"/usr/");
-}
-
 }  // namespace
 
 std::wstring ProgramPath() {
@@ -42,9 +36,14 @@ std::wstring ProgramDirectory() {
     return error ? std::wstring() : FromUtf8(program.parent_path().native() + "/");
 }
 
+bool IsProgramOfSystem() {
+    return ProgramDirectory().starts_with(L"/usr/");
+}
+
 std::wstring WritableProgramDirectory() {
     const std::wstring own = ProgramDirectory();
-    if (!own.empty() && !IsOfSystem(own) && access(ToUtf8(own).c_str(), W_OK) == 0) return own;
+    // Root may write below /usr as well, but what a run leaves there would outlive the package.
+    if (!own.empty() && !IsProgramOfSystem() && access(ToUtf8(own).c_str(), W_OK) == 0) return own;
     const std::string user = UserDataDirectory();
     return user.empty() ? own : FromUtf8(user);
 }

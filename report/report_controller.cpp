@@ -2,13 +2,14 @@
 
 #include <utility>
 
-#include "report/report_frame.h"
-#include "report/report_graph.h"
-
 namespace Report {
 
-ReportController::ReportController(ReportData reportData, std::function<void()> show)
-    : data(std::move(reportData)), range(data.firstFrame, data.lastFrame), showNumbers(std::move(show)) {}
+ReportController::ReportController(ReportData reportData, std::function<void()> show,
+                                   std::function<void()> redrawPlots)
+    : data(std::move(reportData)),
+      range(data.firstFrame, data.lastFrame),
+      showNumbers(std::move(show)),
+      redraw(std::move(redrawPlots)) {}
 
 void ReportController::SetCurrent(int frame, bool recentre) {
     if (recentre)
@@ -33,18 +34,13 @@ void ReportController::GoToPreviousBadFrame() {
     if (const auto frame = PreviousFrame(*data.badFrames, range.Current())) SetCurrent(*frame, true);
 }
 
-void ReportController::SetGrid(bool on) {
-    for (CReportGraph* view : views) view->SetGrid(on);
-}
-
 void ReportController::NotifyViews() {
     showNumbers();
-    for (CReportGraph* view : views) view->Update(range.VisibleFirst(), range.VisibleLast(), range.Current());
-    if (frameView) frameView->Update(range.VisibleFirst(), range.VisibleLast(), range.Current());
-}
-
-void ReportController::Redraw() {
-    for (CReportGraph* view : views) view->Redraw();
+    const auto update = [this](IReportControllerSubordinate& view) {
+        view.Update(range.VisibleFirst(), range.VisibleLast(), range.Current());
+    };
+    for (IReportControllerSubordinate* view : views) update(*view);
+    if (frameView) update(*frameView);
 }
 
 }  // namespace Report

@@ -14,7 +14,6 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QShortcut>
-#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -248,18 +247,16 @@ void CReportFrame::resizeEvent(QResizeEvent* event) {
 }
 
 void CReportFrame::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || picture->geometry().contains(event->position().toPoint()))
-        return event->ignore();
-    if (windowHandle() && windowHandle()->startSystemMove()) return;
-    windowDrag = event->globalPosition().toPoint() - frameGeometry().topLeft();
+    if (picture->geometry().contains(event->position().toPoint())) return event->ignore();
+    windowDrag.Press(*this, *event);
 }
 
 void CReportFrame::mouseMoveEvent(QMouseEvent* event) {
-    if (windowDrag) move(event->globalPosition().toPoint() - *windowDrag);
+    windowDrag.Move(*this, *event);
 }
 
 void CReportFrame::mouseReleaseEvent(QMouseEvent*) {
-    windowDrag.reset();
+    windowDrag.Release();
 }
 
 }  // namespace Report

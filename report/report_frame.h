@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/qt/window_drag.h"
 #include "report/picture_reader.h"
 #include "report/report_controller_subordinate.h"
 #include "report/rules/child_layout.h"
@@ -82,7 +83,7 @@ private:
     OddPixels oddPixels;
     std::vector<std::pair<QWidget*, PlacedChild>> children;
 
-    std::optional<QPoint> windowDrag;  // of the pointer, from the window's corner
+    WindowDrag windowDrag;
     std::optional<WaitCursor> wait;
 };
 

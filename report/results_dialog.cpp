@@ -49,7 +49,13 @@ Button* MakeButton(IconName icon, const char* text, const char* name, const char
 }  // namespace
 
 ResultsDialog::ResultsDialog(const ReportParameters& given, QWidget* parent)
-    : QDialog(parent), parameters(given), controller(GatherData(given), [this] { ShowNumbers(); }) {
+    : QDialog(parent),
+      parameters(given),
+      controller(
+          GatherData(given), [this] { ShowNumbers(); },
+          [this] {
+              for (CReportGraph* plot : Plots()) plot->Redraw();
+          }) {
     setWindowTitle(QStringLiteral("Tolvane - Results visualization"));
 
     auto* column = new QVBoxLayout;
@@ -79,7 +85,7 @@ ResultsDialog::ResultsDialog(const ReportParameters& given, QWidget* parent)
     grid->setColumnStretch(0, 1);
     grid->setRowStretch(0, 1);
 
-    for (CReportGraph* plot : {overview, detail}) controller.AddView(*plot);
+    for (CReportGraph* plot : Plots()) controller.AddView(*plot);
     ConnectControls();
     RegisterKeys();
     FitToScreen();
@@ -88,8 +94,12 @@ ResultsDialog::ResultsDialog(const ReportParameters& given, QWidget* parent)
 }
 
 ResultsDialog::~ResultsDialog() {
-    delete controller.FrameView();  // it asks the controller, which goes before the children
+    delete frameView;  // it asks the controller, which goes before the children
     KeyFilter::OfApplication().Remove(this);
+}
+
+CReportFrame* ResultsDialog::FrameView() const {
+    return frameView;
 }
 
 QWidget* ResultsDialog::MakeSheet() {
@@ -192,7 +202,7 @@ void ResultsDialog::ConnectControls() {
             [this] { Act(&ReportController::GoToPreviousBadFrame); });
     connect(nextBad, &IconButton::clicked, this, [this] { Act(&ReportController::GoToNextBadFrame); });
     connect(showGrid, &QCheckBox::toggled, this, [this](bool on) {
-        controller.SetGrid(on);
+        for (CReportGraph* plot : Plots()) plot->SetGrid(on);
         controller.Redraw();
     });
     connect(copy, &QPushButton::clicked, detail, [this] { detail->CopyToClipboard(); });
@@ -228,7 +238,7 @@ void ResultsDialog::ShowNumbers() {
         slider->setValue(range.Current());
     }
     for (int file = 0; file < kFileCount; ++file) {
-        const auto [has, value] = controller.Views().front()->ValueAt(file, range.Current());
+        const auto [has, value] = overview->ValueAt(file, range.Current());
         if (has) values.at(static_cast<std::size_t>(file))->setText(ToQString(ValueText(value)));
     }
     frameCount->setText(ToQString(FrameCountText(range.Width() + 1)));
@@ -250,7 +260,10 @@ void ResultsDialog::Widen(int frames) {
 }
 
 void ResultsDialog::ShowFrames() {
-    if (!controller.FrameView()) controller.SetFrameView(new CReportFrame(controller, parameters, this));
+    if (!frameView) {
+        frameView = new CReportFrame(controller, parameters, this);
+        controller.SetFrameView(frameView);
+    }
     activateWindow();
 }
 

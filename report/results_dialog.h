@@ -4,6 +4,7 @@
 #include "report/rules/report_parameters.h"
 
 #include <QDialog>
+#include <QPointer>
 
 #include <array>
 
@@ -17,6 +18,7 @@ class ValueField;
 
 namespace Report {
 
+class CReportFrame;
 class CReportGraph;
 class HoldButton;
 
@@ -30,6 +32,10 @@ public:
     ~ResultsDialog() override;
 
     ReportController& Controller() { return controller; }
+    /// The overview comes first.
+    std::array<CReportGraph*, 2> Plots() const { return {overview, detail}; }
+    /// The window with the frames while it is open, otherwise null.
+    CReportFrame* FrameView() const;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -55,6 +61,7 @@ private:
     ReportController controller;
     CReportGraph* overview = nullptr;
     CReportGraph* detail = nullptr;
+    QPointer<CReportFrame> frameView;
     std::array<ValueField*, 3> values{};
     PlainLabel* frameCount = nullptr;
     QSlider* slider = nullptr;

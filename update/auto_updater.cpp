@@ -7,6 +7,7 @@
 #include "update/install.h"
 #include "update/staging.h"
 #include "update/staging_format.h"
+#include "update/version.h"
 
 #include <filesystem>
 #include <system_error>
@@ -72,8 +73,10 @@ std::string CAutoUpdater::ProgramDirectory() const {
     return path.substr(0, path.rfind('/') + 1);
 }
 
-std::wstring CAutoUpdater::SetAsidePath() const {
-    return FromUtf8(ProgramDirectory() + kSetAside);
+std::wstring CAutoUpdater::FailedDownloadPath() const {
+    const FileTree program(ProgramDirectory(), settings.fileHook);
+    const bool isSetAside = program.Look(kStaging).kind == FileTree::Kind::Missing;
+    return FromUtf8(ProgramDirectory() + (isSetAside ? kSetAside : kStaging));
 }
 
 /// Takes as much as `maxBytes`; `TooLong` if there is more.

@@ -4,7 +4,6 @@
 #include "platform/http/network_state.h"
 #include "update/file_tree.h"
 #include "update/update_list.h"
-#include "update/version.h"
 
 #include <atomic>
 #include <cstdint>
@@ -71,8 +70,8 @@ public:
 
     /// The running program's file, as it was named when the updater was made: the one to start after an install.
     std::wstring OwnPath() const { return settings.programPath; }
-    /// Where a download lies that couldn't be installed.
-    std::wstring SetAsidePath() const;
+    /// Where a download lies that couldn't be installed: set aside, or, if that was impossible, where it was.
+    std::wstring FailedDownloadPath() const;
 
     /// Ends what goes on on the network, and all that would come. For the end of the program.
     void Cancel() { session.Cancel(); }

@@ -1,5 +1,7 @@
 #include "update/file_tree.h"
 
+#include "platform/write_all.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -77,13 +79,8 @@ Descriptor::~Descriptor() {
 }
 
 bool NewFile::Write(std::string_view bytes) {
-    hasFailed = hasFailed || !IsOpen() || (*hook && (*hook)("write", name) != 0);
-    while (!hasFailed && !bytes.empty()) {
-        const ssize_t written = write(file.Number(), bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        hasFailed = written <= 0;
-        if (!hasFailed) bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    hasFailed =
+        hasFailed || !IsOpen() || (*hook && (*hook)("write", name) != 0) || !WriteAll(file.Number(), bytes);
     return !hasFailed;
 }
 

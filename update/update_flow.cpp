@@ -4,9 +4,8 @@ namespace {
 
 constexpr const wchar_t* kAvailableTitle = L"Update is available";
 constexpr const wchar_t* kAvailableText =
-    L"An update of Tolvane is now available. Do you want to download update now? (It will be downloaded in "
-    L"the "
-    L"background)";
+    L"An update of Tolvane is now available. Do you want to download update now? "
+    L"(It will be downloaded in the background)";
 constexpr const wchar_t* kCompleteTitle = L"Download completed";
 constexpr const wchar_t* kCompleteText = L"Download complete! Restart Tolvane now?";
 constexpr const wchar_t* kErrorTitle = L"Download error";
@@ -75,8 +74,8 @@ StartAction InstallAtStart(CAutoUpdater& updater) {
 
 UpdateMessage InstallFailure(const CAutoUpdater& updater) {
     return {L"Update error",
-            L"The downloaded update could not be installed. Check for administrator rights and free space on "
-            L"disk, then "
-            L"download it again. Its files are in \"" +
-                updater.SetAsidePath() + L"\"."};
+            L"The downloaded update could not be installed. "
+            L"Check for administrator rights and free space on disk, then download it again. "
+            L"Its files are in \"" +
+                updater.FailedDownloadPath() + L"\"."};
 }

@@ -4,7 +4,6 @@
 #include "update/staging_format.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 namespace {

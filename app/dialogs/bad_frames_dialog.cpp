@@ -1,13 +1,12 @@
 #include "app/dialogs/bad_frames_dialog.h"
 
 #include "app/dialogs/controls.h"
-#include "app/dialogs/form_grid.h"
 #include "platform/qt/dialog_buttons.h"
+#include "platform/qt/form_grid.h"
 #include "platform/qt/help.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/path_field.h"
 #include "platform/qt/value_slider.h"
-#include "platform/qt/wide_text.h"
 
 #include <QDialogButtonBox>
 #include <QGroupBox>

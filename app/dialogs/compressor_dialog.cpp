@@ -1,8 +1,8 @@
 #include "app/dialogs/compressor_dialog.h"
 
 #include "app/dialogs/controls.h"
-#include "app/dialogs/form_grid.h"
 #include "platform/qt/dialog_buttons.h"
+#include "platform/qt/form_grid.h"
 #include "platform/qt/help.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/value_slider.h"

@@ -2,8 +2,8 @@
 
 #include "app/dialogs/controls.h"
 #include "app/dialogs/file_kinds.h"
-#include "app/dialogs/form_grid.h"
 #include "platform/qt/dialog_buttons.h"
+#include "platform/qt/form_grid.h"
 #include "platform/qt/help.h"
 #include "platform/qt/layout_grid.h"
 #include "platform/qt/path_field.h"

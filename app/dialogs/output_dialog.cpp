@@ -2,7 +2,7 @@
 
 #include "app/dialogs/controls.h"
 #include "platform/qt/dialog_buttons.h"
-#include "platform/qt/form_group.h"
+#include "platform/qt/form_grid.h"
 #include "platform/qt/help.h"
 #include "platform/qt/label_column.h"
 #include "platform/qt/layout_grid.h"
@@ -13,6 +13,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -88,13 +89,14 @@ QWidget* OutputDialog::MakeCsvGroup(LabelColumn& labels) {
     decimalDelimiter = MakeList(kDecimalDelimiters, form.decimalDelimiter);
     unicode = MakeBox(tr("C&reate CSV in unicode"), form.unicode);
 
-    auto* group = new FormGroup(tr("CSV Settings"), labels);
-    group->AddRow(tr("&Output dir:"), csvDir, MakeBrowse(tr("&Browse"), tr("Browse, CSV files"), *csvDir));
-    group->AddRow(tr("&Name generation:"), csvNaming);
-    customNameLabel = group->AddRow(tr("C&ustom name:"), customName);
-    group->AddRow(tr("CSV &Type:"), csvType);
-    group->AddRow(tr("&Floating point delimiter:"), decimalDelimiter);
-    group->AddField(unicode);
+    auto* group = new QGroupBox(tr("CSV Settings"));
+    auto* rows = new FormGrid(group, &labels);
+    rows->AddRow(tr("&Output dir:"), csvDir, MakeBrowse(tr("&Browse"), tr("Browse, CSV files"), *csvDir));
+    rows->AddRow(tr("&Name generation:"), csvNaming);
+    customNameLabel = rows->AddRow(tr("C&ustom name:"), customName);
+    rows->AddRow(tr("CSV &Type:"), csvType);
+    rows->AddRow(tr("&Floating point delimiter:"), decimalDelimiter);
+    rows->AddField(unicode);
     SetGroupAvailable(*group, form.whyCsvDisabled);
     return group;
 }
@@ -109,14 +111,15 @@ QWidget* OutputDialog::MakeVisualizationGroup(LabelColumn& labels) {
     auto* choose = new QPushButton(tr("&Choose compression"));
     connect(choose, &QPushButton::clicked, this, &OutputDialog::ChooseCompressor);
 
-    auto* group = new FormGroup(tr("Visualization settings"), labels);
-    group->AddRow(tr("Name &generation:"), visualizationNaming);
-    group->AddRow(tr("Output &dir:"), visualizationDir,
-                  MakeBrowse(tr("Bro&wse"), tr("Browse, visualization files"), *visualizationDir));
+    auto* group = new QGroupBox(tr("Visualization settings"));
+    auto* rows = new FormGrid(group, &labels);
+    rows->AddRow(tr("Name &generation:"), visualizationNaming);
+    rows->AddRow(tr("Output &dir:"), visualizationDir,
+                 MakeBrowse(tr("Bro&wse"), tr("Browse, visualization files"), *visualizationDir));
     auto* row = new QHBoxLayout;
     row->addWidget(compressor, 1);
     row->addWidget(choose);
-    group->AddField(row);
+    rows->AddField(row);
     SetGroupAvailable(*group, form.whyVisualizationDisabled);
     return group;
 }
@@ -126,14 +129,15 @@ QWidget* OutputDialog::MakeCaptionGroup(LabelColumn& labels) {
     printFrameNumber = MakeBox(tr("Print fra&me number"), form.printFrameNumber);
     printMetricValue = MakeBox(tr("Print metric &value"), form.printMetricValue);
 
-    auto* group = new FormGroup(tr("Caption settings"), labels);
-    group->AddRow(tr("&Position:"), captionPosition);
+    auto* group = new QGroupBox(tr("Caption settings"));
+    auto* rows = new FormGrid(group, &labels);
+    rows->AddRow(tr("&Position:"), captionPosition);
     auto* boxes = new QHBoxLayout;
     boxes->setSpacing(kRadioSpacing);
     boxes->addWidget(printFrameNumber);
     boxes->addWidget(printMetricValue);
     boxes->addStretch(1);
-    group->AddField(boxes);
+    rows->AddField(boxes);
     SetGroupAvailable(*group, form.whyVisualizationDisabled);
     return group;
 }

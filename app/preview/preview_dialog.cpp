@@ -15,7 +15,6 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
-#include <QWindow>
 
 #include <algorithm>
 #include <cmath>
@@ -229,17 +228,15 @@ void PreviewDialog::changeEvent(QEvent* event) {
 }
 
 void PreviewDialog::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) return event->ignore();
-    if (windowHandle() && windowHandle()->startSystemMove()) return;
-    windowDrag = event->globalPosition().toPoint() - frameGeometry().topLeft();
+    windowDrag.Press(*this, *event);
 }
 
 void PreviewDialog::mouseMoveEvent(QMouseEvent* event) {
-    if (windowDrag) move(event->globalPosition().toPoint() - *windowDrag);
+    windowDrag.Move(*this, *event);
 }
 
 void PreviewDialog::mouseReleaseEvent(QMouseEvent*) {
-    windowDrag.reset();
+    windowDrag.Release();
 }
 
 void ShowPreview(QWidget* parent, std::unique_ptr<rkIVideoSource> source, int yuvTable) {

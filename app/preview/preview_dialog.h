@@ -1,11 +1,11 @@
 #pragma once
 
 #include "app/rules/preview_layout.h"
+#include "platform/qt/window_drag.h"
 #include "report/picture_reader.h"
 #include "report/wait_cursor.h"
 
 #include <QDialog>
-#include <QPoint>
 
 #include <memory>
 #include <optional>
@@ -60,7 +60,7 @@ private:
     QSlider* frameSlider;
     ValueField* frameNumber;
 
-    std::optional<QPoint> windowDrag;  // of the pointer, from the window's corner
+    WindowDrag windowDrag;
     std::optional<Report::WaitCursor> wait;
     std::unique_ptr<Report::PictureReader> reader;
 };

@@ -10,7 +10,7 @@
 #include "app/preview/preview_dialog.h"
 #include "app/rules/job_edits.h"
 #include "app/rules/metric_choice.h"
-#include "app/rules/readiness.h"
+#include "app/rules/run_start.h"
 #include "app/shell/contact.h"
 #include "app/shell/file_step.h"
 #include "app/shell/metric_step.h"

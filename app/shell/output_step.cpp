@@ -1,7 +1,5 @@
 #include "app/shell/output_step.h"
 
-#include "platform/qt/layout_grid.h"
-
 #include <QCheckBox>
 #include <QFrame>
 #include <QGridLayout>

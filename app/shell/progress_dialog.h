@@ -4,9 +4,6 @@
 #include "app/shell/run_thread.h"
 
 #include <QDialog>
-#include <QStringList>
-
-#include <functional>
 
 class LogView;
 class PlainLabel;
@@ -31,9 +28,8 @@ public:
 
     void Show(const std::vector<RunEvent>& events) override;
     void RunFinished(std::unique_ptr<FinishRecord> record) override;
-
-    /// Doesn't wait for the user any more: leaves the run as soon as it is over.
-    void LeaveSoon();
+    void LeaveSoon() override;
+    QWidget* Widget() override { return this; }
 
 public slots:
     void reject() override {}  // Escape

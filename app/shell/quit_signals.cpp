@@ -1,5 +1,7 @@
 #include "app/shell/quit_signals.h"
 
+#include "platform/end_signals.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -8,25 +10,8 @@
 
 namespace {
 
-constexpr int kSignals[] = {SIGHUP, SIGINT, SIGTERM};
-
 // What the handler writes to; the windows' event loop watches the other end.
 int pipeEnds[2] = {-1, -1};
-
-/// A program that is to outlive its terminal is started with this signal ignored.
-bool OutlivesTerminal() {
-    struct sigaction action = {};
-    return sigaction(SIGHUP, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-}
-
-void SetHandlers(void (*handler)(int)) {
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    for (const int number : kSignals)
-        if (number != SIGHUP || !OutlivesTerminal()) sigaction(number, &action, nullptr);
-}
 
 // Runs between any two instructions: it does only what a signal handler may.
 void Note(int) {
@@ -34,7 +19,7 @@ void Note(int) {
     if (write(pipeEnds[1], "", 1) < 0) {
         // The pipe is full: the windows know already.
     }
-    SetHandlers(SIG_DFL);
+    SetEndHandler(SIG_DFL);
     errno = savedError;
 }
 
@@ -51,12 +36,12 @@ QuitSignals::QuitSignals() : notifier(OpenPipe(), QSocketNotifier::Read) {
         char byte;
         if (read(pipeEnds[0], &byte, 1) == 1) emit Received();
     });
-    SetHandlers(Note);
+    SetEndHandler(Note);
 }
 
 QuitSignals::~QuitSignals() {
     if (pipeEnds[0] < 0) return;
-    SetHandlers(SIG_DFL);
+    SetEndHandler(SIG_DFL);
     notifier.setEnabled(false);
     for (int& end : pipeEnds) {
         close(end);

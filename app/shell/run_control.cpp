@@ -1,7 +1,7 @@
 #include "app/shell/run_control.h"
 
 #include "app/rules/run_end.h"
-#include "app/shell/progress_dialog.h"
+#include "app/rules/run_start.h"
 #include "platform/qt/message_box.h"
 #include "platform/text.h"
 #include "report/show_results.h"
@@ -9,17 +9,17 @@
 #include <system_error>
 #include <utility>
 
-RunControl::RunControl(ShellState& shellState, IFileQuestions& fileQuestions, QWidget& window,
+RunControl::RunControl(ShellState& shellState, IFileQuestions& fileQuestions, QWidget& shellWindow,
                        std::function<bool()> save)
-    : state(shellState), questions(fileQuestions), mainWindow(window), saveSettings(std::move(save)) {}
+    : state(shellState), questions(fileQuestions), mainWindow(shellWindow), saveSettings(std::move(save)) {}
 
-bool RunControl::StartRun(ProgressDialog& dialog) {
-    if (!run) return Begin(dialog);
-    AskToStop(dialog);
+bool RunControl::StartRun(IRunWindow& runWindow) {
+    if (!run) return Begin(runWindow);
+    AskToStop(runWindow);
     return true;
 }
 
-bool RunControl::Begin(ProgressDialog& dialog) {
+bool RunControl::Begin(IRunWindow& runWindow) {
     RunStart start = PrepareRun(state, questions);
     emit Changed();
     if (start.refusal)
@@ -28,7 +28,7 @@ bool RunControl::Begin(ProgressDialog& dialog) {
 
     if (!saveSettings()) start.notes.push_back(L"The settings can't be saved.");
     try {
-        run = std::make_unique<RunThread>(state.job, dialog, std::move(start.notes));
+        run = std::make_unique<RunThread>(state.job, runWindow, std::move(start.notes));
         run->Start();
     } catch (const std::system_error& error) {
         run.reset();
@@ -39,14 +39,14 @@ bool RunControl::Begin(ProgressDialog& dialog) {
         ShowMessage(&mainWindow, QMessageBox::Warning, text.title, text.text);
         return false;
     }
-    window = &dialog;
+    window = &runWindow;
     return true;
 }
 
-void RunControl::AskToStop(ProgressDialog& dialog) {
+void RunControl::AskToStop(IRunWindow& runWindow) {
     run->Pause();
     const BoxText question = StopQuestion();
-    if (AskYesNo(&dialog, QMessageBox::Warning, question.title, question.text)) run->Stop();
+    if (AskYesNo(runWindow.Widget(), QMessageBox::Warning, question.title, question.text)) run->Stop();
     run->Resume();
 }
 
@@ -56,7 +56,7 @@ void RunControl::RunEnded() {
 
 void RunControl::FinishRun(std::unique_ptr<FinishRecord> record) {
     run.reset();
-    window.clear();
+    window = nullptr;
     state.phase = RunPhase::Editing;
     if (record && !isAbandoned) {
         LeaveRun(state, *record->outcome);

@@ -1,15 +1,12 @@
 #pragma once
 
-#include "app/rules/run_start.h"
+#include "app/rules/browse.h"
 #include "app/shell/run_thread.h"
 #include "app/shell/wav_player.h"
 
 #include <QObject>
-#include <QPointer>
 
 #include <functional>
-
-class ProgressDialog;
 
 /// Starts, stops and ends the runs of the main dialog.
 class RunControl : public QObject {
@@ -21,9 +18,9 @@ public:
     RunControl(ShellState& state, IFileQuestions& questions, QWidget& mainWindow,
                std::function<bool()> saveSettings);
 
-    /// Starts a run that shows itself in `dialog`; false if it can't be started, which the user is told, or the user
-    /// doesn't want to. While there is a run, asks whether to stop it.
-    bool StartRun(ProgressDialog& dialog);
+    /// Starts a run that shows itself in `runWindow`, which stays until `FinishRun`; false if it can't be started, which the
+    /// user is told, or the user doesn't want to. While there is a run, asks whether to stop it.
+    bool StartRun(IRunWindow& runWindow);
 
     /// The run is over, its results wait to be looked at: plays the sound that the user chose for this.
     void RunEnded();
@@ -40,15 +37,15 @@ signals:
     void Changed();
 
 private:
-    bool Begin(ProgressDialog& dialog);
-    void AskToStop(ProgressDialog& dialog);
+    bool Begin(IRunWindow& runWindow);
+    void AskToStop(IRunWindow& runWindow);
     void ShowResultsOf(const FinishRecord& record);
 
     ShellState& state;
     IFileQuestions& questions;
     QWidget& mainWindow;
     std::function<bool()> saveSettings;
-    QPointer<ProgressDialog> window;
+    IRunWindow* window = nullptr;  // of the run
     std::unique_ptr<RunThread> run;
     WavPlayer player;
     bool isAbandoned = false;

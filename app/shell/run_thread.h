@@ -10,13 +10,19 @@
 #include <atomic>
 #include <thread>
 
+class QWidget;
+
 /// The window of a run. Called on the thread of the windows.
 class IRunWindow {
 public:
+    /// The window itself, which questions about the run stand over.
+    virtual QWidget* Widget() = 0;
     /// What has come in since the last call, in order.
     virtual void Show(const std::vector<RunEvent>& events) = 0;
     /// The last call; everything else was shown before. The worker waits until it returns.
     virtual void RunFinished(std::unique_ptr<FinishRecord> record) = 0;
+    /// Doesn't wait for the user any more: leaves the run as soon as it is over.
+    virtual void LeaveSoon() = 0;
     virtual ~IRunWindow() = default;
 };
 

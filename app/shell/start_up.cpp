@@ -73,7 +73,7 @@ bool RunWindows(CAutoUpdater& updater, const std::string& updateServer) {
                                           startsAnew = true;
                                           end();
                                       }});
-    update.Start(updateServer);
+    if (!IsProgramOfSystem()) update.Start(updateServer);
 
     if (IsFeedbackDue(state)) AskForFeedback();
     if (!window.HasEnded()) window.show();

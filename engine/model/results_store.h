@@ -31,7 +31,9 @@ struct ResultRecord {
 /// locked: one thread at a time. Readings of an id that isn't there are false or empty.
 class CResultsStore {
 public:
-    void SetResultRecord(int resultId, const ResultRecord& record) { records[resultId] = record; }
+    void SetResultRecord(int resultId, const ResultRecord& record) {
+        records.insert_or_assign(resultId, record);  // whole or, without memory, not at all
+    }
     void AddValue(int resultId, int frame, float value);
     void SetAverage(int resultId, float value) { averages[resultId] = value; }
 

@@ -74,6 +74,7 @@ private:
             file = boost::make_shared<CVisualizationFile>(run.visualization, resultIds, store,
                                                           state.takenPaths, metrics);
         } catch (const std::bad_alloc&) {
+            LogLine(run, L"Not enough memory for a visualization file.");
             outcome.visualization = CompletionPartial;
             return nullptr;
         }

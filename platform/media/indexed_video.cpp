@@ -113,6 +113,7 @@ bool IndexedVideo::BeginRun(int start) {
     isFalseStart = false;
     held.clear();
     isCareful = start < carefulUntil;
+    if (!file.HasStream() && !file.Rewind()) return false;  // a file that was away may be back
     const auto mode = isCareful ? NumberedDecoder::Mode::Careful : NumberedDecoder::Mode::Swift;
     if (!decoder.Start(file.Stream(), file.CodecParameters(), index.ReorderDepth(), mode)) return false;
     if (!reader->GoTo(start)) return false;

@@ -45,7 +45,10 @@ struct MediaFile::ByteReader {
         auto& reader = *static_cast<ByteReader*>(self);
         const std::size_t count = reader.file.ReadAt(reader.position, buffer, static_cast<std::size_t>(size));
         reader.position += count;
-        return count == 0 ? AVERROR_EOF : static_cast<int>(count);
+        if (count > 0) return static_cast<int>(count);
+        if (reader.position >= reader.file.Size()) return AVERROR_EOF;
+        reader.hasFailed = true;
+        return AVERROR(EIO);
     }
 
     static std::int64_t SeekTo(void* self, std::int64_t offset, int origin) {
@@ -63,6 +66,7 @@ struct MediaFile::ByteReader {
 
     const ReadOnlyFile& file;
     std::uint64_t position = 0;
+    bool hasFailed = false;  ///< the file has kept back bytes that it holds
     AVIOContext* context = nullptr;
 };
 
@@ -161,6 +165,8 @@ bool MediaFile::ReadStreamPacket(AVPacket& packet) {
         const int error = av_read_frame(input.get(), &packet);
         if (error == AVERROR(EAGAIN)) {
             ++retries;
+        } else if (error == AVERROR(ENOMEM)) {
+            throw std::bad_alloc();
         } else if (error < 0) {
             endsEarly = complaints.Take() || error != AVERROR_EOF;
             return false;
@@ -173,6 +179,10 @@ bool MediaFile::ReadStreamPacket(AVPacket& packet) {
     return false;
 }
 
+bool MediaFile::HasReadError() const {
+    return bytes != nullptr && bytes->hasFailed;
+}
+
 bool MediaFile::Seek(std::int64_t time) {
     if (input == nullptr) return false;
     if (unpacking != nullptr) av_bsf_flush(unpacking.get());
@@ -181,5 +191,7 @@ bool MediaFile::Seek(std::int64_t time) {
 
 bool MediaFile::Rewind() {
     // Opening anew is the one way that all containers have, with exactly the same packets.
-    return OpenInput().empty();
+    const bool isOpen = OpenInput().empty();
+    if (!isOpen) input.reset();
+    return isOpen;
 }

@@ -38,12 +38,17 @@ public:
     bool ReadPacket(AVPacket& packet);
     /// Whether the last `ReadPacket` that answered false met something else than the container's own end.
     bool EndsEarly() const { return endsEarly; }
+    /// Whether the file has bytes that couldn't be read, as on a broken disk. What was read of it isn't all that it holds.
+    bool HasReadError() const;
 
     /// Goes to a packet near this time of the stream's clock, at or before it if the container can; the next
     /// `ReadPacket` tells where that was. False if it can't go anywhere.
     bool Seek(std::int64_t time);
-    /// Goes to the first packet: everything comes as after `Open`.
+    /// Goes to the first packet: everything comes as after `Open`. False if the file can't be read any more; then
+    /// nothing but another `Rewind` leads anywhere.
     bool Rewind();
+    /// False behind a `Rewind` that failed: there is no stream.
+    bool HasStream() const { return input != nullptr; }
 
 private:
     struct ByteReader;

@@ -27,6 +27,7 @@ int ReorderDepthOf(const std::vector<int>& displayOrder) {
 
 std::string PacketIndex::Build(MediaFile& file) {
     if (!ReadPackets(file)) return "the video stream has too many packets";
+    if (file.HasReadError()) return "the file can't be read to its end";
     if (packets.empty()) return "the video stream is empty";
     const auto count = [this](auto has) { return std::count_if(packets.begin(), packets.end(), has); };
     if (count([](const auto& packet) { return packet.isKey; }) == 0)

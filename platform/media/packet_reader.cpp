@@ -1,7 +1,5 @@
 #include "platform/media/packet_reader.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr int kNearPackets = 100;  // so many are read sooner than sought

@@ -1,7 +1,6 @@
 #include "platform/media/picture_format.h"
 
 #include <initializer_list>
-#include <vector>
 
 namespace {
 

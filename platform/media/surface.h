@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 
 /// The three memory forms in which decoded pictures are handed over, all 8-bit: luma and chroma in video range (16 to
 /// 235 and 240), RGB in the whole range.

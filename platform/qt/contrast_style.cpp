@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include <utility>
+
 namespace {
 
 constexpr int kFieldTextMargin = 3;
@@ -100,7 +102,8 @@ bool IsPopupOfComboBox(const QWidget* widget) {
 
 }  // namespace
 
-ContrastStyle::ContrastStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+ContrastStyle::ContrastStyle(std::optional<QPalette> windowColors)
+    : QProxyStyle(QStringLiteral("Fusion")), colors(std::move(windowColors)) {}
 
 void ContrastStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                   const QWidget* widget) const {
@@ -179,6 +182,11 @@ void ContrastStyle::polish(QWidget* widget) {
     if (auto* field = qobject_cast<QLineEdit*>(widget)) {
         field->setTextMargins(kFieldTextMargin, 0, kFieldTextMargin, 0);
     }
+}
+
+void ContrastStyle::polish(QPalette& palette) {
+    QProxyStyle::polish(palette);
+    if (colors) palette = *colors;
 }
 
 void ContrastStyle::unpolish(QWidget* widget) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QPalette>
 #include <QProxyStyle>
+
+#include <optional>
 
 /// Fusion with the contrast that it lacks, above all on dark ground: check boxes and radio buttons get an outline and are
 /// filled when on, fields and lists get that outline too, group titles are bold. Margins and spacing of layouts are those of
@@ -9,7 +12,8 @@ class ContrastStyle : public QProxyStyle {
     Q_OBJECT
 
 public:
-    ContrastStyle();
+    /// Windows are painted in `colors`; without them in Fusion's.
+    explicit ContrastStyle(std::optional<QPalette> colors);
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
@@ -21,7 +25,11 @@ public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override;
     void polish(QWidget* widget) override;
+    void polish(QPalette& palette) override;
     void unpolish(QWidget* widget) override;
     using QProxyStyle::polish;
     using QProxyStyle::unpolish;
+
+private:
+    std::optional<QPalette> colors;
 };

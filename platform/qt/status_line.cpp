@@ -10,12 +10,10 @@
 /// Paints the icon anew each time, as a label would keep a picture in the colours of an earlier palette.
 class StatusLine::Sign : public QWidget {
 public:
-    void Show(Status newStatus) {
-        status = newStatus;
+    void Show(Status status) {
         icon = StatusIcon(status);
         update();
     }
-    Status Shown() const { return status; }
 
     QSize sizeHint() const override {
         const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
@@ -29,7 +27,6 @@ protected:
     }
 
 private:
-    Status status = Status::Neutral;
     QIcon icon;
 };
 
@@ -49,10 +46,6 @@ StatusLine::StatusLine(QWidget* parent)
 void StatusLine::Show(Status status, const QString& text) {
     sign->Show(status);
     words->setText(text);
-}
-
-Status StatusLine::ShownStatus() const {
-    return sign->Shown();
 }
 
 QString StatusLine::Text() const {

@@ -15,7 +15,6 @@ public:
     explicit StatusLine(QWidget* parent = nullptr);
 
     void Show(Status status, const QString& text);
-    Status ShownStatus() const;
     QString Text() const;
 
 private:

@@ -9,6 +9,8 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include <optional>
+
 void InstallTheme(QApplication& application) {
     application.setWindowIcon(ProgramIcon());
 
@@ -17,11 +19,10 @@ void InstallTheme(QApplication& application) {
     const QStyle& given = *QApplication::style();
     if (given.name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) != 0) return;
 
-    const bool hasColors = QApplication::palette() != given.standardPalette();
-    QApplication::setStyle(new ContrastStyle);  // the application owns it
-    if (hasColors) return;
-
-    const QPalette palette = SchemePalette(DesktopColorScheme());
-    QApplication::setPalette(palette);
-    QToolTip::setPalette(palette);
+    std::optional<QPalette> colors;
+    if (QApplication::palette() == given.standardPalette()) colors = SchemePalette(DesktopColorScheme());
+    // Not by QApplication::setPalette: each widget would have a copy of it, and Fusion, which draws a control once for
+    // each palette, would draw it for every widget and keep that.
+    QApplication::setStyle(new ContrastStyle(colors));  // the application owns it
+    if (colors) QToolTip::setPalette(*colors);
 }

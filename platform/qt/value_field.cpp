@@ -1,7 +1,5 @@
 #include "platform/qt/value_field.h"
 
-#include <QStyleOptionFrame>
-
 ValueField::ValueField(int digits, QWidget* parent) : QLineEdit(parent), digits(digits) {
     setReadOnly(true);
     setAlignment(Qt::AlignRight);

@@ -1,8 +1,15 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <span>
+#include <string>
 
-#include "platform/vfw/avi_file.h"
+#include "platform/vfw/bitmap_format.h"
+#include "platform/vfw/stream_info.h"
+
+class AviStream;
 
 /// What may be asked of a file and of its streams. Each kind of file answers what it can; the rest fails.
 class AviFile {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 
 #include "platform/byte_order.h"
 #include "platform/vfw/avi_format.h"
@@ -27,14 +28,12 @@ bool AviWriter::Write(std::span<const std::uint8_t> sample, bool isKey) {
     if (!MakeRoom(sample.size())) return false;
 
     const Entry entry = {end, static_cast<std::uint32_t>(sample.size()), isKey};
-    if (!AppendSample(sample)) {
+    if (!AppendSample(sample) || !List(entry)) {
         failed = true;
         file.CutTo(entry.offset);  // what is there stays a sound file
         end = entry.offset;
         return false;
     }
-    unindexed.push_back(entry);
-    if (IsFirstRiff()) firstRiff.push_back(entry);
     ++header.samples;
     if (IsFirstRiff()) ++header.samplesInFirst;
     header.largestSample = std::max(header.largestSample, entry.bytes);
@@ -56,6 +55,19 @@ bool AviWriter::AppendSample(std::span<const std::uint8_t> sample) {
     StoreLe(header.SampleChunk(), chunk.data());
     StoreLe(static_cast<std::uint32_t>(sample.size()), chunk.data() + 4);
     return Append(chunk) && Append(sample) && (sample.size() % 2 == 0 || Append(kPadding));
+}
+
+/// False without memory: then the sample is in no list.
+bool AviWriter::List(const Entry& entry) {
+    const std::size_t listed = unindexed.size();
+    try {
+        unindexed.push_back(entry);
+        if (IsFirstRiff()) firstRiff.push_back(entry);
+        return true;
+    } catch (const std::bad_alloc&) {
+        unindexed.resize(listed);
+        return false;
+    }
 }
 
 /// Goes on in a new RIFF chunk if this one would grow too large.
@@ -152,7 +164,11 @@ bool AviWriter::Close() {
     if (!file.IsOpen()) return !failed;
     const bool sound = started && !failed;
     failed = false;  // one more try, for what got through
-    const bool completed = started && EndRiff();
+    bool completed = false;
+    try {
+        completed = started && EndRiff();
+    } catch (const std::bad_alloc&) {  // the headers keep to what they told last
+    }
     const bool cut = file.CutTo(end);
     const bool closed = file.Close();
     failed = !(sound && completed && cut && closed);

@@ -13,7 +13,7 @@
 /// Samples go to the file at once, so a full disk fails the very write. Every 1/64 of the file, at first every 16
 /// samples, an index chunk follows and the headers are brought up to date: however the process ends, the samples up to
 /// there can be read. After a failure nothing more is written, and `Close` completes the file with the samples that got
-/// through, as far as the disk lets it.
+/// through, as far as the disk lets it. `Start` and `Write` throw std::bad_alloc.
 class AviWriter {
 public:
     AviWriter() = default;
@@ -42,6 +42,7 @@ private:
     bool IsFirstRiff() const { return riffStart == 0; }
     bool Append(std::span<const std::uint8_t> bytes);
     bool AppendSample(std::span<const std::uint8_t> sample);
+    bool List(const Entry& entry);
     bool MakeRoom(std::size_t sampleBytes);
     bool BringUpToDate();
     bool WriteIndexChunk();

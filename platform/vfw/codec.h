@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/vfw/compressor.h"
+#include "platform/vfw/codec_types.h"
 
 /// What a handle stands for: an encoder or a decoder.
 class Codec {

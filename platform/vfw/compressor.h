@@ -1,11 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/vfw/bitmap_format.h"
+#include "platform/vfw/codec_types.h"
 
 /// Video codecs by their four-character codes: decoders that give a wanted form of picture, encoders that take
 /// bottom-up RGB24 (rows of (3 * width + 3) rounded down to a multiple of 4 bytes).
@@ -15,34 +14,9 @@
 class Codec;
 using HIC = std::shared_ptr<Codec>;
 
-constexpr int ICERR_OK = 0;
-/// The picture comes out only after more samples (pictures are stored out of their display order).
-constexpr int ICERR_NEEDMORE = 1;
-constexpr int ICERR_ERROR = -100;
-/// The sample whose turn it is has no sound picture.
-constexpr int ICERR_DAMAGED = -101;
-
 enum class IcMode { Compress, Decompress };
 
-struct ICINFO {
-    std::uint32_t fccType = 0;
-    std::uint32_t fccHandler = 0;
-    std::uint32_t dwFlags = 0;
-    wchar_t szDescription[128] = {};  ///< for people; says every conversion of the samples
-};
-
-constexpr std::uint32_t kFccVideoCodec = FourCC('v', 'i', 'd', 'c');
-/// In `ICINFO::dwFlags`: keeps the previous frame itself, so that the caller needn't hand it over.
-constexpr std::uint32_t VIDCF_FASTTEMPORALC = 0x20;
-
 // ---- Decoding
-
-/// One compressed sample, with its number as the stream counts them.
-struct DecompressInput {
-    const std::uint8_t* data = nullptr;
-    int size = 0;     ///< 0: an empty sample, which repeats the picture before
-    int sample = -1;  ///< below 0: no sample, there are no more
-};
 
 /// A decoder of `input` (with the codec's bytes behind the header; if its biCompression names no codec, of `handler`)
 /// that turns pictures into `output`: biCompression "YV12", "YUY2" or 0 with 24 bits. Null if there is no such codec,
@@ -61,9 +35,6 @@ int ICGetInfo(const HIC& codec, ICINFO& info);
 /// was located with is refused.
 int ICDecompressBegin(const HIC& codec, FormatView input, FormatView output);
 int ICDecompressEnd(const HIC& codec);
-
-/// Flags of `ICDecompress`.
-constexpr std::uint32_t ICDECOMPRESS_NOTKEYFRAME = 0x08000000;
 
 /// Feeds a sample, in the order of the stream, and takes at most one picture, the next one in display order. ICERR_OK:
 /// `output` holds a picture, and `sampleOfPicture` is the number of the sample that it came from. ICERR_NEEDMORE: none
@@ -95,21 +66,9 @@ int ICCompressEnd(const HIC& codec);
 /// Bytes of another encoder or another version are refused and change nothing.
 std::vector<std::uint8_t> ICGetState(const HIC& codec);
 int ICSetState(const HIC& codec, const std::vector<std::uint8_t>& state);
-/// Wanted rate, before `ICCompressBegin`. What isn't said (0 or below, for the quality below 0) stays as it was: at
-/// first quality 7500, and a key frame every 100 frames.
-///
-/// The quality goes evenly from the coarsest step (0) to the finest (10000): quantizers 31 to 2 of Motion JPEG and
-/// MPEG-4, rate factors 51 to 1 of H.264. Lossless encoders don't ask for it.
-struct CompressRate {
-    int scale = 1;
-    int rate = 25;         ///< frames a second are `rate / scale`
-    int quality = -1;      ///< 0 to 10000
-    int dataRate = 0;      ///< kilobytes (1024 bytes) a second; 0 goes by quality
-    int keyFrameRate = 0;  ///< a key frame at least every so many frames
-};
+/// Before `ICCompressBegin`. What isn't said (0 or below, for the quality below 0) stays as it was: at first quality 7500,
+/// and a key frame every 100 frames.
 int ICSetRate(const HIC& codec, const CompressRate& rate);
-
-constexpr std::uint32_t ICCOMPRESS_KEYFRAME = 1;
 
 /// Encodes one frame, which comes out at once. `compressed` has room for `ICCompressGetSize`; `bytes` is what was
 /// used and `flags` AVIIF_KEYFRAME for a key frame, else 0. Frames go in in order; their numbers are the caller's own. A

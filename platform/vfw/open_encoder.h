@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/vfw/compressor.h"
+#include "platform/vfw/codec_types.h"
 #include "platform/vfw/encoder_table.h"
 
 /// An open encoder that gives each frame out at once; null if it refuses this size. Throws std::bad_alloc.

@@ -2,8 +2,8 @@
 
 #include <climits>
 #include <deque>
+#include <memory>
 #include <optional>
-#include <string>
 
 #include "platform/media/complaints.h"
 #include "platform/media/picture_converter.h"

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "platform/vfw/codec.h"
 #include "platform/vfw/encoder_table.h"

@@ -4,7 +4,6 @@
 #include <map>
 #include <string>
 
-#include "report/rules/frame_range.h"
 #include "report/rules/report_series.h"
 
 namespace Report {

@@ -1,8 +1,8 @@
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 #include "tests/fuzz/memory_file.h"
+#include "tests/fuzz/require.h"
 #include "video/avi/avi_opendml_parser.h"
 
 namespace {
@@ -10,10 +10,6 @@ namespace {
 constexpr int kSamples = 20;
 constexpr int kStreams = 100;  // more have no number in a chunk's type
 constexpr std::size_t kEntryBytes = 8;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 void ReadSample(rkIRawDataStream& stream, int number, std::size_t fileSize) {
     int asked = -1, read = -1;

@@ -1,17 +1,13 @@
-#include <cstdlib>
 #include <vector>
 
 #include "tests/fuzz/memory_file.h"
+#include "tests/fuzz/require.h"
 #include "video/raw_layout.h"
 #include "video/sources/bmp_source.h"
 #include "video/sources/bmp_writer.h"
 #include "video/video_image.h"
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 std::vector<std::uint8_t> ReadFrame(rkBmpSource& source) {
     const int bytes = PackedFrameBytes(RGB24, source.GetWidth(), source.GetHeight());

@@ -1,14 +1,5 @@
-#include <cstdlib>
-
+#include "tests/fuzz/require.h"
 #include "video/avi/compressor_settings.h"
-
-namespace {
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
-
-}  // namespace
 
 /// Takes the bytes for a stored choice of a compressor. What is read must be stored as it was read, and the
 /// compressor must cope with its state.

@@ -1,15 +1,10 @@
-#include <cstdlib>
-
 #include "platform/script_host/builtin_sources.h"
 #include "platform/script_host/clip.h"
 #include "platform/script_host/script_text.h"
 #include "tests/fuzz/memory_file.h"
+#include "tests/fuzz/require.h"
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 std::string Written(const ScriptValue& value) {
     if (const auto* text = std::get_if<std::string>(&value)) return "\"" + *text + "\"";

@@ -1,19 +1,11 @@
 #include "platform/text.h"
+#include "tests/fuzz/require.h"
 #include "update/update_list.h"
 #include "update/version.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <set>
-
-namespace {
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
-
-}  // namespace
 
 /// Takes the bytes for the list of an update, and for a version. Every name of a list that is taken must stay in the
 /// directory, and the sizes must be what they say.

@@ -1,8 +1,8 @@
-#include <cstdlib>
 #include <cwchar>
 #include <vector>
 
 #include "tests/fuzz/memory_file.h"
+#include "tests/fuzz/require.h"
 #include "video/raw_layout.h"
 #include "video/sources/y4m_source.h"
 #include "video/video_image.h"
@@ -11,10 +11,6 @@ namespace {
 
 constexpr int kFrames = 6;
 constexpr int kMaxBuffer = 1 << 20;
-
-void Require(bool condition) {
-    if (!condition) std::abort();
-}
 
 /// The bytes of a frame, or nothing if it can't be read or is too large for a fuzzer.
 std::vector<std::uint8_t> Read(rkY4mSource& source, int frame, bool byNumber) {

@@ -32,7 +32,7 @@ bool Save(const MeasuredRun& run, ColorScheme scheme, const QString& directory, 
     for (auto* radio : frame->findChildren<QRadioButton*>()) radio->click();
     saved &= QTest::qWaitFor([&] { return !frame->IsWaiting(); });
     saved &= frame->grab().save(directory + QStringLiteral("/frame-second-") + name);
-    for (Report::CReportGraph* plot : dialog.Controller().Views()) {
+    for (Report::CReportGraph* plot : dialog.Plots()) {
         const QString kind = plot->IsOverview() ? QStringLiteral("/overview-") : QStringLiteral("/detail-");
         const std::wstring path = (directory + kind + name).toStdWString();
         saved &= plot->SavePng(path) && plot->SaveSvg(path + L".svg");

@@ -4,11 +4,9 @@
 #include "platform/text.h"
 #include "report/rules/report_parameters.h"
 
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 /// A real comparative run, with its bad frames, as the programs make it.
 class MeasuredRun : private IRunVoices, private IRunObserver {

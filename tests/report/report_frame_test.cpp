@@ -59,7 +59,7 @@ struct FrameWindow : testing::Test {
         viewer = std::make_unique<Viewer>(
             ReportParameters{parameters.results, parameters.badFrames, parameters.files, 1});
         viewer->Click("Show frame");
-        frame = viewer->dialog->Controller().FrameView();
+        frame = viewer->dialog->FrameView();
         ASSERT_TRUE(frame);
         ASSERT_TRUE(QTest::qWaitFor([&] { return frame->isVisible() && !frame->IsWaiting(); }));
         picture = frame->findChild<Report::FramePicture*>();
@@ -355,11 +355,11 @@ TEST_F(FrameWindow, ClosesAndOpensAgain) {
     QTest::keyClick(frame, Qt::Key_W, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame.isNull(); }));
     EXPECT_TRUE(viewer->dialog->isVisible());
-    EXPECT_EQ(nullptr, viewer->dialog->Controller().FrameView());
+    EXPECT_EQ(nullptr, viewer->dialog->FrameView());
     viewer->Press(Qt::Key_Right);
     EXPECT_EQ(10, viewer->Range().Current());
     viewer->Click("Show frame");
-    frame = viewer->dialog->Controller().FrameView();
+    frame = viewer->dialog->FrameView();
     ASSERT_TRUE(frame);
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame->isVisible() && !frame->IsWaiting(); }));
 }
@@ -374,7 +374,7 @@ TEST_F(FrameWindow, ClosesWhileItsFilesAreOpened) {
     held.get_future().wait();
     viewer = std::make_unique<Viewer>(results.Parameters());
     viewer->Click("Show frame");
-    frame = viewer->dialog->Controller().FrameView();
+    frame = viewer->dialog->FrameView();
     ASSERT_TRUE(frame);
     viewer.reset();
     EXPECT_TRUE(frame.isNull());

@@ -78,8 +78,8 @@ QImage Grab(CReportGraph& graph) {
 struct ReportGraph : testing::Test {
     const MadeResults results{100, {49}};
     const Viewer viewer{results.Parameters()};
-    CReportGraph& overview = *viewer.dialog->Controller().Views().at(0);
-    CReportGraph& detail = *viewer.dialog->Controller().Views().at(1);
+    CReportGraph& overview = *viewer.dialog->Plots().at(0);
+    CReportGraph& detail = *viewer.dialog->Plots().at(1);
 };
 
 // What is drawn column by column is what Qt draws line by line.
@@ -332,7 +332,7 @@ TEST_F(ReportGraph, Clipboard) {
 }
 
 TEST_F(ReportGraph, ContextMenuAndFiles) {
-    for (CReportGraph* plot : viewer.dialog->Controller().Views()) {
+    for (CReportGraph* plot : viewer.dialog->Plots()) {
         QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(50, 50), plot->mapToGlobal(QPoint(50, 50)));
         QApplication::sendEvent(plot, &event);
         auto* menu = plot->findChild<QMenu*>();

@@ -3,8 +3,6 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include <csignal>
-
 #include <fcntl.h>
 
 namespace {

@@ -101,10 +101,10 @@ protected:
     }
 
     /// Settings with which one step that changes files fails: the `failing`-th, counted from 0.
-    UpdaterSettings FailingAt(int failing, int error = EIO) const {
+    UpdaterSettings FailingAt(int failing) const {
         UpdaterSettings settings = Settings();
-        settings.fileHook = [failing, error, steps = 0](std::string_view, const std::string&) mutable {
-            return steps++ == failing ? error : 0;
+        settings.fileHook = [failing, steps = 0](std::string_view, const std::string&) mutable {
+            return steps++ == failing ? EIO : 0;
         };
         return settings;
     }

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "platform/text.h"
+#include "platform/write_all.h"
 
 const wchar_t* const kTemporaryScriptName = L"!!%__#$@&.avs";
 
@@ -64,16 +65,6 @@ int CreateLocked(bool& mayRetry) {
     // Another program found it before it had its lock, and took it for an old one.
     close(created);
     return -1;
-}
-
-bool WriteAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
 }
 
 }  // namespace

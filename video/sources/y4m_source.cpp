@@ -20,12 +20,6 @@ static_assert(kErrorTexts.size() == rkY4mSource::BadHeader + 1);
 /// The shortest frame line: the mark and its line feed.
 constexpr std::size_t kShortestFrameLine = kY4mFrameMark.size() + 1;
 
-/// Reads the text from `offset` on, at most the array's size.
-template <std::size_t size>
-std::string_view ReadText(const ReadOnlyFile& file, std::uint64_t offset, std::array<char, size>& text) {
-    return {text.data(), file.ReadAt(offset, text.data(), size)};
-}
-
 using FrameLineText = std::array<char, kY4mLongestFrameLine>;
 
 }  // namespace
@@ -56,12 +50,20 @@ int rkY4mSource::OpenFile(const std::wstring& name) {
     SetShape(layout.colorSpace, layout.width, layout.height);
     SetFrameCount(available / (pictureBytes + kShortestFrameLine));
     if (FrameLineHasParameters()) CountFrames();
-    return NoError;
+    return TakeFailure() ? OpenFailed : NoError;
 }
 
-bool rkY4mSource::FrameLineHasParameters() const {
+/// Reads the text from `offset` on, at most the array's size.
+template <std::size_t size>
+std::string_view rkY4mSource::ReadText(std::uint64_t offset, std::array<char, size>& text) {
+    const std::size_t read = file.ReadAt(offset, text.data(), size);
+    if (read < size && offset + read < file.Size()) hasFailed = true;
+    return {text.data(), read};
+}
+
+bool rkY4mSource::FrameLineHasParameters() {
     FrameLineText text;
-    return FindY4mFrameLine(ReadText(file, frameOffsets[0], text)).bytes > kShortestFrameLine;
+    return FindY4mFrameLine(ReadText(frameOffsets[0], text)).bytes > kShortestFrameLine;
 }
 
 /// Longer frame lines than the shortest: the size alone says too many frames, so the file is walked.
@@ -72,7 +74,7 @@ void rkY4mSource::CountFrames() {
 /// Parses the header and learns where frame 0 starts.
 bool rkY4mSource::ReadHeader() {
     std::array<char, kY4mSignature.size() + kY4mMaxParameters> text;
-    std::string_view line = ReadText(file, 0, text);
+    std::string_view line = ReadText(0, text);
     const auto end = line.find('\n');
     if (!line.starts_with(kY4mSignature) || end == line.npos) return false;
 
@@ -82,10 +84,9 @@ bool rkY4mSource::ReadHeader() {
     return AppendOffset(end + 1);
 }
 
-Y4mLayout rkY4mSource::FittingLayout(const std::vector<Y4mLayout>& layouts) const {
+Y4mLayout rkY4mSource::FittingLayout(const std::vector<Y4mLayout>& layouts) {
     FrameLineText text;
-    const std::uint64_t picture =
-        frameOffsets[0] + FindY4mFrameLine(ReadText(file, frameOffsets[0], text)).bytes;
+    const std::uint64_t picture = frameOffsets[0] + FindY4mFrameLine(ReadText(frameOffsets[0], text)).bytes;
     const auto fits = [&](const Y4mLayout& candidate) {
         return StartsFrame(picture + static_cast<std::uint64_t>(candidate.storedBytes));
     };
@@ -94,15 +95,16 @@ Y4mLayout rkY4mSource::FittingLayout(const std::vector<Y4mLayout>& layouts) cons
 }
 
 /// Whether the file ends at `offset` or goes on with a frame mark, or with what a cut file has of one.
-bool rkY4mSource::StartsFrame(std::uint64_t offset) const {
+bool rkY4mSource::StartsFrame(std::uint64_t offset) {
     if (offset > file.Size()) return false;
     std::array<char, kY4mFrameMark.size()> mark;
-    return kY4mFrameMark.starts_with(ReadText(file, offset, mark));
+    return kY4mFrameMark.starts_with(ReadText(offset, mark));
 }
 
 int rkY4mSource::ReadFrame(std::uint8_t* buffer, int frame) {
     if (IsBadFrameNumber(frame)) return BadFrameNumber;
     if (!FindFrame(frame)) {
+        TakeFailure();
         position = 0;
         return ReadFailed;
     }
@@ -110,16 +112,17 @@ int rkY4mSource::ReadFrame(std::uint8_t* buffer, int frame) {
     return ReadNextFrame(buffer);
 }
 
-/// Learns the starts of the frames up to this one. False if the file ends before it, or without memory.
+/// Learns the starts of the frames up to this one. False if the file ends before it, or after a failure.
 bool rkY4mSource::FindFrame(int frame) {
     while (frameOffsets.size() <= static_cast<std::size_t>(frame)) {
         FrameLineText text;
         const std::uint64_t start = frameOffsets.back();
-        const std::uint64_t end = start + FindY4mFrameLine(ReadText(file, start, text)).bytes +
+        const std::uint64_t end = start + FindY4mFrameLine(ReadText(start, text)).bytes +
                                   static_cast<std::uint64_t>(layout.storedBytes);
-        if (end > file.Size() || !AppendOffset(end)) return false;
+        if (hasFailed || end > file.Size()) return false;
+        hasFailed = !AppendOffset(end);
     }
-    return true;
+    return !hasFailed;
 }
 
 int rkY4mSource::ReadNextFrame(std::uint8_t* buffer) {
@@ -129,7 +132,8 @@ int rkY4mSource::ReadNextFrame(std::uint8_t* buffer) {
     if (frame >= frameOffsets.size()) return ReadFailed;
 
     FrameLineText text;
-    const Y4mFrameLine line = FindY4mFrameLine(ReadText(file, frameOffsets[frame], text));
+    const Y4mFrameLine line = FindY4mFrameLine(ReadText(frameOffsets[frame], text));
+    if (TakeFailure()) return ReadFailed;  // where the picture starts is unknown
     TakeY4mComment(line.parameters, header.comment);
 
     const std::uint64_t offset = frameOffsets[frame] + line.bytes;
@@ -158,6 +162,7 @@ bool rkY4mSource::AppendOffset(std::uint64_t offset) {
 
 int rkY4mSource::Close() {
     file.Close();
+    hasFailed = false;
     header = {};
     layout = {};
     storedPicture.reset();

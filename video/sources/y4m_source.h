@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/file.h"
@@ -43,14 +46,18 @@ private:
     std::wstring Description() const override;
     int OpenFile(const std::wstring& name);
     bool ReadHeader();
-    Y4mLayout FittingLayout(const std::vector<Y4mLayout>& layouts) const;
-    bool StartsFrame(std::uint64_t offset) const;
-    bool FrameLineHasParameters() const;
+    Y4mLayout FittingLayout(const std::vector<Y4mLayout>& layouts);
+    bool StartsFrame(std::uint64_t offset);
+    bool FrameLineHasParameters();
     void CountFrames();
     bool FindFrame(int frame);
     bool AppendOffset(std::uint64_t offset);
+    template <std::size_t size>
+    std::string_view ReadText(std::uint64_t offset, std::array<char, size>& text);
+    bool TakeFailure() { return std::exchange(hasFailed, false); }
 
     ReadOnlyFile file;
+    bool hasFailed = false;  // bytes that the file holds, or memory, couldn't be had
     Y4mHeader header;
     Y4mLayout layout;
     Kernels::BytePlane storedPicture;         // a picture as in the file, if that isn't the frame

@@ -2,7 +2,7 @@
 
 #include "app/dialogs/output_dialog.h"
 #include "platform/vfw/bitmap_format.h"
-#include "tests/app/shell/user.h"
+#include "tests/app/user.h"
 
 #include <gtest/gtest.h>
 #include <QLabel>

@@ -9,6 +9,10 @@
 #include "app/dialogs/script_dialog.h"
 #include "app/dialogs/wrapped_check_box.h"
 #include "app/dialogs/yuv_dialog.h"
+#include "platform/qt/help.h"
+#include "platform/qt/wide_text.h"
+#include "tests/app/user.h"
+#include "tests/platform/qt/opened_files.h"
 
 #include <gtest/gtest.h>
 #include <QAbstractButton>
@@ -46,6 +50,7 @@ struct Case {
     std::unique_ptr<QDialog> (*make)(Records&);
     const char* mnemonics;  // sorted
     const char* firstFocus;
+    const wchar_t* helpPage;
 };
 
 template <class Dialog, class... Arguments>
@@ -55,22 +60,23 @@ std::unique_ptr<QDialog> Make(Arguments&&... arguments) {
 
 const Case kCases[] = {
     {"Tolvane - YUV File settings", [](Records& r) { return Make<YuvDialog>(r.file, kEverything); }, "ACHIW",
-     "Width:"},
+     "Width:", kHelpStart},
     {"Tolvane - AVISynth parameters", [](Records& r) { return Make<ScriptDialog>(r.file, kEverything); },
-     "DEFHP", "Choose prefered AVISynth filter:"},
+     "DEFHP", "Choose prefered AVISynth filter:", kHelpScripts},
     {"Tolvane - Advanced file settings", [](Records& r) { return Make<MatrixDialog>(r.job); }, "6HP",
-     "REC.601"},
+     "REC.601", kHelpMatrix},
     {"Tolvane - Advanced CSV and visualization settings",
-     [](Records& r) { return Make<OutputDialog>(r.job); }, "BCDFGMNOPRTUVW", "Output dir, CSV files"},
+     [](Records& r) { return Make<OutputDialog>(r.job); }, "BCDFGMNOPRTUVW", "Output dir, CSV files",
+     kHelpStart},
     {"Tolvane - \"Bad frames\" settings", [](Records& r) { return Make<BadFramesDialog>(r.job); }, "BDFNORST",
-     "With maximum difference between original and processed"},
+     "With maximum difference between original and processed", kHelpStart},
     {"Tolvane - More options", [](Records& r) { return Make<MoreOptionsDialog>(r.state); }, "BPW",
-     "Play WAV file, when finished"},
+     "Play WAV file, when finished", kHelpStart},
     {"Tolvane - Metric configuration", [](Records& r) { return Make<MetricDialog>(r.job); }, "M",
-     "Metric configuration line:"},
+     "Metric configuration line:", kHelpStart},
     {"Choose compressor:",
      [](Records& r) { return Make<CompressorDialog>(r.compressor, QStringLiteral("Choose compressor:")); },
-     "Q", "Compressors"},
+     "Q", "Compressors", kHelpStart},
 };
 
 /// What a screen reader says of a control. Qt gives what is selected as the name of a list, whose own name comes by its
@@ -125,6 +131,24 @@ TEST(OptionDialogs, TitlesMnemonicsAndFirstFocus) {
         EXPECT_EQ(c.mnemonics, Mnemonics(*dialog));
         ASSERT_NE(nullptr, dialog->focusWidget());
         EXPECT_EQ(c.firstFocus, AccessibleName(*dialog->focusWidget()));
+    }
+}
+
+// The pages are the real ones, which stand beside every program of the build.
+TEST(OptionDialogs, F1AndTheButtonOpenThePage) {
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.title);
+        OpenedFiles opened;
+        Records records;
+        const auto dialog = c.make(records);
+        Open(*dialog);
+        QTest::keyClick(dialog->focusWidget(), Qt::Key_F1);
+        const bool hasButton = c.helpPage != std::wstring(kHelpStart);
+        if (hasButton) Click(*dialog, "Help");
+        ASSERT_EQ(hasButton ? 2 : 1, opened.urls.size());
+        EXPECT_EQ(ToQString(c.helpPage), opened.urls.front().fileName());
+        EXPECT_EQ(opened.urls.front(), opened.urls.back());
+        EXPECT_TRUE(dialog->isVisible());
     }
 }
 

@@ -5,11 +5,10 @@
 #include "app/dialogs/output_dialog.h"
 #include "app/rules/metric_choice.h"
 #include "platform/qt/path_field.h"
-#include "tests/app/shell/user.h"
+#include "tests/app/user.h"
 #include "tests/temporary_directory.h"
 
 #include <gtest/gtest.h>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>

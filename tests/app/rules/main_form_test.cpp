@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
+#include <set>
 
 #include "app/rules/job_edits.h"
 #include "tests/app/rules/shell_fixture.h"
@@ -64,20 +64,27 @@ TEST(MainForm, WhyAControlIsOff) {
     }
 }
 
-TEST(MainForm, ARunLocksTwentyOneControls) {
-    ShellState state = StateWith(L"/v/a.avi", L"/v/b.avi");
+TEST(MainForm, WhatARunLocks) {
+    using enum Control;
+    const std::set<Control> locked = {
+        OriginalBrowse, ProcessedBrowse,   SecondBrowse,  ShowResults, ComparativeAnalysis,
+        SaveCsv,        SaveVisualization, SaveBadFrames, CsvAdvanced, BadFramesAdvanced,
+        MoreOptions,    MetricList,        ComponentY,    ComponentU,  ComponentV,
+        ComponentL,     ComponentR,        ComponentG,    ComponentB,  Exit,
+        MatrixAdvanced};
+    ShellState state = StateWith(L"/v/a.avi", L"/v/b.avi", L"/v/c.avi");
     state.job.csv.save = state.job.badFrames.save = state.job.comparativeAnalysis = true;
-    const auto disabled = [](const MainForm& form) {
-        return std::count_if(form.whyDisabled.begin(), form.whyDisabled.end(),
-                             [](const std::wstring& why) { return !why.empty(); });
-    };
-    const auto before = disabled(MainFormFrom(state));
-    state.phase = RunPhase::Measuring;
-    EXPECT_EQ(MainFormFrom(state).processCaption, L"Stop");
-    EXPECT_EQ(disabled(MainFormFrom(state)), before + 21);
-    state.phase = RunPhase::Viewing;
-    EXPECT_EQ(MainFormFrom(state).processCaption, L"Process");
-    EXPECT_EQ(disabled(MainFormFrom(state)), before + 21);
+    const MainForm before = MainFormFrom(state);
+    for (const RunPhase phase : {RunPhase::Measuring, RunPhase::Viewing}) {
+        state.phase = phase;
+        const MainForm form = MainFormFrom(state);
+        EXPECT_EQ(form.processCaption, phase == RunPhase::Measuring ? L"Stop" : L"Process");
+        for (int i = 0; i < kControlCount; ++i) {
+            const auto control = static_cast<Control>(i);
+            EXPECT_EQ(form.IsEnabled(control), before.IsEnabled(control) && !locked.contains(control)) << i;
+        }
+        for (const Control control : locked) EXPECT_TRUE(before.IsEnabled(control));
+    }
 }
 
 TEST(Readiness, FilesOfMetricsOfOneAndTwoInputs) {

@@ -4,7 +4,6 @@
 #include <QDragEnterEvent>
 #include <QLineEdit>
 #include <QMimeData>
-#include <QTest>
 #include <QUrl>
 
 namespace {
@@ -60,13 +59,9 @@ TEST_F(Drops, GoToTheirRows) {
         std::vector<std::string> expected;  // original, processed, second; empty: refused
     } cases[] = {
         {"one on a row", {a}, "processed file", false, {"", a, ""}},
-        {"one on the window", {a}, "", false, {a, "", ""}},
-        {"two on the window", {a, b}, "", false, {a, b, ""}},
         {"two over a row", {a, b}, "processed file", false, {a, b, ""}},
         {"three with comparative analysis", {a, b, c}, "", true, {a, b, c}},
-        {"three without", {a, b, c}, "", false, {}},
         {"one on a row that isn't open", {a}, "second processed file", false, {}},
-        {"one on the mask that isn't used", {a}, "mask file", false, {}},
         {"a directory", {directory.Root().native()}, "", false, {}},
         {"nothing of this machine", {}, "", false, {}},
     };

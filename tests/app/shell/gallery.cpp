@@ -10,7 +10,6 @@
 #include "app/dialogs/script_dialog.h"
 #include "app/dialogs/yuv_dialog.h"
 #include "app/preview/preview_dialog.h"
-#include "app/rules/metric_choice.h"
 #include "app/shell/main_window.h"
 #include "app/shell/progress_dialog.h"
 #include "platform/qt/palette.h"

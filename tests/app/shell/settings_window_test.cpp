@@ -56,18 +56,6 @@ TEST_F(SettingsOfTheWindow, ComeBackAsTheyWereLeft) {
         EXPECT_TRUE(first.window.HasEnded());
         EXPECT_TRUE(first.saved);
     }
-    // By value, as other programs would read them.
-    const QtSettingsStore store(QStringLiteral("Lumetry"), kName);
-    const std::pair<const char*, int> numbers[] = {
-        {"run_num", 1},         {"comp_analysis", 1},     {"use_mask", 1},
-        {"black_mask", 1},      {"save_csv", 1},          {"save_vis_video", 1},
-        {"show_report", 0},     {"metric_colorspace", 5}, {"auto_close_progress", 0},
-        {"save_frames_type", 1}};
-    for (const auto& [name, value] : numbers) EXPECT_EQ(value, store.ReadNumber(name)) << name;
-    EXPECT_EQ(L"mse", store.ReadText("metric"));
-    EXPECT_EQ(L"/videos/a, \"b\" & c.y4m", store.ReadText("original"));
-    EXPECT_EQ(FromUtf8(directory.Root().native() + "/"), store.ReadText("csv_output_dir"));
-
     Session second(directory, kName);
     EXPECT_EQ("/videos/a, \"b\" & c.y4m",
               Find<QLineEdit>(second.window, "Path, original file").text().toStdString());

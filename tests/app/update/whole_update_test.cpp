@@ -1,9 +1,6 @@
-#include "app/update/restart.h"
 #include "tests/update/update_fixture.h"
 
 #include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTest>
@@ -125,17 +122,6 @@ TEST_F(WholeUpdate, TheNextStartInstallsWithoutAQuestion) {
     End();
 }
 
-TEST_F(WholeUpdate, GoesOnWithWhatCantBeInstalled) {
-    Stage({{"tolvane", "new"}});
-    fs::remove(Program("update/tolvane"));
-    server.AnswerText("/update/LATEST", "3.0.0.0");
-    Start();
-    EXPECT_TRUE(Sees("3.0.0.0 Tolvane 3.0"));
-    EXPECT_EQ(Notes({"3.0.0.0 Update error", "3.0.0.0 Tolvane 3.0"}), Seen());
-    EXPECT_TRUE(Exists("update.failed/LIST"));
-    End();
-}
-
 TEST_F(WholeUpdate, ARunEndsFirstAndKeepsWhatItHas) {
     // Zeros that take no space on the disk, as ten million frames: more than are measured meanwhile.
     const std::string video = directory.Write("long.yuv", "");
@@ -192,22 +178,6 @@ TEST_F(WholeUpdate, NeverWaitsForTheNetwork) {
         End();
         EXPECT_LT(time.elapsed(), 2000);
     }
-}
-
-TEST_F(WholeUpdate, TheNewProgramTakesThePlaceOfTheProcess) {
-    const std::string output = directory.Path("output");
-    WriteProgram("tolvane", "old");
-    Stage({{"tolvane", "#!/bin/sh\necho $$ $# > " + output + "\nexit 7\n"}});
-    const pid_t child = fork();
-    if (child == 0) {
-        CAutoUpdater updater(Settings());
-        InstallDownloadedUpdate(updater);
-        _exit(1);
-    }
-    int status = 0;
-    ASSERT_EQ(child, waitpid(child, &status, 0));
-    EXPECT_EQ(7, WEXITSTATUS(status));
-    EXPECT_EQ(std::to_string(child) + " 0\n", ReadWhole(output));
 }
 
 }  // namespace

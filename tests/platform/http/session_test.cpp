@@ -110,11 +110,9 @@ TEST_F(Session, AsksForTheServersOwnCopyUnderItsName) {
 
 TEST_F(Session, DoesNotFollowToPlainHttp) {
     server.AnswerText("/file", "secret");
-    for (const int status : {301, 302, 303, 307, 308}) {
-        server.Answer("/moved", {.status = status, .headers = "Location: " + server.Url() + "file\r\n"});
-        EXPECT_EQ(HttpEnd::NotOpened, Get("moved")) << status;
-        server.Answer("/moved", {.status = status, .headers = "Location: /file\r\n"});
-        EXPECT_EQ(HttpEnd::NotOpened, Get("moved")) << status;
+    for (const std::string& to : {server.Url() + "file", std::string("/file")}) {
+        server.Answer("/moved", {.status = 302, .headers = "Location: " + to + "\r\n"});
+        EXPECT_EQ(HttpEnd::NotOpened, Get("moved")) << to;
     }
     for (const std::string& head : server.Requests()) EXPECT_TRUE(head.starts_with("GET /moved ")) << head;
 }

@@ -219,4 +219,20 @@ TEST_F(IndexedVideoTest, SaysWhyThereIsNothing) {
     }
 }
 
+// As with a disk that is unplugged, and plugged in again.
+TEST_F(IndexedVideoTest, AFileThatIsAwayCostsTheFramesOfThatTimeOnly) {
+    constexpr int kPictures = 30;
+    const auto video = Make({.pictures = kPictures, .width = 640, .height = 480});  // more than is read ahead
+    ASSERT_NE(nullptr, video) << error;
+    const std::string bytes = ReadWhole(directory.Path("clip"));
+    directory.Write("clip", "");
+    for (const int frame : {20, 21, 2}) EXPECT_EQ(nullptr, video->ReadFrame(frame)) << frame;
+    directory.Write("clip", bytes);
+    for (const int frame : {25, 26, 3}) {
+        const AVFrame* const picture = video->ReadFrame(frame);
+        ASSERT_NE(nullptr, picture) << frame;
+        EXPECT_EQ(frame, NearestSample(*picture, kPictures));
+    }
+}
+
 }  // namespace

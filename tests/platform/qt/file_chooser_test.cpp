@@ -7,7 +7,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
-#include <QTest>
 #include <QTimer>
 
 namespace {

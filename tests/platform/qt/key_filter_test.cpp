@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <QLineEdit>
-#include <QShortcut>
 #include <QSlider>
 #include <QTest>
 #include <QVBoxLayout>

@@ -1,3 +1,4 @@
+#include "platform/qt/color_scheme.h"
 #include "platform/qt/icon.h"
 #include "platform/qt/path_field.h"
 #include "platform/qt/status_line.h"
@@ -129,6 +130,14 @@ TEST_P(Look, StatusFollowsAChangeOfPalette) {
     QApplication::setPalette(other);
     EXPECT_FALSE(Shows(Grab(line), StatusColor(Status::Good, palette)));
     EXPECT_TRUE(Shows(Grab(line), StatusColor(Status::Good, other)));
+}
+
+// The style draws a control once for each palette and keeps that for good: what is new with each window only ever grows.
+TEST(Theme, WindowsShareAPalette) {
+    QApplication::setPalette(QPalette());  // as if no test had set one
+    const QCheckBox first, second;
+    EXPECT_EQ(SchemePalette(DesktopColorScheme()), first.palette());
+    EXPECT_EQ(first.palette().cacheKey(), second.palette().cacheKey());
 }
 
 INSTANTIATE_TEST_SUITE_P(Schemes, Look, testing::Values(ColorScheme::Light, ColorScheme::Dark),

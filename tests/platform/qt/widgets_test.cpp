@@ -1,5 +1,5 @@
 #include "platform/qt/dialog_buttons.h"
-#include "platform/qt/form_group.h"
+#include "platform/qt/form_grid.h"
 #include "platform/qt/label_column.h"
 #include "platform/qt/message_box.h"
 #include "platform/qt/value_slider.h"
@@ -11,6 +11,7 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -28,10 +29,10 @@ TEST(LabelColumn, FieldsOfAllGroupsBeginOnOneLine) {
     auto* rows = new QVBoxLayout(&window);
     QLineEdit* fields[3];
     for (auto*& field : fields) field = new QLineEdit;
-    auto* first = new FormGroup(QStringLiteral("First"), labels);
-    auto* second = new FormGroup(QStringLiteral("Second"), labels);
-    rows->addWidget(first);
-    rows->addWidget(second);
+    QGroupBox groups[2];
+    auto* first = new FormGrid(&groups[0], &labels);
+    auto* second = new FormGrid(&groups[1], &labels);
+    for (QGroupBox& group : groups) rows->addWidget(&group);
     first->AddRow(QStringLiteral("Short:"), fields[0], new QPushButton(QStringLiteral("Browse")));
     QLabel* longest = second->AddRow(QStringLiteral("&Floating point delimiter:"), fields[1]);
     second->AddField(fields[2]);
