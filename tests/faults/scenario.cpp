@@ -44,7 +44,8 @@ std::string FileName(const Scenario& scenario, const std::string& role) {
 std::string NoisyFrame(std::size_t bytes, const std::string& role, int frame) {
     std::mt19937 shared(static_cast<unsigned>(frame)),
         own(static_cast<unsigned>(role.size() * 100) + shared());
-    const unsigned strength = role == "original" ? 1 : static_cast<unsigned>(role.size() + 3 * (frame % 3));
+    const unsigned strength =
+        role == "original" ? 1 : static_cast<unsigned>(role.size()) + 3 * (static_cast<unsigned>(frame) % 3);
     std::string samples(bytes, '\0');
     for (char& sample : samples) sample = static_cast<char>(60 + shared() % 100 + own() % strength);
     return samples;

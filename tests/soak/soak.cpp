@@ -49,9 +49,13 @@ constexpr struct {
     {"threads", &Figures::threads, 0.5},
 };
 
+constexpr int kMostSamples = 400;
+
 }  // namespace
 
-Soak::Soak(std::string name, double length) : what(std::move(name)), minutes(length) {}
+Soak::Soak(std::string name, double length) : what(std::move(name)), minutes(length) {
+    samples.reserve(kMostSamples);  // what is kept here must not show as a rise
+}
 
 double Soak::Seconds() const {
     return std::chrono::duration<double>(Clock::now() - start).count();
@@ -63,6 +67,8 @@ bool Soak::GoesOn() const {
 
 void Soak::EndRound(int roundRuns) {
     runs += roundRuns;
+    const double distance = minutes * 60 / (kMostSamples - 1);
+    if (!samples.empty() && Seconds() - samples.back().seconds < distance) return;
     Sample sample = {Seconds(), ReadFigures()};
     sample.figures.runs = runs;
     samples.push_back(sample);
