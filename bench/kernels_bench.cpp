@@ -5,10 +5,14 @@
 #include "kernels/border.h"
 #include "kernels/gauss.h"
 #include "kernels/gauss_ssim.h"
+#include "kernels/ordered_class_sums.h"
+#include "kernels/ordered_sum.h"
+#include "kernels/painting.h"
 #include "kernels/plane.h"
 #include "kernels/reductions.h"
 #include "kernels/resize.h"
 #include "kernels/sobel.h"
+#include "kernels/sobel_squares.h"
 #include "kernels/sort.h"
 #include "kernels/ssim_map.h"
 
@@ -40,11 +44,24 @@ FloatPlane RandomPlane(unsigned seed, float greatest = 255) {
     return plane;
 }
 
+// Areas of one class, as pictures have them.
+BytePlane RandomClasses() {
+    BytePlane classes(static_cast<std::uint8_t*>(AllocZeroed(kPixels)));
+    std::mt19937 random(7);
+    for (int i = 0; i < kPixels; ++i)
+        classes[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(
+            i % 40 == 0 ? random() % kSumClasses : classes[static_cast<std::size_t>(i - 1)]);
+    return classes;
+}
+
 // The planes that the operations share; `result` is written by all.
 struct Planes {
     std::array<FloatPlane, 5> sources{RandomPlane(1), RandomPlane(2), RandomPlane(3, 65025),
                                       RandomPlane(4, 65025), RandomPlane(5, 65025)};
     FloatPlane result = MakeFloatPlane(kWidth, kHeight);
+    FloatPlane similarities = RandomPlane(6, 1);
+    BytePlane classes = RandomClasses();
+    BytePlane picture{static_cast<std::uint8_t*>(AllocZeroed(3 * kPixels))};
     BytePlane bytes{static_cast<std::uint8_t*>(AllocZeroed(kPixels))};
     BytePlane moreBytes{static_cast<std::uint8_t*>(AllocZeroed((kWidth + 96) * (kHeight + 96)))};
     BytePlane scratch{static_cast<std::uint8_t*>(AllocZeroed(std::max(
@@ -122,6 +139,21 @@ KERNEL_BENCHMARK(FilterSobelHorizBorder, 8,
 KERNEL_BENCHMARK(FilterSobelVertBorder, 8,
                  FilterSobelVertBorder(a, kStride, result, kStride, kWidth, kHeight, BorderConstant, 0,
                                        planes.scratch.get()));
+KERNEL_BENCHMARK(OrderedSumOfFloats, 4,
+                 benchmark::DoNotOptimize(OrderedSum(0.0f, planes.similarities.get(), kStride, kWidth,
+                                                     kHeight)));
+KERNEL_BENCHMARK(OrderedSumOfDoubles, 4,
+                 benchmark::DoNotOptimize(OrderedSum(0.0, planes.similarities.get(), kStride, kWidth,
+                                                     kHeight)));
+KERNEL_BENCHMARK(AddInOrder, 5, ClassSums sums = {};
+                 AddInOrder(sums, planes.similarities.get(), kStride, planes.classes.get(), kWidth, kWidth,
+                            kHeight);
+                 benchmark::DoNotOptimize(sums));
+KERNEL_BENCHMARK(PaintSimilarity, 7,
+                 PaintSimilarity(planes.similarities.get(), kStride, planes.picture.get(), 3 * kWidth, kWidth,
+                                 kHeight));
+KERNEL_BENCHMARK(GreatestSobelSquare, 8,
+                 benchmark::DoNotOptimize(GreatestSobelSquare({{a, b}, kStride, kWidth, kHeight})));
 KERNEL_BENCHMARK(SSIMMap, 24, SSIMMap(Moments(planes), result, kStride, kWidth, kHeight, kC1, kC2));
 KERNEL_BENCHMARK(ContrastStructureMap, 24,
                  ContrastStructureMap(Moments(planes), result, kStride, kWidth, kHeight, kC2));

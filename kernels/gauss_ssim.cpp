@@ -113,7 +113,11 @@ HWY_INLINE void MapBlock(const SSIMPlanes& planes, const Place& place, int rows,
         if (map != nullptr) {
             float* const row = Row(map, planes.mapStride, i);
             hwy::Prefetch(row + kFetchAhead);
-            std::copy_n(values, columns, row);
+            if (columns == kGaussBlock) {
+                std::copy_n(values, kGaussBlock, row);
+            } else {
+                std::copy_n(values, columns, row);
+            }
         }
     }
 }

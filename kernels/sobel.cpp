@@ -73,16 +73,6 @@ void VertRow(const float* above, const float* centre, const float* below, int wi
                   HWY_ATTR { return Vert(d, first, middle, last); });
 }
 
-void MagnitudeRow(const float* above, const float* centre, const float* below, int width, BorderKind border,
-                  float borderValue, float* target) {
-    FilterRow(above, centre, below, width, border, borderValue, target,
-              [](auto d, const float* first, const float* middle, const float* last) HWY_ATTR {
-                  const auto vert = Vert(d, first, middle, last);
-                  const auto horiz = Horiz(d, first, middle, last);
-                  return hn::Sqrt(hn::Add(hn::Mul(vert, vert), hn::Mul(horiz, horiz)));
-              });
-}
-
 }  // namespace
 }  // namespace Kernels::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -94,7 +84,6 @@ namespace {
 
 HWY_EXPORT(HorizRow);
 HWY_EXPORT(VertRow);
-HWY_EXPORT(MagnitudeRow);
 
 // The scratch memory is the row outside a picture with a constant border.
 template <class FilterRow>
@@ -127,12 +116,6 @@ void FilterSobelHorizBorder(const float* source, int sourceStride, float* target
 void FilterSobelVertBorder(const float* source, int sourceStride, float* target, int targetStride, int width,
                            int height, BorderKind border, float borderValue, void* scratch) {
     FilterPlane(HWY_DYNAMIC_DISPATCH(VertRow), source, sourceStride, target, targetStride, width, height,
-                border, borderValue, scratch);
-}
-
-void FilterSobelMagnitudeBorder(const float* source, int sourceStride, float* target, int targetStride,
-                                int width, int height, BorderKind border, float borderValue, void* scratch) {
-    FilterPlane(HWY_DYNAMIC_DISPATCH(MagnitudeRow), source, sourceStride, target, targetStride, width, height,
                 border, borderValue, scratch);
 }
 

@@ -25,10 +25,6 @@ void FilterSobelHorizBorder(const float* source, int sourceStride, float* target
 void FilterSobelVertBorder(const float* source, int sourceStride, float* target, int targetStride, int width,
                            int height, BorderKind border, float borderValue, void* scratch);
 
-/// The length of the gradient: the root of vertical squared plus horizontal squared, each step rounded to float.
-void FilterSobelMagnitudeBorder(const float* source, int sourceStride, float* target, int targetStride,
-                                int width, int height, BorderKind border, float borderValue, void* scratch);
-
 std::size_t GetSobelScratchSize(int width, int height);
 
 }  // namespace Kernels

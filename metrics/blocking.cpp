@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "metric/painting.h"
+#include "metrics/painted_map.h"
 
 namespace Metric {
 
@@ -42,7 +42,7 @@ std::vector<MetricResultInfo> CBlockingMetric::GetResultInfo(bool) {
 }
 
 void CBlockingMetric::Visualize(rkVideoImage& target, int component) {
-    PaintPixels(target, GetMap(component), paddedWidth, Grey);
+    PaintMap(target, GetMap(component), paddedWidth, Kernels::PaintGrey);
 }
 
 void CBlockingMetric::MeasureFrame(const float* plane, float* map) {

@@ -7,7 +7,7 @@
 
 #include "kernels/flat_ssim.h"
 #include "kernels/ordered_sum.h"
-#include "metric/painting.h"
+#include "metrics/painted_map.h"
 
 namespace Metric {
 
@@ -18,10 +18,6 @@ constexpr double kLuminanceScale = 0.4096;
 constexpr double kContrastScale = 3.6864;
 
 constexpr int kBeforeFirst = Kernels::kFlatWindow - 1;  // columns to the left of the first window's value
-
-Bgr Color(float similarity) {
-    return Grey(255 - similarity * 255);
-}
 
 }  // namespace
 
@@ -55,7 +51,7 @@ std::vector<MetricValue> CSSIMMetric::MeasureAndVisualize(const std::vector<CMet
 }
 
 void CSSIMMetric::Visualize(rkVideoImage& target, int component) {
-    PaintPixels(target, GetMap(component), paddedWidth, Color);
+    PaintMap(target, GetMap(component), paddedWidth, Kernels::PaintSimilarity);
 }
 
 void CSSIMMetric::FillMap(const std::vector<CMetricImage*>& images) {

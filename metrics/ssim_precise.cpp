@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "metrics/similarity_grey.h"
+#include "metrics/painted_map.h"
 
 namespace Metric {
 
@@ -30,7 +30,7 @@ std::vector<MetricValue> CSSIMMetricIpp::MeasureAndVisualize(const std::vector<C
 }
 
 void CSSIMMetricIpp::Visualize(rkVideoImage& target, int component) {
-    PaintPixels(target, GetMap(component), paddedWidth, SimilarityGrey);
+    PaintMap(target, GetMap(component), paddedWidth, Kernels::PaintSimilarity);
 }
 
 float CSSIMMetricIpp::Mean(const std::vector<CMetricImage*>& images, float* map) {

@@ -7,7 +7,7 @@
 
 #include "kernels/smallest.h"
 #include "kernels/space_time_ssim.h"
-#include "metric/painting.h"
+#include "metrics/painted_map.h"
 
 namespace Metric {
 
@@ -61,7 +61,7 @@ std::vector<MetricValue> CSTSSIMMetric::GetAverages(bool) {
 }
 
 void CSTSSIMMetric::Visualize(rkVideoImage& target, int component) {
-    PaintPixels(target, GetMap(component), paddedWidth, Grey);
+    PaintMap(target, GetMap(component), paddedWidth, Kernels::PaintGrey);
 }
 
 void CSTSSIMMetric::TakeFrame(const std::vector<CMetricImage*>& images) {

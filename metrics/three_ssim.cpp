@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <utility>
 
-#include "kernels/ordered_sum.h"
-#include "kernels/reductions.h"
-#include "kernels/sobel.h"
-#include "metrics/similarity_grey.h"
+#include "kernels/bands.h"
+#include "kernels/ordered_class_sums.h"
+#include "kernels/sobel_squares.h"
+#include "metric/painting.h"
 
 namespace Metric {
 
@@ -18,21 +19,12 @@ constexpr float kSmoothWeight = 0.15f;
 constexpr float kTextureWeight = 0.15f;
 constexpr float kEdgeWeight = 0.7f;
 
-// Parts of the greatest gradient.
-constexpr double kEdgeGradient = 0.12;
-constexpr double kTextureGradient = 0.06;
-
 }  // namespace
 
 C3SSIMMetricIpp::C3SSIMMetricIpp(MetricParameters metricParameters)
     : CMetric(std::move(metricParameters), 8, 8, true),
       ssim(paddedWidth, paddedHeight, Kernels::BorderReplicate),
-      gradientFirst(Kernels::MakeFloatPlane(paddedWidth, paddedHeight)),
-      gradientSecond(Kernels::MakeFloatPlane(paddedWidth, paddedHeight)),
-      segments(static_cast<std::uint8_t*>(Kernels::AllocZeroed(PaddedPixelCount()))),
-      sobelScratch(static_cast<std::uint8_t*>(
-          Kernels::AllocZeroed(Kernels::GetSobelScratchSize(paddedWidth, paddedHeight)))),
-      split(Kernels::MakeFloatPlane(paddedWidth, kSegmentCount)) {
+      segments(static_cast<std::uint8_t*>(Kernels::AllocZeroed(PaddedPixelCount()))) {
     id = L"3ssim";
     name = L"3SSIM";
     infoUrl = InfoUrl(L"/video/quality_measure/info_en.html#3ssim");
@@ -53,66 +45,44 @@ std::vector<MetricValue> C3SSIMMetricIpp::MeasureAndVisualize(const std::vector<
 }
 
 void C3SSIMMetricIpp::Visualize(rkVideoImage& target, int component) {
-    static_assert(Smooth == 0 && Texture == 1 && Edge == 2);  // the bytes of blue, green and red
-    const float* similarity = GetMap(component);
-    const std::uint8_t* segment = segments.get();
-    for (int y = 0; y < target.VisibleHeight(); ++y, similarity += paddedWidth, segment += paddedWidth) {
-        std::uint8_t* pixel = target.Data() + std::ptrdiff_t{y} * target.Stride();
-        for (int x = 0; x < target.VisibleWidth(); ++x, pixel += 3) {
-            std::fill_n(pixel, 3, std::uint8_t{0});
-            pixel[segment[x]] = SimilarityGrey(similarity[x]).b;
-        }
-    }
-}
-
-void C3SSIMMetricIpp::FillGradient(const float* picture, float* gradient) {
-    constexpr float kBlack = 0;
-    const int stride = paddedWidth * static_cast<int>(sizeof(float));
-    Kernels::FilterSobelMagnitudeBorder(picture, stride, gradient, stride, paddedWidth, paddedHeight,
-                                        Kernels::BorderConstant, kBlack, sobelScratch.get());
+    const float* const map = GetMap(component);
+    Kernels::ForEachRow(target.VisibleWidth(), target.VisibleHeight(), [&](int y) {
+        const std::ptrdiff_t offset = std::ptrdiff_t{y} * paddedWidth;
+        PaintSegments(map + offset, segments.get() + offset, target.VisibleWidth(),
+                      target.Data() + std::ptrdiff_t{y} * target.Stride());
+    });
 }
 
 float C3SSIMMetricIpp::WeighSegments(const std::vector<CMetricImage*>& images) {
     const auto pictures = GetPlanes(images, parameters.component);
-    FillGradient(pictures.first, gradientFirst.get());
-    FillGradient(pictures.second, gradientSecond.get());
     float* const map = GetMap(parameters.component);
     ssim.Map(pictures, paddedWidth, paddedHeight, ConstantsOf(images), map);
+    const auto counts = SplitPicture(pictures);
 
-    const auto means = MeansOfSegments(map);
-    return means[Edge] * kEdgeWeight + means[Smooth] * kSmoothWeight + means[Texture] * kTextureWeight;
-}
-
-SegmentThresholds C3SSIMMetricIpp::Thresholds() const {
-    const auto greatest = [this](const Kernels::FloatPlane& plane) {
-        const int stride = paddedWidth * static_cast<int>(sizeof(float));
-        return Kernels::Max(plane.get(), stride, paddedWidth, paddedHeight);
+    const int stride = paddedWidth * static_cast<int>(sizeof(float));
+    Kernels::ClassSums sums = {};
+    Kernels::AddInOrder(sums, map, stride, segments.get(), paddedWidth, paddedWidth, paddedHeight);
+    const auto mean = [&](Segment segment) {
+        return counts[segment] == 0 ? 1 : sums[segment] / static_cast<float>(counts[segment]);
     };
-    const double most = std::max(greatest(gradientFirst), greatest(gradientSecond));
-    return {static_cast<float>(most * kEdgeGradient), static_cast<float>(most * kTextureGradient)};
+    return mean(Edge) * kEdgeWeight + mean(Smooth) * kSmoothWeight + mean(Texture) * kTextureWeight;
 }
 
-std::array<float, kSegmentCount> C3SSIMMetricIpp::MeansOfSegments(const float* map) {
-    const SegmentThresholds thresholds = Thresholds();
-    std::array<float, kSegmentCount> sums = {};
+// Two passes, since the thresholds are parts of the greatest gradient of all. To make the gradients once more
+// costs less than to write them down and read them again.
+std::array<int, kSegmentCount> C3SSIMMetricIpp::SplitPicture(
+    const std::pair<const float*, const float*>& pair) {
+    const Kernels::SobelPlanes<2> pictures = {
+        {pair.first, pair.second}, paddedWidth * static_cast<int>(sizeof(float)), paddedWidth, paddedHeight};
+    const SegmentThresholds thresholds = ThresholdsOf(Kernels::GreatestSobelSquare(pictures));
     std::array<int, kSegmentCount> counts = {};
-    for (int y = 0; y < paddedHeight; ++y) {
-        const std::ptrdiff_t offset = std::ptrdiff_t{y} * paddedWidth;
-        SplitRow row = {segments.get() + offset, {}};
-        for (std::size_t i = 0; i < kSegmentCount; ++i)
-            row.values[i] = split.get() + static_cast<std::ptrdiff_t>(i) * paddedWidth;
-        const auto rowCounts = Split(gradientFirst.get() + offset, gradientSecond.get() + offset,
-                                     map + offset, paddedWidth, thresholds, row);
-        for (std::size_t i = 0; i < kSegmentCount; ++i) {
-            // The zeros of the other segments change no bit of a sum that starts at +0.
-            sums[i] = Kernels::OrderedSum(sums[i], row.values[i], 0, paddedWidth, 1);
-            counts[i] += rowCounts[i];
-        }
-    }
-    std::array<float, kSegmentCount> means;
-    for (std::size_t i = 0; i < kSegmentCount; ++i)
-        means[i] = counts[i] == 0 ? 1 : sums[i] / static_cast<float>(counts[i]);
-    return means;
+    std::mutex counting;
+    Kernels::ForEachBand(paddedWidth, paddedHeight, [&](const Kernels::Band& band) {
+        const auto ofBand = FindSegments(pictures, band, thresholds, segments.get());
+        const std::lock_guard lock(counting);
+        for (std::size_t i = 0; i < kSegmentCount; ++i) counts[i] += ofBand[i];
+    });
+    return counts;
 }
 
 }  // namespace Metric

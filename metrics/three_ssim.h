@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "kernels/plane.h"
@@ -38,18 +39,12 @@ public:
     void Visualize(rkVideoImage& target, int component) override;
 
 private:
-    void FillGradient(const float* picture, float* gradient);
     float WeighSegments(const std::vector<CMetricImage*>& images);
-    SegmentThresholds Thresholds() const;
-    /// Fills `segments`; the mean of the map over each of them.
-    std::array<float, kSegmentCount> MeansOfSegments(const float* map);
+    /// Fills `segments`; how many pixels each of them has.
+    std::array<int, kSegmentCount> SplitPicture(const std::pair<const float*, const float*>& pair);
 
     GaussWindowSSIM ssim;
-    Kernels::FloatPlane gradientFirst;
-    Kernels::FloatPlane gradientSecond;
     Kernels::BytePlane segments;  ///< a `Segment` a pixel
-    Kernels::BytePlane sobelScratch;
-    Kernels::FloatPlane split;  ///< a row for each segment
 };
 
 }  // namespace Metric

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "kernels/bands.h"
-#include "metric/painting.h"
+#include "metrics/painted_map.h"
 #include "metrics/vqm_blocks.h"
 
 namespace Metric {
@@ -42,7 +42,7 @@ std::vector<MetricValue> CVQMMetric::MeasureAndVisualize(const std::vector<CMetr
 }
 
 void CVQMMetric::Visualize(rkVideoImage& target, int component) {
-    PaintPixels(target, GetMap(component), paddedWidth, Grey);
+    PaintMap(target, GetMap(component), paddedWidth, Kernels::PaintGrey);
 }
 
 void CVQMMetric::CompareFrame(const std::vector<CMetricImage*>& images) {

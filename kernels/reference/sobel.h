@@ -4,8 +4,6 @@
 #include "kernels/rows.h"
 #include "kernels/sobel.h"
 
-#include <cmath>
-
 namespace Kernels::Reference {
 
 /// target(x, y) = gradient(pixel), pixel(dx, dy) being the neighbour that far from (x, y).
@@ -48,13 +46,14 @@ inline void FilterSobelVertBorder(const float* source, int sourceStride, float* 
                      [](const auto& pixel) { return SobelVert(pixel); });
 }
 
-inline void FilterSobelMagnitudeBorder(const float* source, int sourceStride, float* target, int targetStride,
-                                       int width, int height, BorderKind border, float borderValue, void*) {
-    FilterNeighbours(source, sourceStride, target, targetStride, width, height, border, borderValue,
+/// The squares of which `GreatestSobelSquare` gives the greatest.
+inline void SobelSquares(const float* source, int sourceStride, float* target, int targetStride, int width,
+                         int height) {
+    FilterNeighbours(source, sourceStride, target, targetStride, width, height, BorderConstant, 0,
                      [](const auto& pixel) {
                          const float vert = SobelVert(pixel);
                          const float horiz = SobelHoriz(pixel);
-                         return std::sqrt(vert * vert + horiz * horiz);
+                         return vert * vert + horiz * horiz;
                      });
 }
 
