@@ -39,12 +39,11 @@ Figures ReadFigures() {
 constexpr struct {
     const char* name;
     double Figures::*figure;
-    /// By how much the line may rise. Pages come and go with the heap's shape; the heap itself has a few caches that
-    /// still fill.
+    /// By how much the line may rise. Pages come and go with the heap's shape, and a few caches still fill.
     double most;
 } kJudged[] = {
     {"resident kB", &Figures::residentKb, 1024},
-    {"heap kB", &Figures::heapKb, 64},
+    {"heap kB", &Figures::heapKb, 32},
     {"handles", &Figures::handles, 0.5},
     {"threads", &Figures::threads, 0.5},
 };
