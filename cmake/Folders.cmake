@@ -9,6 +9,9 @@ target_compile_options(tolvane_rules INTERFACE
     # Values never depend on the machine: no contraction to fused multiply-add.
     -ffp-contract=off)
 target_link_libraries(tolvane_rules INTERFACE OpenMP::OpenMP_CXX Boost::headers)
+# The runtime of the teams that is linked in (CMakeLists.txt) is ours alone: a plug-in would get some of its functions from
+# it and the others from the shared one, which knows nothing of the first one's teams.
+target_link_options(tolvane_rules INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wl,--exclude-libs,libgomp.a>)
 
 # The folders declared so far, lowest first, and for each the folders whose headers it may include. The test of the
 # `#include` lines reads the file written at the end of configuring.

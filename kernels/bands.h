@@ -8,7 +8,7 @@
 namespace Kernels {
 
 /// Fewer pixels than this a thread are done sooner than a sleeping thread is woken, which takes tens of microseconds: of
-/// operations of a nanosecond or more a pixel, and of light ones, such as a copy or a sum, of a fifth of one.
+/// operations of a nanosecond or more a pixel, and of light ones, such as a copy, a conversion or a sum, of a fifth of one.
 inline constexpr std::int64_t kPixelsPerThread = 16384;
 inline constexpr std::int64_t kLightPixelsPerThread = 65536;
 

@@ -5,7 +5,9 @@
 #include "kernels/gauss_taps.h"
 #include "kernels/reductions.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 namespace Kernels {
 
@@ -33,6 +35,13 @@ struct alignas(64) GaussWork {
     GaussLines rim[2];                        ///< blocks of the pictures that reach over the edge
     float taps[kGaussWindow];
 };
+
+/// The pixels that a thread takes at least: in pictures of any size 64 threads find enough, and as each has sums for a
+/// whole row of blocks, more would need more memory than the pictures.
+inline std::int64_t GaussPixelsPerThread(int width, int height) {
+    constexpr int kMostThreads = 64;
+    return std::max(kPixelsPerThread, (std::int64_t{width} * height + kMostThreads - 1) / kMostThreads);
+}
 
 /// The memory behind `scratch` of `GaussSSIM`.
 class GaussSSIMScratch {
@@ -63,10 +72,11 @@ private:
     static std::size_t BytesOfThread(int width) {
         const int blocks = (width + kGaussBlock - 1) / kGaussBlock;
         return sizeof(GaussWork) +
-               sizeof(UnfinishedSums) * static_cast<std::size_t>(blocks * kGaussQuantities);
+               sizeof(UnfinishedSums) * static_cast<std::size_t>(blocks) * kGaussQuantities;
     }
     static std::size_t BytesOfTeam(int width, int height) {
-        return BytesOfThread(width) * static_cast<std::size_t>(MaxTeamSize(width, height));
+        const int threads = MaxTeamSize(width, height, GaussPixelsPerThread(width, height));
+        return BytesOfThread(width) * static_cast<std::size_t>(threads);
     }
 
     std::byte* memory;

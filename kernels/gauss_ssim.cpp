@@ -128,8 +128,9 @@ HWY_INLINE void FilterBand(const SSIMPlanes& planes, BorderKind border, const Ba
     GaussWork& work = scratch.WorkOf(band.thread);
     GaussTaps(kGaussWindow, kGaussSigma, work.taps);
     const int blocks = (planes.width + kGaussBlock - 1) / kGaussBlock;
-    std::fill_n(scratch.DownOf(band.thread)[0][0],
-                blocks * kGaussQuantities * int{sizeof(UnfinishedSums)} / 4, 0.0f);
+    std::fill_n(
+        scratch.DownOf(band.thread)[0][0],
+        static_cast<std::size_t>(blocks) * kGaussQuantities * (sizeof(UnfinishedSums) / sizeof(float)), 0.0f);
     std::fill(scratch.RowSums(band.first), scratch.RowSums(band.end), 0.0);
 
     // A block ahead of the first results, in either direction, only fills the sums.
@@ -181,7 +182,9 @@ template <class FilterBand>
 double MeanOfBands(const SSIMPlanes& planes, void* memory, const FilterBand& filterBand) {
     if (planes.width <= 0 || planes.height <= 0) return 0;
     const GaussSSIMScratch scratch(memory, planes.width, planes.height);
-    ForEachBand(planes.width, planes.height, [&](const Band& band) { filterBand(band, scratch); });
+    ForEachBand(
+        planes.width, planes.height, [&](const Band& band) { filterBand(band, scratch); },
+        GaussPixelsPerThread(planes.width, planes.height));
     double total = 0;
     for (int y = 0; y < planes.height; ++y) {
         double sumOfRow = 0;

@@ -29,7 +29,7 @@ inline constexpr int kLightnessPoints = kLightnessEnd * kPointsPerUnit + 1;
 /// The power of the nearest point, times the binomial series of what is between: with at most 1/32 to a point, and
 /// points from 2.3 on, eight terms leave less than 1e-16. With all roundings that is within some 1e-13 of the
 /// formula's double, whose own roundings are of that size too; so where everything within 1e-12 rounds to the same
-/// float, it is the formula's. One in some 100 000 isn't certain. Any thread.
+/// float, it is the formula's. One in some million isn't certain. Any thread.
 bool LightnessNearPoints(const LightnessPoint* table, const float* luma, float* lightness, int count);
 
 }  // namespace Kernels

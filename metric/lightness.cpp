@@ -39,6 +39,11 @@ std::unique_ptr<const Tables> MakeTables() {
     return tables;
 }
 
+const Tables& GetTables() {
+    static const std::unique_ptr<const Tables> tables = MakeTables();
+    return *tables;
+}
+
 }  // namespace
 
 float Lightness(float luma) {
@@ -46,18 +51,22 @@ float Lightness(float luma) {
     return static_cast<float>(t > kLinearEnd ? kFactor * std::pow(t, kExponent) - kOffset : kSlope * t);
 }
 
+void MakeLightnessTables() {
+    GetTables();
+}
+
 void LightnessRow(const float* luma, float* lightness, int count) {
-    static const std::unique_ptr<const Tables> tables = MakeTables();
+    const Tables& tables = GetTables();
     constexpr int kValuesAtOnce = 64;
 
     std::array<float, kValuesAtOnce> row;
     for (int x = 0; x < count; x += kValuesAtOnce) {
         const int some = std::min(kValuesAtOnce, count - x);
-        if (!Kernels::LookUpRow(tables->samples.front().data(), luma + x, row.data(), some) &&
-            !Kernels::LightnessNearPoints(tables->points.data(), luma + x, row.data(), some)) {
+        if (!Kernels::LookUpRow(tables.samples.front().data(), luma + x, row.data(), some) &&
+            !Kernels::LightnessNearPoints(tables.points.data(), luma + x, row.data(), some)) {
             for (int i = 0; i < some; ++i) {
                 float& value = row[static_cast<std::size_t>(i)];
-                if (std::isnan(value)) value = Lightness(luma[x + i]);
+                if (std::isnan(value)) value = Lightness(luma[x + i] + 0.0f);
             }
         }
         std::copy_n(row.begin(), some, lightness + x);

@@ -200,6 +200,7 @@ void CMetricImage::ToYuv(int matrixNumber) {
 
 void CMetricImage::ToL(int matrixNumber) {
     if (family == FamilyL) return;
+    MakeLightnessTables();  // not on the team that makes the plane
     ConvertTo(FamilyL, matrixNumber);
     peak = kLightnessPeak;
 }

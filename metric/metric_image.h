@@ -83,7 +83,7 @@ public:
     void ToRgb(int matrixNumber);
     /// From family RGB only, without a limit. The peak becomes 255 also when nothing had to be done.
     void ToYuv(int matrixNumber);
-    /// From either family; peak 100.
+    /// From either family; peak 100. Throws std::bad_alloc.
     void ToL(int matrixNumber);
 
 private:
@@ -97,7 +97,8 @@ private:
     std::size_t PixelCount() const;
 
     std::array<Kernels::FloatPlane, kComponentCount> planes;  // by component number
-    /// Whether a plane holds what the frame has for it; of the planes of `family` alone it tells anything.
+    /// Whether a plane holds what the frame has for it; of the planes of `family` and `sourceFamily` alone it tells
+    /// anything.
     std::array<std::atomic<bool>, kComponentCount> made = {};
     std::mutex making;
 

@@ -44,7 +44,6 @@ std::optional<double> SumOfSamples(const SamplePlane* a, const SamplePlane* b, i
     if (columns << a->shiftX != width || rows << a->shiftY != height) return {};
 
     constexpr std::uint64_t kGreatestExact = std::uint64_t{1} << 53;
-    if (a->sampleBytes == 2 && std::int64_t{width} * height > std::int64_t{1} << 32) return {};
     const std::uint64_t sum = Kernels::SumSquaredDifferences({a->rows, a->rowBytes}, {b->rows, b->rowBytes},
                                                              a->sampleBytes, columns, rows);
     const int blockPixels = 1 << (a->shiftX + a->shiftY);

@@ -5,6 +5,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
+#include "kernels/transpose-inl.h"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -17,29 +19,45 @@ namespace hn = hwy::HWY_NAMESPACE;
 constexpr int kSide = kVqmBlockSize;
 constexpr int kArea = kSide * kSide;
 
-// Blocks whose sums grow side by side: an addition takes longer than the time until the next could start.
-constexpr int kBlocksAtOnce = 8;
+// So many blocks are taken together that their sums have a lane each on every instruction set.
+constexpr int kBlocksAtOnce = 16;
 
 using Doubles = hn::CappedTag<double, kSide>;  // a vector never spans more than a row of the block
 using SampleFloats = hn::Rebind<float, Doubles>;
-using Integers = hn::Rebind<std::int32_t, Doubles>;
-using Floats = hn::CappedTag<float, kArea>;
+using Floats = hn::CappedTag<float, kBlocksAtOnce>;
+constexpr int kLanes = static_cast<int>(hn::MaxLanes(Floats()));
 
-HWY_INLINE void CutToIntegers(const float* HWY_RESTRICT samples, int stride, double* HWY_RESTRICT integers) {
+// What a row of blocks is worked on in.
+struct Work {
+    HWY_ALIGN double integers[kBlocksAtOnce][kArea];
+    HWY_ALIGN float coefficients[2][kBlocksAtOnce][kArea];
+    HWY_ALIGN float differences[kBlocksAtOnce][kArea];
+};
+
+// Cuts the samples of `count` blocks side by side. Not inlined, nor is what reads the integers one by one:
+// GCC would take them out of the vectors again instead of loading them, which makes the transform half as fast.
+HWY_NOINLINE void CutToIntegers(const float* HWY_RESTRICT samples, int stride, int count,
+                                double (*integers)[kArea]) {
     const Doubles d;
     for (int y = 0; y < kSide; ++y) {
-        for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-            const auto cut = hn::Trunc(hn::LoadU(SampleFloats(), samples + y * stride + x));
-            hn::Store(hn::PromoteTo(d, cut), d, integers + y * kSide + x);
+        for (int block = 0; block < count; ++block) {
+            for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
+                const auto cut =
+                    hn::Trunc(hn::LoadU(SampleFloats(), samples + y * stride + block * kSide + x));
+                hn::Store(hn::PromoteTo(d, cut), d, integers[block] + y * kSide + x);
+            }
         }
     }
 }
 
+// The block's 64 coefficients. The samples are of magnitude 256 at most, so a coefficient is below 2^12 and never
+// has to be cut to 16 bits.
+//
 // Both passes keep columns of the result in lanes, so that every sum has its own lane, and nothing is
 // transposed: pass 1 multiplies a sample by a row of the transposed matrix, pass 2 an entry of the matrix
 // by a row of pass 1.
-HWY_INLINE void Transform(const VqmTables& tables, const double* HWY_RESTRICT samples,
-                          float* HWY_RESTRICT coefficients) {
+HWY_NOINLINE void Transform(const VqmTables& tables, const double* HWY_RESTRICT samples,
+                            float* HWY_RESTRICT coefficients) {
     const Doubles d;
     for (int column = 0; column < kSide; column += static_cast<int>(hn::Lanes(d))) {
         // The sum over k of weights[k] times rows(k), added in this order.
@@ -58,52 +76,85 @@ HWY_INLINE void Transform(const VqmTables& tables, const double* HWY_RESTRICT sa
         for (int v = 0; v < kSide; ++v) {
             const auto sum = weightedSum(tables.dctMatrix.data() + v * kSide,
                                          [&](int k) HWY_ATTR { return transformedRows[k]; });
-            const auto rounded = hn::DemoteTo(Integers(), hn::Floor(hn::Add(sum, hn::Set(d, 0.499999))));
-            const auto low16 = hn::ShiftRight<16>(hn::ShiftLeft<16>(rounded));
-            hn::StoreU(hn::ConvertTo(SampleFloats(), low16), SampleFloats(),
+            const auto rounded = hn::Floor(hn::Add(sum, hn::Set(d, 0.499999)));
+            hn::StoreU(hn::DemoteTo(SampleFloats(), rounded), SampleFloats(),
                        coefficients + v * kSide + column);
         }
     }
 }
 
-// The block's 64 coefficients; returns the gain that makes them contrasts.
-HWY_INLINE float TransformBlock(const VqmTables& tables, const float* samples, int stride,
-                                float* coefficients) {
-    HWY_ALIGN double integers[kArea];
-    CutToIntegers(samples, stride, integers);
-    Transform(tables, integers, coefficients);
-    return tables.ContrastGain(static_cast<int>(coefficients[0]));
+// contrast / quant, rounded to float once.
+HWY_INLINE hn::Vec<Floats> Quantized(const VqmTables& tables, hn::Vec<Floats> contrast, int k) {
+    const Floats f;
+    const auto quant = hn::LoadU(f, tables.quantTable.data() + k);
+#if HWY_NATIVE_FMA
+    // A division takes longer than all else that is done with the coefficient. Let u be the quotient's unit in the last
+    // place. Contrast times the rounded inverse is off by less than 1.5 u, so what it leaves, computed without a rounding,
+    // is a multiple of u below 125 u, as quant is a whole number up to 83: a float. Its share is off by less
+    // than u / 2^23. But a quotient is half way between two floats never, as 25 bits times quant have more
+    // than the 24 of a contrast, and no nearer to it than u / 166: so both are rounded alike.
+    const auto inverse = hn::LoadU(f, tables.quantInverses.data() + k);
+    const auto quotient = hn::Mul(contrast, inverse);
+    return hn::MulAdd(hn::NegMulAdd(quotient, quant, contrast), inverse, quotient);
+#else
+    return hn::Div(contrast, quant);
+#endif
+}
+
+// The differences of two blocks' contrasts; `greatest` is brought up to them.
+HWY_INLINE void CompareBlocks(const VqmTables& tables, const float* first, const float* second,
+                              float* differences, hn::Vec<Floats>& greatest) {
+    const Floats f;
+    const auto gainOf = [&](const float* block)
+                            HWY_ATTR { return hn::Set(f, tables.ContrastGain(static_cast<std::int16_t>(block[0]))); };
+    const auto gainFirst = gainOf(first);
+    const auto gainSecond = gainOf(second);
+    for (int k = 0; k < kArea; k += kLanes) {
+        const auto a = Quantized(tables, hn::Mul(hn::Load(f, first + k), gainFirst), k);
+        const auto b = Quantized(tables, hn::Mul(hn::Load(f, second + k), gainSecond), k);
+        const auto difference = hn::Abs(hn::Sub(a, b));
+        greatest = hn::Max(greatest, difference);
+        hn::Store(difference, f, differences + k);
+    }
+}
+
+// The blocks' sums, each added in row order: turned so that the lanes are blocks.
+HWY_INLINE void SumDifferences(const float (*differences)[kArea], float* sums) {
+    const Floats f;
+    for (int block = 0; block < kBlocksAtOnce; block += kLanes) {
+        auto sum = hn::Zero(f);
+        for (int k = 0; k < kArea; k += kLanes) {
+            hn::Vec<Floats> square[kLanes];
+            for (int i = 0; i < kLanes; ++i) square[i] = hn::Load(f, differences[block + i] + k);
+            Kernels::HWY_NAMESPACE::Transpose(f, square);
+            for (int i = 0; i < kLanes; ++i) sum = hn::Add(sum, square[i]);
+        }
+        hn::Store(sum, f, sums + block);
+    }
 }
 
 float CompareRow(const VqmTables& tables, const float* first, const float* second, int width,
                  float* blockSums) {
-    const Floats f;
-    auto greatest = hn::Zero(f);
-    HWY_ALIGN float coefficients[2][kArea];
-    HWY_ALIGN float differences[kBlocksAtOnce][kArea] = {};
+    auto greatest = hn::Zero(Floats());
+    Work work;
+    std::fill_n(work.differences[0], kBlocksAtOnce * kArea, 0.0f);
     const int blocks = width / kSide;
     for (int begin = 0; begin < blocks; begin += kBlocksAtOnce) {
         const int count = std::min(kBlocksAtOnce, blocks - begin);
+        for (int picture = 0; picture < 2; ++picture) {
+            CutToIntegers((picture == 0 ? first : second) + begin * kSide, width, count, work.integers);
+            for (int block = 0; block < count; ++block)
+                Transform(tables, work.integers[block], work.coefficients[picture][block]);
+        }
         for (int block = 0; block < count; ++block) {
-            const int x = (begin + block) * kSide;
-            const auto gainFirst = hn::Set(f, TransformBlock(tables, first + x, width, coefficients[0]));
-            const auto gainSecond = hn::Set(f, TransformBlock(tables, second + x, width, coefficients[1]));
-            for (int k = 0; k < kArea; k += static_cast<int>(hn::Lanes(f))) {
-                const auto quant = hn::LoadU(f, tables.quantTable.data() + k);
-                const auto a = hn::Div(hn::Mul(hn::Load(f, coefficients[0] + k), gainFirst), quant);
-                const auto b = hn::Div(hn::Mul(hn::Load(f, coefficients[1] + k), gainSecond), quant);
-                const auto difference = hn::Abs(hn::Sub(a, b));
-                greatest = hn::Max(greatest, difference);
-                hn::Store(difference, f, differences[block] + k);
-            }
+            CompareBlocks(tables, work.coefficients[0][block], work.coefficients[1][block],
+                          work.differences[block], greatest);
         }
-        float sums[kBlocksAtOnce] = {};
-        for (int k = 0; k < kArea; ++k) {
-            for (int block = 0; block < kBlocksAtOnce; ++block) sums[block] += differences[block][k];
-        }
+        HWY_ALIGN float sums[kBlocksAtOnce];
+        SumDifferences(work.differences, sums);
         std::copy_n(sums, count, blockSums + begin);
     }
-    return hn::GetLane(hn::MaxOfLanes(f, greatest));
+    return hn::GetLane(hn::MaxOfLanes(Floats(), greatest));
 }
 
 }  // namespace

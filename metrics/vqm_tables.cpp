@@ -37,6 +37,7 @@ VqmTables::VqmTables() : quantTable(kQuantTable) {
             dctTransposed[static_cast<std::size_t>(x * 8 + u)] = DctEntry(u, x);
         }
     }
+    for (std::size_t i = 0; i < quantTable.size(); ++i) quantInverses[i] = 1 / quantTable[i];
     contrastGains.reserve(65536);
     for (int i = -32768; i < 32768; ++i) {
         const auto dc = static_cast<float>(i);

@@ -20,6 +20,7 @@ struct VqmTables {
     std::array<double, 64> dctTransposed;  ///< the same, row x, column u
     /// What a contrast is divided by. Kin to the default intra matrix of MPEG-2, not equal to it.
     std::array<float, 64> quantTable;
+    std::array<float, 64> quantInverses;  ///< 1 / quantTable in float
     std::vector<float> contrastGains;  ///< by dc + 32768
 
 private:
