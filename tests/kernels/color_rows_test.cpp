@@ -31,7 +31,7 @@ Row Noise(std::size_t count, unsigned seed) {
 }
 
 TEST(ColorRows, SumsFromLeftToRight) {
-    for (const std::size_t count : {1, 5, 16, 37, 100}) {
+    for (const std::size_t count : {1u, 5u, 16u, 37u, 100u}) {
         SCOPED_TRACE(count);
         Row first = Noise(count, 1);
         const Row second = Noise(count, 2), third = Noise(count, 3);
