@@ -105,8 +105,9 @@ HWY_INLINE hn::Vec<Floats> Quantized(const VqmTables& tables, hn::Vec<Floats> co
 HWY_INLINE void CompareBlocks(const VqmTables& tables, const float* first, const float* second,
                               float* differences, hn::Vec<Floats>& greatest) {
     const Floats f;
-    const auto gainOf = [&](const float* block)
-                            HWY_ATTR { return hn::Set(f, tables.ContrastGain(static_cast<std::int16_t>(block[0]))); };
+    const auto gainOf = [&](const float* block) HWY_ATTR {
+        return hn::Set(f, tables.ContrastGain(static_cast<std::int16_t>(block[0])));
+    };
     const auto gainFirst = gainOf(first);
     const auto gainSecond = gainOf(second);
     for (int k = 0; k < kArea; k += kLanes) {

@@ -21,7 +21,7 @@ struct VqmTables {
     /// What a contrast is divided by. Kin to the default intra matrix of MPEG-2, not equal to it.
     std::array<float, 64> quantTable;
     std::array<float, 64> quantInverses;  ///< 1 / quantTable in float
-    std::vector<float> contrastGains;  ///< by dc + 32768
+    std::vector<float> contrastGains;     ///< by dc + 32768
 
 private:
     VqmTables();
