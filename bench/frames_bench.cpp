@@ -1,5 +1,5 @@
-/// The way of a frame to a metric's plane: every component from each kind of layout, and PSNR, which needs no plane.
-/// "bytes_per_second" counts the frame's bytes that are looked at and the floats of one plane.
+/// The way of a frame to a metric's plane: every component from each kind of layout, and PSNR, which needs no
+/// plane. "bytes_per_second" counts the frame's bytes that are looked at and the floats of one plane.
 
 #include "metric/convert_frame.h"
 #include "metric/metric_image.h"

@@ -3,6 +3,8 @@
 
 #include "kernels/arithmetic.h"
 #include "kernels/border.h"
+#include "kernels/flat_ssim.h"
+#include "kernels/flat_walk.h"
 #include "kernels/gauss.h"
 #include "kernels/gauss_ssim.h"
 #include "kernels/ordered_class_sums.h"
@@ -35,6 +37,8 @@ constexpr int kWindowSize = 11;
 constexpr float kSigma = 1.5f;
 constexpr float kC1 = 6.5025f;
 constexpr float kC2 = 58.5225f;
+constexpr float kFlatC1 = 4096 * kC1;
+constexpr float kFlatC2 = 4096 * kC2;
 
 FloatPlane RandomPlane(unsigned seed, float greatest = 255) {
     FloatPlane plane = MakeFloatPlane(kWidth, kHeight);
@@ -154,6 +158,11 @@ KERNEL_BENCHMARK(PaintSimilarity, 7,
                                  kHeight));
 KERNEL_BENCHMARK(GreatestSobelSquare, 8,
                  benchmark::DoNotOptimize(GreatestSobelSquare({{a, b}, kStride, kWidth, kHeight})));
+KERNEL_BENCHMARK(FlatSSIM, 12, FlatSSIM(Pair(planes), kFlatC1, kFlatC2, planes.scratch.get()));
+KERNEL_BENCHMARK(FlatWalk, 2,
+                 FlatWalk walk({planes.bytes.get(), kWidth, planes.picture.get(), kWidth, kWidth, kHeight}, 0,
+                               planes.scratch.get());
+                 for (int y = 0; y + kFlatWindow <= kHeight; ++y) walk.NextSSIM(kFlatC1, kFlatC2, result));
 KERNEL_BENCHMARK(SSIMMap, 24, SSIMMap(Moments(planes), result, kStride, kWidth, kHeight, kC1, kC2));
 KERNEL_BENCHMARK(ContrastStructureMap, 24,
                  ContrastStructureMap(Moments(planes), result, kStride, kWidth, kHeight, kC2));

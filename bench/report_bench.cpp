@@ -1,4 +1,5 @@
-// What a viewer's user waits for, at 1400x900: a change of the frame, a frame's picture, and the opening of a long run.
+// What a viewer's user waits for, at 1400x900: a change of the frame, a frame's picture, and the opening of a
+// long run.
 
 #include <benchmark/benchmark.h>
 

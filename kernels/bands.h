@@ -7,8 +7,9 @@
 
 namespace Kernels {
 
-/// Fewer pixels than this a thread are done sooner than a sleeping thread is woken, which takes tens of microseconds: of
-/// operations of a nanosecond or more a pixel, and of light ones, such as a copy, a conversion or a sum, of a fifth of one.
+/// Fewer pixels than this a thread are done sooner than a sleeping thread is woken, which takes tens of
+/// microseconds: of operations of a nanosecond or more a pixel, and of light ones, such as a copy, a
+/// conversion or a sum, of a fifth of one.
 inline constexpr std::int64_t kPixelsPerThread = 16384;
 inline constexpr std::int64_t kLightPixelsPerThread = 65536;
 
@@ -48,6 +49,20 @@ void ForEachBand(int width, int height, const UseBand& use, std::int64_t pixelsP
         const std::int64_t count = omp_get_num_threads();
         use(Band{static_cast<int>(height * thread / count), static_cast<int>(height * (thread + 1) / count),
                  static_cast<int>(thread)});
+    }
+}
+
+/// Calls first() and second(), side by side if the next parallel level may have two threads. Neither may
+/// throw.
+template <class First, class Second>
+void RunBoth(const First& first, const Second& second) {
+    const bool team = omp_get_active_level() < omp_get_max_active_levels() && omp_get_max_threads() > 1;
+#pragma omp parallel sections num_threads(2) if (team)
+    {
+#pragma omp section
+        first();
+#pragma omp section
+        second();
     }
 }
 

@@ -9,6 +9,9 @@
 
 #include <hwy/cache_control.h>
 
+#include "kernels/flat_formula-inl.h"
+#include "kernels/transpose-inl.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -21,8 +24,8 @@ namespace hn = hwy::HWY_NAMESPACE;
 // Chains of additions run down the columns, then along the rows. Square tiles, walked from the left, let both
 // run in lanes: going down a lane is a column; then the tile is turned, and going right a lane is a row.
 
-using Floats = hn::CappedTag<float, 16>;
-using Vector = hn::Vec<Floats>;
+using Floats = FlatFloats;
+using Vector = FlatVector;
 constexpr int kSide = static_cast<int>(hn::MaxLanes(Floats()));
 constexpr int kTilePixels = kSide * kSide;
 constexpr int kTileRings = kFlatWindow * kWindowSums * kSide;
@@ -57,24 +60,6 @@ private:
     HWY_ALIGN float copy[kTilePixels];
 };
 
-// Turns rows into columns. A round moves the lowest bit of the lane's number to the top of the row's number
-// and the other bits of both down by one. After as many rounds as a number has bits they have changed places.
-#if HWY_TARGET == HWY_SCALAR
-HWY_INLINE void Transpose(Vector (&)[kSide]) {}
-#else
-HWY_INLINE void Transpose(Vector (&rows)[kSide]) {
-    const Floats d;
-    for (int round = 1; round < kSide; round *= 2) {
-        Vector moved[kSide];
-        for (int i = 0; i < kSide / 2; ++i) {
-            moved[i] = hn::ConcatEven(d, rows[2 * i + 1], rows[2 * i]);
-            moved[i + kSide / 2] = hn::ConcatOdd(d, rows[2 * i + 1], rows[2 * i]);
-        }
-        for (int i = 0; i < kSide; ++i) rows[i] = moved[i];
-    }
-}
-#endif
-
 // Continues the running sums of a tile's columns, from plane row `y` on, and gives their differences over 8
 // rows as [sum][row][column]. `rings` has the running sums after the 8 rows above, as [row % 8][sum][column].
 HWY_INLINE void SumColumns(const Tile& first, const Tile& second, int y, float* HWY_RESTRICT rings,
@@ -100,48 +85,6 @@ HWY_INLINE void SumColumns(const Tile& first, const Tile& second, int y, float* 
     }
 }
 
-// Numerator and denominator of the windows' contrast and structure, a window a lane.
-struct Contrast {
-    Vector above;
-    Vector below;
-};
-
-HWY_INLINE Contrast ContrastOf(const Vector (&sums)[kWindowSums], float c2Constant) {
-    const Floats d;
-    const auto c2 = hn::Set(d, c2Constant);
-    const auto pixels = hn::Set(d, kFlatWindow * kFlatWindow);
-    const auto xx = hn::Mul(sums[0], sums[0]);
-    const auto yy = hn::Mul(sums[1], sums[1]);
-    const auto q = hn::Sub(hn::Mul(sums[4], pixels), hn::Mul(sums[0], sums[1]));
-    return {hn::Add(hn::Add(c2, q), q), hn::Add(hn::Add(hn::Sub(hn::Mul(sums[2], pixels), xx), c2),
-                                                hn::Sub(hn::Mul(sums[3], pixels), yy))};
-}
-
-// What makes the values of windows, a window a lane, from their sums.
-
-struct ContrastStructure {
-    float c2;
-
-    HWY_INLINE Vector operator()(const Vector (&sums)[kWindowSums]) const {
-        const Contrast contrast = ContrastOf(sums, c2);
-        return hn::Div(contrast.above, contrast.below);
-    }
-};
-
-struct SSIM {
-    float c1;
-    float c2;
-
-    HWY_INLINE Vector operator()(const Vector (&sums)[kWindowSums]) const {
-        const auto luminance = hn::Set(Floats(), c1);
-        const auto p = hn::Mul(sums[0], sums[1]);
-        const auto above = hn::Add(hn::Add(luminance, p), p);
-        const auto below = hn::Add(hn::Add(hn::Mul(sums[0], sums[0]), luminance), hn::Mul(sums[1], sums[1]));
-        const Contrast contrast = ContrastOf(sums, c2);
-        return hn::Div(hn::Mul(above, contrast.above), hn::Mul(below, contrast.below));
-    }
-};
-
 // The windows that move along a block of rows, a row a lane. Before column 7 they lack columns, which count
 // as zero: so the first sum of 8 arises like the others.
 class MovingWindows {
@@ -155,7 +98,7 @@ public:
             Vector columns[kSide];
             for (int i = 0; i < kSide; ++i)
                 columns[i] = hn::Load(d, differences + k * kTilePixels + i * kSide);
-            Transpose(columns);
+            Transpose(Floats(), columns);
             for (int i = 0; i < kSide; ++i) hn::Store(columns[i], d, kept[k][(x + i) % kKeptColumns]);
         }
 
@@ -171,7 +114,7 @@ public:
             values[i] = valuesOf(window);
         }
         for (int k = 0; k < kWindowSums; ++k) hn::Store(window[k], d, sums[k]);
-        Transpose(values);
+        Transpose(Floats(), values);
     }
 
 private:
@@ -213,11 +156,11 @@ HWY_INLINE void MapPlanes(const SSIMPlanes& planes, const ValuesOf& valuesOf, vo
 }
 
 void MapSSIM(const SSIMPlanes& planes, float c1, float c2, void* scratch) {
-    MapPlanes(planes, SSIM{c1, c2}, scratch);
+    MapPlanes(planes, FlatSSIMOf{c1, c2}, scratch);
 }
 
 void MapContrastStructure(const SSIMPlanes& planes, float c2, void* scratch) {
-    MapPlanes(planes, ContrastStructure{c2}, scratch);
+    MapPlanes(planes, FlatContrastStructureOf{c2}, scratch);
 }
 
 }  // namespace

@@ -36,8 +36,8 @@ struct alignas(64) GaussWork {
     float taps[kGaussWindow];
 };
 
-/// The pixels that a thread takes at least: in pictures of any size 64 threads find enough, and as each has sums for a
-/// whole row of blocks, more would need more memory than the pictures.
+/// The pixels that a thread takes at least: in pictures of any size 64 threads find enough, and as each has
+/// sums for a whole row of blocks, more would need more memory than the pictures.
 inline std::int64_t GaussPixelsPerThread(int width, int height) {
     constexpr int kMostThreads = 64;
     return std::max(kPixelsPerThread, (std::int64_t{width} * height + kMostThreads - 1) / kMostThreads);

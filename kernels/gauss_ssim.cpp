@@ -20,9 +20,9 @@ HWY_BEFORE_NAMESPACE();
 namespace Kernels::HWY_NAMESPACE {
 namespace {
 
-// The pictures are filtered in blocks of 16 by 16, which are walked from the left. Across, the lanes are rows;
-// then the block is turned, and down, the lanes are columns. A filter's results come five places late, so a
-// block of results lies five columns and rows before the pixels that complete it.
+// The pictures are filtered in blocks of 16 by 16, which are walked from the left. Across, the lanes are
+// rows; then the block is turned, and down, the lanes are columns. A filter's results come five places late,
+// so a block of results lies five columns and rows before the pixels that complete it.
 
 // How far ahead of a block the planes are fetched, in floats: the processor can't foresee so many rows at
 // once. One cache line to eight are alike.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 namespace Kernels {
 
 /// Half the picture a side: each target pixel is the mean of a square of 2 by 2 source pixels, added in float
@@ -9,5 +12,9 @@ namespace Kernels {
 /// row to row; rows need no alignment. Source and target don't overlap. Allocates nothing; any thread; works
 /// alone.
 void Halve(const float* source, int sourceStride, float* target, int targetStride, int width, int height);
+
+/// The same of a plane of bytes.
+void HalveBytes(const std::uint8_t* source, std::ptrdiff_t sourceStride, float* target, int targetStride,
+                int width, int height);
 
 }  // namespace Kernels

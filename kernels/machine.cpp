@@ -6,8 +6,8 @@
 
 namespace {
 
-/// The runtime of the teams reads its settings when it is initialised, which the library being a part of the program
-/// (see CMakeLists.txt) is after this: functions with a priority come first.
+/// The runtime of the teams reads its settings when it is initialised, which the library being a part of the
+/// program (see CMakeLists.txt) is after this: functions with a priority come first.
 [[gnu::constructor(101)]] void SpinBriefly() {
     if (std::getenv("OMP_WAIT_POLICY") == nullptr) setenv("GOMP_SPINCOUNT", "2000", 0);
 }

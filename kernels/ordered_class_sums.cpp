@@ -87,7 +87,8 @@ HWY_INLINE Run TakeRun(const float* HWY_RESTRICT pixels, const std::uint8_t* HWY
             !(hn::GetLane(hn::MaxOfLanes(d, excess)) < 0)};
 }
 
-// Adds a run of whole vectors to sums in these ranges; false, and nothing done, if that can't be done at once.
+// Adds a run of whole vectors to sums in these ranges; false, and nothing done, if that can't be done at
+// once.
 HWY_INLINE bool AddRun(const float* pixels, const std::uint8_t* classes, int count, const ClassSums& ranges,
                        ClassSums& sums) {
     const Run run = TakeRun(pixels, classes, count, ranges);
@@ -105,8 +106,8 @@ HWY_INLINE bool AddRun(const float* pixels, const std::uint8_t* classes, int cou
 
 void AddRow(const float* row, const std::uint8_t* classes, int width, ClassSums& sums) {
     const int step = static_cast<int>(hn::Lanes(Floats()));
-    // The ranges are taken anew only after a run that couldn't be added: so a run needn't wait for the sums of
-    // the one before.
+    // The ranges are taken anew only after a run that couldn't be added: so a run needn't wait for the sums
+    // of the one before.
     ClassSums ranges = RangesOf(sums);
     for (int x = 0; x < width;) {
         const int end = std::min(x + kRun, width);

@@ -74,8 +74,8 @@ HWY_INLINE bool AddRun(const float* HWY_RESTRICT pixels, int count, Number range
 template <class Number>
 HWY_INLINE Number AddRow(Number sum, const float* row, int width) {
     const int step = static_cast<int>(hn::Lanes(hn::ScalableTag<Number>()));
-    // The range is taken anew only after a run that couldn't be added: so a run needn't wait for the sum of the
-    // one before, which makes this twice as fast.
+    // The range is taken anew only after a run that couldn't be added: so a run needn't wait for the sum of
+    // the one before, which makes this twice as fast.
     Number range = RangeOf(sum);
     for (int x = 0; x < width;) {
         const int end = std::min(x + kRun, width);

@@ -88,8 +88,8 @@ HWY_INLINE void SquareColumns(int x, int first, int end, const ThirdOf& thirdOf,
     }
 }
 
-/// Calls use(x, y, squares) for the rows from `first` to before `end`, in an order of its own: squares[i] has those of
-/// plane i from column x on, kSobelLanes of them; what lies beyond the last column means nothing.
+/// Calls use(x, y, squares) for the rows from `first` to before `end`, in an order of its own: squares[i] has
+/// those of plane i from column x on, kSobelLanes of them; what lies beyond the last column means nothing.
 template <int kCount, class Use>
 HWY_INLINE void ForEachSobelSquare(const SobelPlanes<kCount>& planes, int first, int end, const Use& use) {
     for (int y = first; y < end; y += kSobelRows) {

@@ -6,6 +6,7 @@
 
 #include "kernels/plane.h"
 #include "metric/metric_base.h"
+#include "metrics/flat_byte_windows.h"
 #include "metrics/msssim_levels.h"
 
 namespace Metric {
@@ -45,15 +46,31 @@ private:
         const float* first;
         const float* second;
     };
+    struct Constants {
+        float c1;
+        float c2;
+    };
 
     void AddLevel(int width, int height);
-    float ProductOfLevels(const std::vector<CMetricImage*>& images);
-    Pictures HalvePictures(const Pictures& pictures, std::size_t level);
-    double MeanOfLevel(const Pictures& pictures, std::size_t level, float c1, float c2);
+    float ProductOfLevels(const std::vector<CMetricImage*>& images, bool wantsMaps);
+    /// The pictures of a level behind the first.
+    Pictures PicturesOf(std::size_t level) const;
+    /// Makes those of the second level.
+    void HalveFrame(const Pictures& frame);
+    void HalveFrame(const Kernels::BytePictures& frame);
+    /// Makes those of the next level but these.
+    void HalveLevel(std::size_t level);
+    /// Fills the level's map.
+    double MeanOfLevel(const Pictures& pictures, std::size_t level, const Constants& constants,
+                       void* levelScratch);
+    /// The mean of the first level, which isn't the last; fills its map if it is wanted.
+    double MeanOfBytes(const Kernels::BytePictures& frame, float c2, bool wantsMap);
 
     std::vector<LevelMap> levels;                            // the finest first
     std::vector<std::array<Kernels::FloatPlane, 2>> halved;  // pictures of the levels behind the first
     Kernels::BytePlane scratch;
+    Kernels::BytePlane scratchOfCoarser;
+    FlatByteWindows byteWindows;
 };
 
 }  // namespace Metric

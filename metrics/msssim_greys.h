@@ -10,8 +10,8 @@ namespace Metric {
 //
 // Any thread; nothing is allocated. What is the same on every instruction set is the grey, not the sum.
 
-/// weight * log(value) of each value: not a number below 0, `kUnsureLogarithm` for a value that is 0 or of a size that
-/// no similarity has.
+/// weight * log(value) of each value: not a number below 0, `kUnsureLogarithm` for a value that is 0 or of a
+/// size that no similarity has.
 void WeighLogarithms(const float* values, int width, double weight, double* logarithms);
 inline constexpr double kUnsureLogarithm = -1e9;
 

@@ -33,8 +33,8 @@ Bgr Color(float decibels) {
     return {};
 }
 
-/// The squared differences of all pixels, from the frames' samples where both have them alike, in blocks of one size
-/// that fill the picture. The same value as from float planes, none of which has to be made.
+/// The squared differences of all pixels, from the frames' samples where both have them alike, in blocks of
+/// one size that fill the picture. The same value as from float planes, none of which has to be made.
 std::optional<double> SumOfSamples(const SamplePlane* a, const SamplePlane* b, int width, int height) {
     if (a == nullptr || b == nullptr || !a->IsPacked() || !b->IsPacked()) return {};
     if (a->sampleBytes != b->sampleBytes || a->scale != b->scale || a->centre != b->centre) return {};

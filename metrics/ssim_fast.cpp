@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "kernels/flat_ssim.h"
@@ -23,8 +24,8 @@ constexpr int kBeforeFirst = Kernels::kFlatWindow - 1;  // columns to the left o
 
 CSSIMMetric::CSSIMMetric(MetricParameters metricParameters)
     : CMetric(std::move(metricParameters), Kernels::kFlatWindow, Kernels::kFlatWindow, true),
-      scratch(
-          static_cast<std::uint8_t*>(Kernels::AllocZeroed(Kernels::GetFlatSSIMScratchSize(paddedWidth)))) {
+      scratch(static_cast<std::uint8_t*>(Kernels::AllocZeroed(Kernels::GetFlatSSIMScratchSize(paddedWidth)))),
+      byteWindows(paddedWidth, paddedHeight) {
     id = L"ssim_fast";
     name = L"SSIM (fast)";
     infoUrl = InfoUrl(L"/video/quality_measure/info_en.html#ssim");
@@ -35,16 +36,14 @@ CSSIMMetric::CSSIMMetric(MetricParameters metricParameters)
 }
 
 std::vector<MetricValue> CSSIMMetric::Measure(const std::vector<CMetricImage*>& images) {
-    FillMap(images);
-    value = SumOfWindows<float>() / WindowCount();
+    value = SumOfWindows<float>(images, false) / WindowCount();
     AddFrameValues({value});
     return Result(value);
 }
 
 std::vector<MetricValue> CSSIMMetric::MeasureAndVisualize(const std::vector<CMetricImage*>& images,
                                                           rkVideoImage& target) {
-    FillMap(images);
-    value = static_cast<float>(SumOfWindows<double>() / WindowCount());
+    value = static_cast<float>(SumOfWindows<double>(images, true) / WindowCount());
     AddFrameValues({value});
     Visualize(target, parameters.component);
     return Result(value);
@@ -54,21 +53,24 @@ void CSSIMMetric::Visualize(rkVideoImage& target, int component) {
     PaintMap(target, GetMap(component), paddedWidth, Kernels::PaintSimilarity);
 }
 
-void CSSIMMetric::FillMap(const std::vector<CMetricImage*>& images) {
-    const auto [first, second] = GetPlanes(images, parameters.component);
-    const double peaks = images[0]->GetPeak() * images[1]->GetPeak();
-    const int stride = paddedWidth * static_cast<int>(sizeof(float));
-    Kernels::FlatSSIM(
-        {first, stride, second, stride, GetMap(parameters.component), stride, paddedWidth, paddedHeight},
-        static_cast<float>(peaks * kLuminanceScale), static_cast<float>(peaks * kContrastScale),
-        scratch.get());
-}
-
 template <class Number>
-Number CSSIMMetric::SumOfWindows() {
+Number CSSIMMetric::SumOfWindows(const std::vector<CMetricImage*>& images, bool wantsMap) {
+    const double peaks = images[0]->GetPeak() * images[1]->GetPeak();
+    const auto c1 = static_cast<float>(peaks * kLuminanceScale);
+    const auto c2 = static_cast<float>(peaks * kContrastScale);
+    float* const map = GetMap(parameters.component);
+    if (const auto bytes = needsPadding ? std::nullopt : BytePicturesOf(images, parameters.component)) {
+        return byteWindows.Sum<Number>(*bytes, map, wantsMap, [=](Kernels::FlatWalk& walk, float* values) {
+            walk.NextSSIM(c1, c2, values);
+        });
+    }
+
+    const auto [first, second] = GetPlanes(images, parameters.component);
     const int stride = paddedWidth * static_cast<int>(sizeof(float));
-    return Kernels::OrderedSum(Number{0}, GetMap(parameters.component) + kBeforeFirst, stride,
-                               paddedWidth - kBeforeFirst, paddedHeight - kBeforeFirst);
+    Kernels::FlatSSIM({first, stride, second, stride, map, stride, paddedWidth, paddedHeight}, c1, c2,
+                      scratch.get());
+    return Kernels::OrderedSum(Number{0}, map + kBeforeFirst, stride, paddedWidth - kBeforeFirst,
+                               paddedHeight - kBeforeFirst);
 }
 
 float CSSIMMetric::WindowCount() const {

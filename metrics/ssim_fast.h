@@ -4,6 +4,7 @@
 
 #include "kernels/plane.h"
 #include "metric/metric_base.h"
+#include "metrics/flat_byte_windows.h"
 
 namespace Metric {
 
@@ -38,13 +39,13 @@ public:
     void Visualize(rkVideoImage& target, int component) override;
 
 private:
-    void FillMap(const std::vector<CMetricImage*>& images);
-    /// The map's windows added to 0.
+    /// The windows added to 0; fills the map if it is wanted, else leaves anything in it.
     template <class Number>
-    Number SumOfWindows();
+    Number SumOfWindows(const std::vector<CMetricImage*>& images, bool wantsMap);
     float WindowCount() const;
 
     Kernels::BytePlane scratch;
+    FlatByteWindows byteWindows;
 };
 
 }  // namespace Metric

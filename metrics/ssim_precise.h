@@ -19,8 +19,8 @@ namespace Metric {
 /// Departs  every pixel counts: at the border the window sees the nearest pixels repeated, where the authors'
 ///          program takes only windows inside the picture. Pictures aren't made smaller first, however big.
 /// Numbers  the window's sums in float, the formula in double and rounded to float, the mean in double.
-/// Map      the pixels' values; only a frame that is painted fills it. Painted grey: black where equal, brighter
-///          where worse; values below 0 wrap around.
+/// Map      the pixels' values; only a frame that is painted fills it. Painted grey: black where equal,
+///          brighter where worse; values below 0 wrap around.
 /// Cost     6 ms at 1080p on one core with AVX-512, most of it for the five filters, 3 on two: a team shares
 ///          the rows. A frame allocates nothing but its result.
 class CSSIMMetricIpp : public CMetric {

@@ -29,7 +29,8 @@ namespace Metric {
 ///          of rows: 1.
 /// Map      255 less 255 times both scores of the pixel: black where equal, painted grey. Nothing is painted
 ///          for the first 32 frames.
-/// Cost     60 ms at 1080p on one core with AVX-512, a team shares all but the search for motion and the pools.
+/// Cost     60 ms at 1080p on one core with AVX-512, a team shares all but the search for motion and the
+///          pools.
 /// Memory   33 frames in bytes and 17 in floats of each sequence: 420 MB at 1920 by 1080. A frame allocates
 ///          nothing but its result once the lists of motion vectors have grown.
 class CSTSSIMMetric : public CMetric {

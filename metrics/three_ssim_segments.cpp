@@ -82,7 +82,8 @@ HWY_EXPORT(PaintRow);
 constexpr double kEdgeGradient = 0.12;
 constexpr double kTextureGradient = 0.06;
 
-/// The least number from 0 on whose root in float passes, where a greater one's does too. `near` is not far off.
+/// The least number from 0 on whose root in float passes, where a greater one's does too. `near` is not far
+/// off.
 template <class Passes>
 float LeastWithRoot(float near, const Passes& passes) {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();

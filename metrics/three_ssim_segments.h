@@ -31,8 +31,8 @@ std::array<int, kSegmentCount> FindSegments(const Kernels::SobelPlanes<2>& pictu
                                             const Kernels::Band& band, const SegmentThresholds& thresholds,
                                             std::uint8_t* segments);
 
-/// Paints a row of pixels as `PaintSimilarity` does, but with the grey in the byte that is the pixel's segment
-/// and the other two black.
+/// Paints a row of pixels as `PaintSimilarity` does, but with the grey in the byte that is the pixel's
+/// segment and the other two black.
 void PaintSegments(const float* similarities, const std::uint8_t* segments, int width, std::uint8_t* pixels);
 
 }  // namespace Metric

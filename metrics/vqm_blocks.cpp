@@ -35,7 +35,8 @@ struct Work {
 };
 
 // Cuts the samples of `count` blocks side by side. Not inlined, nor is what reads the integers one by one:
-// GCC would take them out of the vectors again instead of loading them, which makes the transform half as fast.
+// GCC would take them out of the vectors again instead of loading them, which makes the transform half as
+// fast.
 HWY_NOINLINE void CutToIntegers(const float* HWY_RESTRICT samples, int stride, int count,
                                 double (*integers)[kArea]) {
     const Doubles d;
@@ -50,8 +51,8 @@ HWY_NOINLINE void CutToIntegers(const float* HWY_RESTRICT samples, int stride, i
     }
 }
 
-// The block's 64 coefficients. The samples are of magnitude 256 at most, so a coefficient is below 2^12 and never
-// has to be cut to 16 bits.
+// The block's 64 coefficients. The samples are of magnitude 256 at most, so a coefficient is below 2^12 and
+// never has to be cut to 16 bits.
 //
 // Both passes keep columns of the result in lanes, so that every sum has its own lane, and nothing is
 // transposed: pass 1 multiplies a sample by a row of the transposed matrix, pass 2 an entry of the matrix
@@ -88,11 +89,12 @@ HWY_INLINE hn::Vec<Floats> Quantized(const VqmTables& tables, hn::Vec<Floats> co
     const Floats f;
     const auto quant = hn::LoadU(f, tables.quantTable.data() + k);
 #if HWY_NATIVE_FMA
-    // A division takes longer than all else that is done with the coefficient. Let u be the quotient's unit in the last
-    // place. Contrast times the rounded inverse is off by less than 1.5 u, so what it leaves, computed without a rounding,
-    // is a multiple of u below 125 u, as quant is a whole number up to 83: a float. Its share is off by less
-    // than u / 2^23. But a quotient is half way between two floats never, as 25 bits times quant have more
-    // than the 24 of a contrast, and no nearer to it than u / 166: so both are rounded alike.
+    // A division takes longer than all else that is done with the coefficient. Let u be the quotient's unit
+    // in the last place. Contrast times the rounded inverse is off by less than 1.5 u, so what it leaves,
+    // computed without a rounding, is a multiple of u below 125 u, as quant is a whole number up to 83: a
+    // float. Its share is off by less than u / 2^23. But a quotient is half way between two floats never, as
+    // 25 bits times quant have more than the 24 of a contrast, and no nearer to it than u / 166: so both are
+    // rounded alike.
     const auto inverse = hn::LoadU(f, tables.quantInverses.data() + k);
     const auto quotient = hn::Mul(contrast, inverse);
     return hn::MulAdd(hn::NegMulAdd(quotient, quant, contrast), inverse, quotient);

@@ -17,8 +17,8 @@ namespace Metric {
 ///          few positions. It is split only where its match is worse than recent frames lead one to expect.
 /// State    the last frame's field, and the running statistics of the costs. Frames must come in order.
 /// Numbers  integers; the statistics in float, in raster order. The same result on every instruction set.
-/// Threads  one at a time. The search works alone, since a block waits for its neighbours; a team shares the half
-///          pixels of the reference. A frame allocates nothing once the candidate list has grown to its
+/// Threads  one at a time. The search works alone, since a block waits for its neighbours; a team shares the
+///          half pixels of the reference. A frame allocates nothing once the candidate list has grown to its
 ///          greatest length.
 class MotionEstimator {
 public:

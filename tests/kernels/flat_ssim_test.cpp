@@ -1,5 +1,6 @@
 #include "kernels/flat_ssim.h"
 
+#include "kernels/flat_walk.h"
 #include "kernels/plane.h"
 #include "kernels/reference/flat_ssim.h"
 #include "tests/kernels/targets.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -92,6 +94,75 @@ TEST(FlatSSIM, GivesTheBitsOfTheReference) {
             EXPECT_TRUE(contrast == MapOf(pictures, [](const SSIMPlanes& planes, void* scratch) {
                             FlatContrastStructure(planes, kC2, scratch);
                         }));
+        });
+    }
+}
+
+// The map that the walk's rows make, beside which nothing is written; after every `stretch` rows another walk
+// goes on.
+template <class NextRow>
+TestPlane<float> WalkedMap(const Pictures& pictures, int stretch, const NextRow& nextRow) {
+    const int width = pictures.first.width;
+    const auto bytesOf = [](const TestPlane<float>& plane) {
+        TestPlane<std::uint8_t> bytes(plane.width, plane.height);
+        for (int y = 0; y < plane.height; ++y)
+            for (int x = 0; x < plane.width; ++x)
+                Row(bytes.data(), bytes.stride, y)[x] =
+                    static_cast<std::uint8_t>(Row(plane.data(), plane.stride, y)[x]);
+        return bytes;
+    };
+    const TestPlane<std::uint8_t> first = bytesOf(pictures.first);
+    const TestPlane<std::uint8_t> second = bytesOf(pictures.second);
+    const BytePlane memory(static_cast<std::uint8_t*>(AllocZeroed(FlatWalk::MemoryBytes(width))));
+    std::fill_n(memory.get(), FlatWalk::MemoryBytes(width), std::uint8_t{0xFF});
+    const FloatPlane row = MakeFloatPlane(FlatWalk::RowFloats(width), 1);
+    std::optional<FlatWalk> walk;
+    TestPlane<float> map(width, first.height);
+    for (int y = 0; y + kFlatWindow <= first.height; ++y) {
+        const BytePictures bytes = {first.data(),  first.stride, second.data(),
+                                    second.stride, width,        first.height};
+        if (y % stretch == 0) walk.emplace(bytes, y, memory.get());
+        nextRow(*walk, row.get());
+        std::fill_n(row.get(), kFlatWindow - 1, row[kFlatWindow - 1]);
+        std::copy_n(row.get(), width, Row(map.data(), map.stride, y));
+    }
+    return map;
+}
+
+TEST(FlatWalk, GivesTheBitsOfTheReference) {
+    const struct {
+        const char* what;
+        int width, height, darkest;
+    } kCases[] = {
+        {"one window", 8, 8, 0},
+        {"one column less than a vector", 15, 12, 0},
+        {"a vector", 16, 30, 0},
+        {"one column more", 17, 30, 0},
+        {"two vectors and a rest", 45, 36, 0},
+        {"a column of windows", 8, 70, 0},
+        {"a row of windows", 300, 8, 0},
+        {"sums of squares beyond 24 bits", 43, 700, 200},
+        {"all white", 40, 1500, 255},
+    };
+    unsigned seed = 1;
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.what);
+        const Pictures pictures(c.width, c.height, c.darkest, 1, seed++);
+        const auto ssim = MapOf(pictures, [](const SSIMPlanes& planes, void* scratch) {
+            Reference::FlatSSIM(planes, kC1, kC2, scratch);
+        });
+        const auto contrast = MapOf(pictures, [](const SSIMPlanes& planes, void* scratch) {
+            Reference::FlatContrastStructure(planes, kC2, scratch);
+        });
+        ForEachTarget([&] {
+            for (const int stretch : {c.height, 1, 9, 100}) {
+                const auto ssimRow = [](FlatWalk& walk, float* row) { walk.NextSSIM(kC1, kC2, row); };
+                const auto contrastRow = [](FlatWalk& walk, float* row) {
+                    walk.NextContrastStructure(kC2, row);
+                };
+                EXPECT_TRUE(ssim == WalkedMap(pictures, stretch, ssimRow)) << stretch;
+                EXPECT_TRUE(contrast == WalkedMap(pictures, stretch, contrastRow)) << stretch;
+            }
         });
     }
 }

@@ -40,5 +40,24 @@ TEST(Halve, GivesTheBitsOfTheReference) {
     }
 }
 
+TEST(Halve, OfBytes) {
+    for (const auto& [width, height] : kPlaneSizes) {
+        SCOPED_TRACE(width);
+        TestPlane<float> source = Picture(2 * width, 2 * height, 1);
+        TestPlane<std::uint8_t> bytes(2 * width, 2 * height);
+        for (int y = 0; y < 2 * height; ++y)
+            for (int x = 0; x < 2 * width; ++x)
+                Row(bytes.data(), bytes.stride, y)[x] =
+                    static_cast<std::uint8_t>(Row(source.data(), source.stride, y)[x]);
+        TestPlane<float> expected(width, height);
+        Reference::Halve(source.data(), source.stride, expected.data(), expected.stride, width, height);
+        ForEachTarget([&, columns = width, rows = height] {
+            TestPlane<float> actual(columns, rows);
+            HalveBytes(bytes.data(), bytes.stride, actual.data(), actual.stride, columns, rows);
+            EXPECT_TRUE(expected == actual);
+        });
+    }
+}
+
 }  // namespace
 }  // namespace Kernels

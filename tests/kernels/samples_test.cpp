@@ -13,8 +13,8 @@
 namespace Kernels {
 namespace {
 
-// Counts around the lengths of vectors and of the buffer for units of three bytes. The units lie in a block of just
-// their size at any address, so that the address sanitizer sees a read behind the last one.
+// Counts around the lengths of vectors and of the buffer for units of three bytes. The units lie in a block
+// of just their size at any address, so that the address sanitizer sees a read behind the last one.
 TEST(LoadSamples, EveryKindOfUnitAtAnyCount) {
     constexpr struct {
         int unitBytes, offset, sampleBytes;

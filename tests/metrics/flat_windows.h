@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "metric/metric_image.h"
+#include "tests/kernels/targets.h"
 #include "tests/metrics/pictures.h"
 #include "tests/metrics/scenes.h"
 
@@ -36,6 +37,71 @@ inline std::unique_ptr<CMetricImage> TenBitImage(const Scene& scene) {
     image->LoadYuvDeep444(bytes.data(), 10);
     image->ForgetFrame();
     return image;
+}
+
+/// A scene's samples, cut to bytes, as a frame that its image has at hand.
+struct ByteFrame {
+    explicit ByteFrame(const Scene& scene) : image(scene.width, scene.height) {
+        for (const float sample : scene.Padded(1)) bytes.push_back(static_cast<std::uint8_t>(sample));
+        bytes.resize(3 * bytes.size());  // U and V
+        image.LoadYuvBytes(bytes.data(), scene.width, bytes.size() / 3);
+    }
+
+    std::vector<std::uint8_t> bytes;
+    CMetricImage image;
+};
+
+/// Sizes with and without padding, with few and with many windows, bright ones whose sums of squares pass
+/// 2^24.
+inline std::vector<Scene> ByteScenes() {
+    const auto bright = [](int x, int y) { return 180 + Noise(x, y, 76); };
+    return {{"one window", 8, 8, Coded},     {"a row of windows", 304, 8, bright},
+            {"two levels", 24, 16, Coded},   {"bright and high", 64, 600, bright},
+            {"for a team", 456, 304, Coded}, {"padded", 100, 90, Coded}};
+}
+
+/// The value of one frame by a new instance, without and with a picture painted.
+template <class Measured>
+float MeasureOnce(CMetricImage& first, CMetricImage& second, rkVideoImage* target = nullptr) {
+    Measured metric(PictureSize(first.GetWidth(), first.GetHeight()));
+    const std::vector<CMetricImage*> images = {&first, &second};
+    return (target ? metric.MeasureAndVisualize(images, *target) : metric.Measure(images))[0].value;
+}
+
+/// How many pixels of a canvas aren't the grey that greyAt(x, y) says.
+template <class GreyAt>
+int WrongPixels(const Canvas& canvas, const GreyAt& greyAt) {
+    int wrong = 0;
+    for (int y = 0; y < canvas.picture.VisibleHeight(); ++y)
+        for (int x = 0; x < canvas.picture.VisibleWidth(); ++x)
+            wrong += canvas.Pixel(x, y) != std::vector<int>(3, greyAt(x, y));
+    return wrong;
+}
+
+/// The bytes of the frames give what their float planes do, in value and picture, on every team.
+template <class Measured>
+void ExpectSameOfBytes() {
+    for (const Scene& scene : ByteScenes()) {
+        SCOPED_TRACE(scene.what);
+        ByteFrame first(scene);
+        ByteFrame second(Distorted(scene));
+        const auto measure = [&](rkVideoImage* target) {
+            return MeasureOnce<Measured>(first.image, second.image, target);
+        };
+        ByteFrame firstPlanes(scene);
+        ByteFrame secondPlanes(Distorted(scene));
+        firstPlanes.image.ForgetFrame();
+        secondPlanes.image.ForgetFrame();
+        Canvas expected(scene.width, scene.height);
+        const float value = MeasureOnce<Measured>(firstPlanes.image, secondPlanes.image);
+        const float painted = MeasureOnce<Measured>(firstPlanes.image, secondPlanes.image, &expected.picture);
+        Kernels::ForEachTargetAndTeam([&] {
+            EXPECT_EQ(value, measure(nullptr));
+            Canvas canvas(scene.width, scene.height, 77);
+            EXPECT_EQ(painted, measure(&canvas.picture));
+            EXPECT_EQ(0, WrongPixels(canvas, [&](int x, int y) { return expected.Pixel(x, y)[0]; }));
+        });
+    }
 }
 
 struct WindowSums {
@@ -104,24 +170,6 @@ inline std::vector<float> WindowMap(const std::vector<float>& windows, int width
                               ? 1.0f
                               : windows[static_cast<std::size_t>(y * (width - 7) + std::max(x - 7, 0))]);
     return map;
-}
-
-/// The value of one frame by a new instance, without and with a picture painted.
-template <class Measured>
-float MeasureOnce(CMetricImage& first, CMetricImage& second, rkVideoImage* target = nullptr) {
-    Measured metric(PictureSize(first.GetWidth(), first.GetHeight()));
-    const std::vector<CMetricImage*> images = {&first, &second};
-    return (target ? metric.MeasureAndVisualize(images, *target) : metric.Measure(images))[0].value;
-}
-
-/// How many pixels of a canvas aren't the grey that greyAt(x, y) says.
-template <class GreyAt>
-int WrongPixels(const Canvas& canvas, const GreyAt& greyAt) {
-    int wrong = 0;
-    for (int y = 0; y < canvas.picture.VisibleHeight(); ++y)
-        for (int x = 0; x < canvas.picture.VisibleWidth(); ++x)
-            wrong += canvas.Pixel(x, y) != std::vector<int>(3, greyAt(x, y));
-    return wrong;
 }
 
 }  // namespace Metric

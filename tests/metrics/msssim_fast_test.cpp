@@ -92,6 +92,10 @@ TEST(MsssimFast, ScenesByTheDefinition) {
     }
 }
 
+TEST(MsssimFast, SameOfBytes) {
+    ExpectSameOfBytes<CMSSSIMMetric>();
+}
+
 // Flat pictures have contrast and structure 1, so the value is the luminance term of the last level whatever
 // the number of levels, here of the greys 20 and 120: (2 * 20 * 120 + C1) / (20^2 + 120^2 + C1) with C1 of
 // 6.5025. The painted picture takes it to the last level's weight.

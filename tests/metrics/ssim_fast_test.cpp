@@ -47,6 +47,10 @@ TEST(SsimFast, ScenesByTheDefinition) {
     }
 }
 
+TEST(SsimFast, SameOfBytes) {
+    ExpectSameOfBytes<CSSIMMetric>();
+}
+
 // Flat pictures of levels a and b have the value (2 a b + C1) / (a^2 + b^2 + C1), C1 = 0.0001 peak peak, and
 // equal ones exactly 1. The 153 windows are added with an error of half a unit each, 2^-24 of the sum; to a
 // double without.

@@ -267,9 +267,10 @@ std::uint32_t Fingerprint(const MotionField& field) {
     return hash;
 }
 
-// What a plain program in another language found, which shares nothing with this one. Each of these slips in it
-// changes at least one: another order of the neighbours or of a pattern's steps, no block below, a projection
-// with the wrong sign or place in the list, candidates that aren't dropped, other numbers of rounds, no large pattern.
+// What a plain program in another language found, which shares nothing with this one. Each of these slips in
+// it changes at least one: another order of the neighbours or of a pattern's steps, no block below, a
+// projection with the wrong sign or place in the list, candidates that aren't dropped, other numbers of
+// rounds, no large pattern.
 TEST(MotionEstimator, OtherProgram) {
     constexpr std::uint32_t kFingerprints[] = {0x17595e38, 0xdf51e32f, 0x0b16ef97, 0x7ac30714, 0xebf741de,
                                                0x1258f8cf, 0x5b9bd125, 0xe32b4e40, 0xa1145b9f};
