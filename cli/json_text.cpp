@@ -10,7 +10,8 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// Of a single value only: the library's arrays and objects need memory even to go away, and end the process without.
+/// Of a single value only: the library's arrays and objects need memory even to go away, and end the process
+/// without.
 std::string TokenOf(const Json& value) {
     return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// JSON text as it is written, indented by two blanks: without a tree of values beside it, which for a long run would be
-/// many times as big.
+/// JSON text as it is written, indented by two blanks: without a tree of values beside it, which for a long
+/// run would be many times as big.
 ///
 /// Calls follow the structure, each value in an object behind its key. Any of them throws std::bad_alloc.
 class JsonText {

@@ -130,8 +130,8 @@ public:
     }
 
 private:
-    /// The arguments, the last one first as the parser wants them. In place of "--name=" it gets the option and an empty
-    /// value, which it would pass over for the next argument.
+    /// The arguments, the last one first as the parser wants them. In place of "--name=" it gets the option
+    /// and an empty value, which it would pass over for the next argument.
     std::vector<std::string> Arguments(int argc, const char* const* argv) const {
         std::vector<std::string> arguments;
         for (int i = 1; i < argc; ++i) {
@@ -153,7 +153,8 @@ private:
         return UsageError(name + " takes " + option->get_type_name() + ": " + option->get_description());
     }
 
-    /// An option that takes one of some words, the first of them unless it is given; `target` gets its position.
+    /// An option that takes one of some words, the first of them unless it is given; `target` gets its
+    /// position.
     template <class Target>
     void AddChoice(const std::string& name, Target& target, const std::vector<std::string>& words,
                    const std::string& description, const char* group) {

@@ -13,8 +13,8 @@ struct RunReport {
     const std::vector<std::wstring>& logLines;  ///< without the time
 };
 
-/// One line a result: name, component, files, average with the unit; then the numbers of the bad frames if any were
-/// asked for and saved.
+/// One line a result: name, component, files, average with the unit; then the numbers of the bad frames if
+/// any were asked for and saved.
 std::string TextReport(const RunReport& report);
 
 /// The whole run as one JSON object, ended by a line feed. Numbers have 9 significant digits, so that a float

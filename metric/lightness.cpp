@@ -18,8 +18,8 @@ using Kernels::kStepsPerUnit;
 using Kernels::kUnits;
 
 struct Tables {
-    /// Lightness of all samples. Rows are the fractions, so that the lumas of bytes share the first row and stay in
-    /// the nearest cache.
+    /// Lightness of all samples. Rows are the fractions, so that the lumas of bytes share the first row and
+    /// stay in the nearest cache.
     std::array<std::array<float, kUnits>, kStepsPerUnit> samples;
     std::array<Kernels::LightnessPoint, Kernels::kLightnessPoints> points;
 };

@@ -13,8 +13,9 @@ float Lightness(float luma);
 /// std::bad_alloc out. Any thread.
 void MakeLightnessTables();
 
-/// `Lightness` of `count` lumas, the same bits (a -0 counting as 0), in place if wanted. Lumas as 8- to 16-bit samples give them are looked
-/// up, others are found near a table's points; the tables are built on first use. Any thread.
+/// `Lightness` of `count` lumas, the same bits (a -0 counting as 0), in place if wanted. Lumas as 8- to
+/// 16-bit samples give them are looked up, others are found near a table's points; the tables are built on
+/// first use. Any thread.
 void LightnessRow(const float* luma, float* lightness, int count);
 
 }  // namespace Metric

@@ -54,8 +54,8 @@ protected:
     /// a single image, and where it needs padding but `padSecond` is false.
     std::pair<const float*, const float*> GetPlanes(const std::vector<CMetricImage*>& images, int component);
 
-    /// The map of `component`: `paddedWidth` by `paddedHeight` floats, zero at first. That of the metric's own
-    /// component is there from the start, another one is made on first use.
+    /// The map of `component`: `paddedWidth` by `paddedHeight` floats, zero at first. That of the metric's
+    /// own component is there from the start, another one is made on first use.
     float* GetMap(int component);
 
     /// Pixels of a padded plane or a map.

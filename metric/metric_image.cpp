@@ -31,8 +31,9 @@ constexpr bool IsComponent(int component) {
     return component >= 0 && component < kComponentCount;
 }
 
-/// A plane of packed 16-bit samples that starts at word `firstWord` of a frame with `wordCount` whole ones. The rows
-/// of a subsampled plane are `width >> shiftX` words apart, the cut-off half of an odd width included.
+/// A plane of packed 16-bit samples that starts at word `firstWord` of a frame with `wordCount` whole ones.
+/// The rows of a subsampled plane are `width >> shiftX` words apart, the cut-off half of an odd width
+/// included.
 SamplePlane DeepPlane(const std::uint8_t* frame, std::size_t wordCount, int bits, int width,
                       std::size_t firstWord, int shiftX, int shiftY, float centre) {
     constexpr int kWordBytes = 2;

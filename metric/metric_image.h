@@ -48,12 +48,12 @@ public:
     /// The plane of a colour component; null for any other number.
     float* GetPlane(int component);
 
-    /// The frame's own samples of a component, if its plane is made of these alone; else null. They are what the
-    /// plane holds as long as nobody writes to that.
+    /// The frame's own samples of a component, if its plane is made of these alone; else null. They are what
+    /// the plane holds as long as nobody writes to that.
     const SamplePlane* GetSamples(int component) const;
 
-    /// Makes what the family's planes still lack and forgets the frame: to be called before planes are written
-    /// to.
+    /// Makes what the family's planes still lack and forgets the frame: to be called before planes are
+    /// written to.
     void ForgetFrame();
 
     /// Forgets the frame; planes that aren't made yet keep old values.
@@ -97,8 +97,8 @@ private:
     std::size_t PixelCount() const;
 
     std::array<Kernels::FloatPlane, kComponentCount> planes;  // by component number
-    /// Whether a plane holds what the frame has for it; of the planes of `family` and `sourceFamily` alone it tells
-    /// anything.
+    /// Whether a plane holds what the frame has for it; of the planes of `family` and `sourceFamily` alone it
+    /// tells anything.
     std::array<std::atomic<bool>, kComponentCount> made = {};
     std::mutex making;
 

@@ -15,8 +15,8 @@
 #include "video/video_image.h"
 #include "video/video_source.h"
 
-/// Chooses the bad frames of a complete run and saves them as bitmaps, one for each frame and file, with captions:
-/// "proc_fr_0003.bmp" is the fourth worst frame of proc.avi. No directory is made.
+/// Chooses the bad frames of a complete run and saves them as bitmaps, one for each frame and file, with
+/// captions: "proc_fr_0003.bmp" is the fourth worst frame of proc.avi. No directory is made.
 ///
 /// Made for one save. Throws std::bad_alloc only.
 class BadFramesSaver {
@@ -26,8 +26,8 @@ public:
                             const Metric::CMetricList& metrics = Metric::GetMetricList(),
                             TakenPaths taken = {});
 
-    /// The bad frames, the worst first. Opens the files of the roles anew, by the records under their names. What can't
-    /// be read or written is logged, once a file, and left out.
+    /// The bad frames, the worst first. Opens the files of the roles anew, by the records under their names.
+    /// What can't be read or written is logged, once a file, and left out.
     std::vector<int> Save(const CResultsStore& store, const std::map<std::wstring, FileRecord>& fileRecords,
                           int yuvTable);
 

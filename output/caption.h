@@ -27,9 +27,9 @@ struct CaptionSubject {
     const Metric::CMetricList& metrics;
 };
 
-/// The caption for a picture of `width` by `height`: the program's name; as `settings` ask the number of the frame, and
-/// for each value the files that it speaks of, metric, component and the value in six digits. What goes beyond the
-/// picture isn't moved.
+/// The caption for a picture of `width` by `height`: the program's name; as `settings` ask the number of the
+/// frame, and for each value the files that it speaks of, metric, component and the value in six digits. What
+/// goes beyond the picture isn't moved.
 std::vector<CaptionText> CaptionTexts(int width, int height, const CaptionSettings& settings,
                                       const CaptionSubject& subject);
 

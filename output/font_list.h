@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-/// The outline fonts that the system has, best first: DejaVu Sans, then what the system takes for sans serif, then
-/// those that add further characters. Readable by any thread.
+/// The outline fonts that the system has, best first: DejaVu Sans, then what the system takes for sans serif,
+/// then those that add further characters. Readable by any thread.
 class FontList {
 public:
     struct File {

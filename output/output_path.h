@@ -9,8 +9,8 @@
 std::wstring MetricNameItem(const ResultRecord& record,
                             const Metric::CMetricList& metrics = Metric::GetMetricList());
 
-/// The metrics of a run as output names show them: the item of each result, those that differ in the order of their
-/// first appearance, joined by "_".
+/// The metrics of a run as output names show them: the item of each result, those that differ in the order of
+/// their first appearance, joined by "_".
 std::wstring MetricNamePart(const CResultsStore& store,
                             const Metric::CMetricList& metrics = Metric::GetMetricList());
 

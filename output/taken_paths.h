@@ -18,5 +18,6 @@ private:
     std::set<std::string> outputs;
 };
 
-/// The `attempt`th choice for a name, from 1 on: the name as it stands, then with "_2", "_3" and so on behind it.
+/// The `attempt`th choice for a name, from 1 on: the name as it stands, then with "_2", "_3" and so on behind
+/// it.
 std::wstring NumberedName(const std::wstring& name, int attempt);

@@ -27,7 +27,8 @@ using FacePtr = std::unique_ptr<std::remove_pointer_t<FT_Face>, DoneFace>;
 constexpr char32_t kReplacementCharacter = 0xFFFD;
 constexpr FT_Fixed kNatural = 1 << 16;  // the share of its own width that a character gets
 
-/// Whether the library could do something. Without memory a text would lack characters and say something else.
+/// Whether the library could do something. Without memory a text would lack characters and say something
+/// else.
 bool Succeeds(FT_Error error) {
     if (error == FT_Err_Out_Of_Memory) throw std::bad_alloc();
     return error == 0;

@@ -21,11 +21,12 @@ struct Bitmap24 {
     static Bitmap24 BottomUp(rkVideoImage& image);
 };
 
-/// Draws text into pictures, in lines of 15 pixels: from left to right, a character after the other, with the fonts of
-/// the system. A character that no font has shows as a mark of its own. Without any font nothing is drawn.
+/// Draws text into pictures, in lines of 15 pixels: from left to right, a character after the other, with the
+/// fonts of the system. A character that no font has shows as a mark of its own. Without any font nothing is
+/// drawn.
 ///
-/// Keeps the characters that it has drawn once. Throws std::bad_alloc only. One thread at a time; several work side by
-/// side.
+/// Keeps the characters that it has drawn once. Throws std::bad_alloc only. One thread at a time; several
+/// work side by side.
 class TextRaster {
 public:
     static constexpr int kLineHeight = 15;
@@ -37,8 +38,8 @@ public:
 
     static constexpr int kAnyWidth = INT_MAX;
 
-    /// Draws with the line's left top at (x, y), on what is there; what lies outside the picture is left out. Text wider
-    /// than `room` is squeezed into it. The column behind the text.
+    /// Draws with the line's left top at (x, y), on what is there; what lies outside the picture is left out.
+    /// Text wider than `room` is squeezed into it. The column behind the text.
     int Draw(const Bitmap24& bitmap, int x, int y, std::wstring_view text, Metric::Bgr color,
              int room = kAnyWidth);
 

@@ -10,15 +10,15 @@
 #include "output/text_raster.h"
 #include "video/avi/video_file.h"
 
-/// The file that a metric's pictures go to, frame after frame: an AVI file of 25 frames a second or, if one of the
-/// metric's files is a bitmap, a bitmap of the last frame. A caption is painted over each picture.
+/// The file that a metric's pictures go to, frame after frame: an AVI file of 25 frames a second or, if one
+/// of the metric's files is a bitmap, a bitmap of the last frame. A caption is painted over each picture.
 ///
-/// Legal order: `Open`, `WriteFrame` for each frame, `Close`. One thread at a time, not always the same one; several
-/// files are written side by side. Only the constructor and `Open` throw, std::bad_alloc.
+/// Legal order: `Open`, `WriteFrame` for each frame, `Close`. One thread at a time, not always the same one;
+/// several files are written side by side. Only the constructor and `Open` throw, std::bad_alloc.
 class CVisualizationFile {
 public:
-    /// Chooses the path: by the settings, from the metric and the files of `resultIds`, which aren't empty, and with a
-    /// number behind the name if that is one of the taken paths. No directory is made.
+    /// Chooses the path: by the settings, from the metric and the files of `resultIds`, which aren't empty,
+    /// and with a number behind the name if that is one of the taken paths. No directory is made.
     CVisualizationFile(VisualizationSettings settings, std::vector<int> resultIds, const CResultsStore& store,
                        const TakenPaths& taken = {},
                        const Metric::CMetricList& metrics = Metric::GetMetricList());
@@ -27,12 +27,13 @@ public:
     /// The name got a number.
     bool IsNumbered() const { return isNumbered; }
 
-    /// False if the file can't be made, as in a directory that doesn't exist or may not be written to. A bitmap isn't
-    /// there yet behind it.
+    /// False if the file can't be made, as in a directory that doesn't exist or may not be written to. A
+    /// bitmap isn't there yet behind it.
     bool Open();
 
-    /// Writes a metric's picture, an `RGB24` image of the settings' size with its rows from the top, under its caption;
-    /// turns the picture over on the way. False if the frame isn't in the file; what was written before it is sound.
+    /// Writes a metric's picture, an `RGB24` image of the settings' size with its rows from the top, under
+    /// its caption; turns the picture over on the way. False if the frame isn't in the file; what was written
+    /// before it is sound.
     bool WriteFrame(rkVideoImage& picture, int frame, const std::vector<Metric::MetricValue>& values,
                     const CResultsStore& store);
 

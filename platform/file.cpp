@@ -34,7 +34,8 @@ int OpenTemporary(const std::string& target, std::string& name) {
 }
 
 bool WriteInPlace(const std::string& path, std::string_view bytes) {
-    // Without O_NONBLOCK a pipe without a reader would hang here; one with a reader is waited for as it reads.
+    // Without O_NONBLOCK a pipe without a reader would hang here; one with a reader is waited for as it
+    // reads.
     int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, kNewFileMode);
     if (descriptor < 0) return false;
     const bool waits = fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK) == 0;

@@ -53,10 +53,10 @@ private:
 
 /// Writes `bytes` as the whole of the file `path`, or leaves what was there: under a temporary name beside
 /// it, then renamed. What is no regular file (a device, a pipe), or lies in a directory that takes no new
-/// file, is written in place. False if any step failed, for a file that may not be written, and for a pipe that
-/// nobody reads.
+/// file, is written in place. False if any step failed, for a file that may not be written, and for a pipe
+/// that nobody reads.
 bool ReplaceFile(const std::wstring& path, std::string_view bytes);
 
-/// Whether `ReplaceFile` could begin: false for a missing or closed directory and for a file that may not be written.
-/// Leaves everything as it is.
+/// Whether `ReplaceFile` could begin: false for a missing or closed directory and for a file that may not be
+/// written. Leaves everything as it is.
 bool CanReplaceFile(const std::wstring& path);

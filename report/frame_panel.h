@@ -13,7 +13,8 @@ class ValueField;
 
 namespace Report {
 
-/// The controls below a frame. It keeps its size and reports what was chosen; moving a control by code sends no signal.
+/// The controls below a frame. It keeps its size and reports what was chosen; moving a control by code sends
+/// no signal.
 class FramePanel : public QWidget {
     Q_OBJECT
 

@@ -8,7 +8,8 @@
 
 namespace Report {
 
-/// A frame of a video, pixel for pixel at 100 percent. It is dragged with the left button and zoomed with the wheel.
+/// A frame of a video, pixel for pixel at 100 percent. It is dragged with the left button and zoomed with the
+/// wheel.
 class FramePicture : public QWidget {
     Q_OBJECT
 

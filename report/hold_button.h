@@ -7,8 +7,8 @@
 
 namespace Report {
 
-/// A button that repeats its command while the mouse holds it, faster and faster. A short press, the space key and a screen
-/// reader give the command once.
+/// A button that repeats its command while the mouse holds it, faster and faster. A short press, the space
+/// key and a screen reader give the command once.
 class HoldButton : public IconButton {
     Q_OBJECT
 

@@ -13,10 +13,12 @@
 
 namespace Report {
 
-/// A `FrameReader` for a window: what it reads comes to the window's thread, as pictures of Qt. A picture that wasn't taken
-/// over when the next one comes is lost, so that they don't pile up before a window that is busy.
+/// A `FrameReader` for a window: what it reads comes to the window's thread, as pictures of Qt. A picture
+/// that wasn't taken over when the next one comes is lost, so that they don't pile up before a window that is
+/// busy.
 ///
-/// All of it is for the window's thread. Nothing comes any more once it is destroyed, which waits for no reading.
+/// All of it is for the window's thread. Nothing comes any more once it is destroyed, which waits for no
+/// reading.
 class PictureReader : public QObject {
     Q_OBJECT
 

@@ -9,12 +9,12 @@
 
 namespace Report {
 
-/// Owns the visible range and the current frame of a viewer, turns what the user does into changes of them, and tells all
-/// views. Belongs to the dialog; GUI thread only.
+/// Owns the visible range and the current frame of a viewer, turns what the user does into changes of them,
+/// and tells all views. Belongs to the dialog; GUI thread only.
 class ReportController {
 public:
-    /// `showNumbers` puts the current frame and its values into the dialog, before the views follow; `redraw` brings the
-    /// plots' pictures to the screen.
+    /// `showNumbers` puts the current frame and its values into the dialog, before the views follow; `redraw`
+    /// brings the plots' pictures to the screen.
     ReportController(ReportData data, std::function<void()> showNumbers, std::function<void()> redraw);
 
     const ReportData& Data() const { return data; }

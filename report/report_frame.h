@@ -22,11 +22,11 @@ class FramePanel;
 class FramePicture;
 class ReportController;
 
-/// The window that shows the current frame of one of the files. It follows the controller, and appears when its files have
-/// been opened, at the size of their picture. It deletes itself when it is closed.
+/// The window that shows the current frame of one of the files. It follows the controller, and appears when
+/// its files have been opened, at the size of their picture. It deletes itself when it is closed.
 ///
-/// Files are opened and read on a thread of their own; the window waits for neither. A frame that arrives after another
-/// one was asked for isn't shown.
+/// Files are opened and read on a thread of their own; the window waits for neither. A frame that arrives
+/// after another one was asked for isn't shown.
 class CReportFrame : public QWidget, public IReportControllerSubordinate {
     Q_OBJECT
 

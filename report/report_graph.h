@@ -13,11 +13,12 @@ namespace Report {
 
 class ReportController;
 
-/// A plot of the values over the frames. The overview shows all frames and the visible range as a band in them; the detail
-/// plot shows the visible range. A run of up to three frames has no overview: both plots are detail plots.
+/// A plot of the values over the frames. The overview shows all frames and the visible range as a band in
+/// them; the detail plot shows the visible range. A run of up to three frames has no overview: both plots are
+/// detail plots.
 ///
-/// It is drawn into an off-screen picture, once for all changes that came since the last painting. Only the detail plot
-/// draws its curves anew when the frame changes.
+/// It is drawn into an off-screen picture, once for all changes that came since the last painting. Only the
+/// detail plot draws its curves anew when the frame changes.
 class CReportGraph : public QWidget, public IReportControllerSubordinate {
     Q_OBJECT
 

@@ -22,7 +22,8 @@ class CReportFrame;
 class CReportGraph;
 class HoldButton;
 
-/// "Results visualization": two plots of the values, and what moves through them. The window with the frames belongs to it.
+/// "Results visualization": two plots of the values, and what moves through them. The window with the frames
+/// belongs to it.
 class ResultsDialog : public QDialog {
     Q_OBJECT
 

@@ -45,8 +45,9 @@ struct UpdaterSettings {
     FileHook fileHook;  // for tests
 };
 
-/// All that the program does on its own update server, and with what comes from there. It trusts nothing of it: names that
-/// leave the program's directory, and sizes that don't match, are refused before a file is written.
+/// All that the program does on its own update server, and with what comes from there. It trusts nothing of
+/// it: names that leave the program's directory, and sizes that don't match, are refused before a file is
+/// written.
 ///
 /// One object a process. Its calls come one at a time, from any thread; `Cancel` comes at any time.
 class CAutoUpdater {
@@ -59,8 +60,8 @@ public:
 
     /// `baseUrl` is the directory that the server's `update/` lies in; see `IsFetchable`.
     CheckResult CheckForUpdate(const std::string& baseUrl);
-    /// Fetches the newest version to the staging directory beside the program. What is there isn't touched before the
-    /// list has been found good.
+    /// Fetches the newest version to the staging directory beside the program. What is there isn't touched
+    /// before the list has been found good.
     DownloadResult DownloadUpdate(const std::string& baseUrl);
 
     /// Whether a complete download waits to be installed.
@@ -68,7 +69,8 @@ public:
     /// Installs it; see `InstallStagedFiles`. To be called only if there is one.
     InstallResult InstallUpdate();
 
-    /// The running program's file, as it was named when the updater was made: the one to start after an install.
+    /// The running program's file, as it was named when the updater was made: the one to start after an
+    /// install.
     std::wstring OwnPath() const { return settings.programPath; }
     /// Where a download lies that couldn't be installed: set aside, or, if that was impossible, where it was.
     std::wstring FailedDownloadPath() const;

@@ -47,8 +47,8 @@ struct DirectoryCloser {
     void operator()(DIR* directory) const { closedir(directory); }
 };
 
-/// The names in a directory but its own two; nothing if it can't be read. Read whole, since removing while reading
-/// may skip some.
+/// The names in a directory but its own two; nothing if it can't be read. Read whole, since removing while
+/// reading may skip some.
 std::optional<std::vector<std::string>> NamesIn(const Descriptor& directory) {
     Descriptor again = OpenSubdirectory(directory.Number(), ".");
     const std::unique_ptr<DIR, DirectoryCloser> list(again.IsOpen() ? fdopendir(again.Number()) : nullptr);

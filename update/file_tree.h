@@ -10,8 +10,8 @@
 #include <string_view>
 #include <utility>
 
-/// Called before each step that changes files, with its name and the file's; 0 to go on, or the error number that the step
-/// is to fail with. Tests break and kill the updater here.
+/// Called before each step that changes files, with its name and the file's; 0 to go on, or the error number
+/// that the step is to fail with. Tests break and kill the updater here.
 using FileHook = std::function<int(std::string_view step, const std::string& name)>;
 
 /// A file descriptor with an owner.
@@ -53,11 +53,12 @@ private:
     bool hasFailed = false;
 };
 
-/// The files below one directory. Names are relative to it, in UTF-8, parted by "/"; on the way to a file no symbolic
-/// link is followed, wherever it leads, and none as a file either: it can be moved and removed like a file.
+/// The files below one directory. Names are relative to it, in UTF-8, parted by "/"; on the way to a file no
+/// symbolic link is followed, wherever it leads, and none as a file either: it can be moved and removed like
+/// a file.
 ///
-/// Each change is whole or not done at all, and has reached the disk when the operation returns, except `Rename`,
-/// `Link` and `RemoveFile`: for these call `SyncDirectoryOf`. For one thread at a time.
+/// Each change is whole or not done at all, and has reached the disk when the operation returns, except
+/// `Rename`, `Link` and `RemoveFile`: for these call `SyncDirectoryOf`. For one thread at a time.
 class FileTree {
 public:
     enum class Kind { Missing, File, Link, Directory, Other, Unreachable };
@@ -74,8 +75,8 @@ public:
     FileTree(const std::string& root, const FileHook& hook);
     bool IsOpen() const { return root.IsOpen(); }
 
-    /// Waits until no other process has the tree locked, at most that long; false if one still has. The lock ends
-    /// with the tree or the process. A file system that knows no locks gives none, and true.
+    /// Waits until no other process has the tree locked, at most that long; false if one still has. The lock
+    /// ends with the tree or the process. A file system that knows no locks gives none, and true.
     bool Lock(std::chrono::milliseconds patience);
 
     Found Look(const std::string& name) const;

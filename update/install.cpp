@@ -33,7 +33,8 @@ private:
     const std::wstring& ownName;
 };
 
-/// Where the new file is: staged, or on the target's volume already. Empty if there is none: then it has been moved.
+/// Where the new file is: staged, or on the target's volume already. Empty if there is none: then it has been
+/// moved.
 std::string Installer::SourceOf(const UpdateEntry& entry) const {
     for (const std::string& name : {StagedName(entry), ToUtf8(entry.name) + kArrivingEnding})
         if (program.Look(name).IsFile(entry.size)) return name;
@@ -73,7 +74,8 @@ void Installer::KeepOther(const std::string& target, const FileTree::Found& old)
 bool Installer::Move(const std::string& source, const std::string& target) {
     int error = program.Rename(source, target);
     if (error == EXDEV) {
-        // The staged file goes before its copy takes the target's place: as long as there is one, the copy doesn't count.
+        // The staged file goes before its copy takes the target's place: as long as there is one, the copy
+        // doesn't count.
         const std::string arriving = target + kArrivingEnding;
         const bool hasArrived = program.Copy(source, program, arriving) &&
                                 program.SyncDirectoryOf(arriving) && program.RemoveFile(source) &&
@@ -106,7 +108,8 @@ bool Installer::Install(const UpdateEntry& entry) {
 bool InstallStagedFiles(FileTree& program, FileTree& temporary, const UpdateList& list,
                         const std::wstring& ownName) {
     Installer installer(program, temporary, ownName);
-    // The version is the running program's own: as long as that is the old one, a broken update is offered again.
+    // The version is the running program's own: as long as that is the old one, a broken update is offered
+    // again.
     std::vector<UpdateEntry> entries = list.entries;
     std::stable_partition(entries.begin(), entries.end(),
                           [&](const UpdateEntry& entry) { return entry.name != ownName; });

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// What an update is on the server and in the program's directory. Names are relative, to the base address there and to
-/// the program's directory here.
+/// What an update is on the server and in the program's directory. Names are relative, to the base address
+/// there and to the program's directory here.
 
 constexpr const char* kServerVersion = "update/LATEST";
 constexpr const char* kServerFiles = "update/files/Win32/";

@@ -12,9 +12,9 @@ public:
     /// With the icon for warnings and "OK".
     virtual void ShowWarning(const std::wstring& title, const std::wstring& text) = 0;
 
-    /// Closes the program's windows without a question, so that nothing begins any more that needs the old files. A
-    /// measurement stops first and keeps what it has, and what the user chose is saved. Returns when that is done; false if
-    /// the program ends meanwhile.
+    /// Closes the program's windows without a question, so that nothing begins any more that needs the old
+    /// files. A measurement stops first and keeps what it has, and what the user chose is saved. Returns when
+    /// that is done; false if the program ends meanwhile.
     virtual bool EndWindows() = 0;
     /// Starts `CAutoUpdater::OwnPath` in place of this process. May return before that has happened.
     virtual void Restart() = 0;
@@ -22,9 +22,9 @@ public:
     virtual ~IUpdateQuestions() = default;
 };
 
-/// The background check: looks for a newer version; if the user wants it, downloads it and, if the user wants that too,
-/// installs it and restarts. Says nothing unless there is a newer version. Ends soon after `CAutoUpdater::Cancel`, in
-/// silence.
+/// The background check: looks for a newer version; if the user wants it, downloads it and, if the user wants
+/// that too, installs it and restarts. Says nothing unless there is a newer version. Ends soon after
+/// `CAutoUpdater::Cancel`, in silence.
 void RunUpdate(CAutoUpdater& updater, IUpdateQuestions& questions, const std::string& baseUrl);
 
 enum class StartAction {
@@ -33,8 +33,8 @@ enum class StartAction {
     TellAndGoOn,  // show `InstallFailure`
 };
 
-/// The first step of a start: installs what was downloaded earlier. Never asks for a second restart for the same download
-/// without having come further.
+/// The first step of a start: installs what was downloaded earlier. Never asks for a second restart for the
+/// same download without having come further.
 StartAction InstallAtStart(CAutoUpdater& updater);
 
 struct UpdateMessage {

@@ -41,8 +41,8 @@ bool EqualNoCase(std::wstring_view a, std::wstring_view b) {
     return a.size() == b.size() && EndsWithNoCase(a, b);
 }
 
-/// In the staging directory the first part stands beside the list and the marks; in the program's directory it could be
-/// the staging directory. Case doesn't count: file systems differ.
+/// In the staging directory the first part stands beside the list and the marks; in the program's directory
+/// it could be the staging directory. Case doesn't count: file systems differ.
 bool IsOwnName(const std::wstring& firstPart) {
     return std::any_of(kReservedNames.begin(), kReservedNames.end(),
                        [&](const char* name) { return EqualNoCase(firstPart, Widen(name)); });

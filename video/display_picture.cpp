@@ -6,7 +6,8 @@
 
 namespace {
 
-// Frames of YUV and of deep RGB come with their rows from the top, the 8-bit RGB of AVI and bitmap files bottom-up.
+// Frames of YUV and of deep RGB come with their rows from the top, the 8-bit RGB of AVI and bitmap files
+// bottom-up.
 
 bool ShowYuv(const rkVideoImage& frame, int matrix, rkVideoImage& planes, rkVideoImage& picture) {
     if (!planes.Convert(frame, YUV, 0, false)) return false;

@@ -41,8 +41,9 @@ public:
     /// `PackedFrameBytes` says. It is remembered as `Target()`, never freed.
     void LoadFrame(const std::uint8_t* packed);
 
-    /// The same for a packed frame that already lies at `Data()`, as a source reads it: moves the rows of its first
-    /// planes, as many as `planeCount`, to their places and writes their padding. The others hold anything then.
+    /// The same for a packed frame that already lies at `Data()`, as a source reads it: moves the rows of its
+    /// first planes, as many as `planeCount`, to their places and writes their padding. The others hold
+    /// anything then.
     void UnpackFrame(int planeCount = 3);
 
     /// Makes this image the source's picture in another layout. False for a pair that there is no conversion

@@ -16,8 +16,8 @@ public:
     virtual int ReadNextFrame(std::uint8_t* buffer) = 0;
     virtual int ReadFrameImage(rkVideoImage& image, int frame) = 0;
     virtual int ReadNextFrameImage(rkVideoImage& image) = 0;
-    /// Nobody will look at the chroma of what is read from now on: a source may leave it in its file, and an image
-    /// holds anything there.
+    /// Nobody will look at the chroma of what is read from now on: a source may leave it in its file, and an
+    /// image holds anything there.
     virtual void ReadLumaOnly() {}
     /// The container's stream behind the source; null where there is none. Belongs to the source.
     virtual rkIRawDataStream* GetRawStream() { return nullptr; }

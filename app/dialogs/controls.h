@@ -26,8 +26,8 @@ void FocusFirst(QWidget& field);
 QSize RoomFor(const QWidget& window);
 /// The size to open a window with that is complete and would like to have `wanted`.
 QSize OpeningSizeOf(const QWidget& window, QSize wanted);
-/// Gives a dialog that is complete the size to open with: `usual`, which is meant for text of 9 points, or what it needs
-/// if that is more.
+/// Gives a dialog that is complete the size to open with: `usual`, which is meant for text of 9 points, or
+/// what it needs if that is more.
 void SetUsualSize(QDialog& dialog, QSize usual);
 
 /// Lets the user choose a directory for `field`, as its "Browse" does.

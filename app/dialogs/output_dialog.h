@@ -16,7 +16,8 @@ class OutputDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// `job` outlives the dialog. It changes on "OK" only, but for the compressor, whose choice takes effect at once.
+    /// `job` outlives the dialog. It changes on "OK" only, but for the compressor, whose choice takes effect
+    /// at once.
     OutputDialog(QWidget* parent, MeasurementJob& job);
 
     void accept() override;

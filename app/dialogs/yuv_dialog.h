@@ -13,8 +13,8 @@ class YuvDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// `record` outlives the dialog. It changes on "OK" only, as `StoreForm` tells: also when a side is 0, which brings a
-    /// message while the dialog stays.
+    /// `record` outlives the dialog. It changes on "OK" only, as `StoreForm` tells: also when a side is 0,
+    /// which brings a message while the dialog stays.
     YuvDialog(QWidget* parent, FileRecord& record, const Capabilities& capabilities);
 
     void accept() override;

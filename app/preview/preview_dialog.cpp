@@ -166,7 +166,8 @@ void PreviewDialog::ResizeTo(int percent) {
 void PreviewDialog::FitPicture() {
     const QSize space = picture->SizeOnScreen();
     PixelRect rect = Layout().PictureIn({space.width(), space.height()});
-    // A window has whole pixels of its own, of which one or two can be too much for 100 percent. That stays exact.
+    // A window has whole pixels of its own, of which one or two can be too much for 100 percent. That stays
+    // exact.
     const double ratio = devicePixelRatioF();
     const double spare = ratio == 1 ? 0 : 2 * ratio;
     const int tooWide = rect.width - video.width;

@@ -16,8 +16,8 @@ class QSlider;
 class QGroupBox;
 class ValueField;
 
-/// A window to look through a video. Its frames are read on a thread of their own; one that arrives after another was asked
-/// for isn't shown, and one that can't be read leaves the last picture.
+/// A window to look through a video. Its frames are read on a thread of their own; one that arrives after
+/// another was asked for isn't shown, and one that can't be read leaves the last picture.
 class PreviewDialog : public QDialog {
     Q_OBJECT
 
@@ -65,7 +65,7 @@ private:
     std::unique_ptr<Report::PictureReader> reader;
 };
 
-/// Lets the user look through a video that is open; returns once its window is closed. The source is closed and destroyed
-/// as soon as no frame of it is being read any more. Nothing happens without a source. `yuvTable` is the matrix of the
-/// pictures, as the job has it.
+/// Lets the user look through a video that is open; returns once its window is closed. The source is closed
+/// and destroyed as soon as no frame of it is being read any more. Nothing happens without a source.
+/// `yuvTable` is the matrix of the pictures, as the job has it.
 void ShowPreview(QWidget* parent, std::unique_ptr<rkIVideoSource> source, int yuvTable);

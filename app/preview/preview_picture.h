@@ -5,8 +5,8 @@
 
 class StatusLine;
 
-/// A picture stretched smoothly into a rectangle, with strips in the colour of buttons around it. It counts in pixels of
-/// the screen. The mouse is left to the window.
+/// A picture stretched smoothly into a rectangle, with strips in the colour of buttons around it. It counts
+/// in pixels of the screen. The mouse is left to the window.
 class PreviewPicture : public QWidget {
     Q_OBJECT
 

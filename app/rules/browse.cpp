@@ -10,7 +10,8 @@ void SuitFilter(FileRecord& slot) {
     if (!slot.onlyPreferred && !slot.customParameters) TakeFilterByName(slot);
 }
 
-/// Raw files of one comparison mostly have one size and layout: a slot without a size takes the first one known.
+/// Raw files of one comparison mostly have one size and layout: a slot without a size takes the first one
+/// known.
 void BorrowRawSize(const MeasurementJob& job, FileRecord& slot) {
     if (slot.width != 0 || slot.height != 0) return;
     for (const FileRecord& other : job.fileSlots) {

@@ -22,12 +22,12 @@ public:
 /// Asked with the icon for questions, "Yes" and "No".
 BoxText OpenWithAviSynthQuestion();
 
-/// What helps with a file that doesn't open; empty if nothing is known. It is for the cases in which nobody was asked the
-/// question above, as with a path that was typed.
+/// What helps with a file that doesn't open; empty if nothing is known. It is for the cases in which nobody
+/// was asked the question above, as with a path that was typed.
 std::wstring OpeningAdvice(const FileRecord& slot, const Capabilities& capabilities);
 
-/// "Browse" of a row: lets the user choose a file, works out how it is to be opened, and puts it into the row's
-/// slot. The directory of a processed file becomes that of the CSV and the visualization files.
+/// "Browse" of a row: lets the user choose a file, works out how it is to be opened, and puts it into the
+/// row's slot. The directory of a processed file becomes that of the CSV and the visualization files.
 ///
 /// False if the user cancelled: nothing has changed after a cancelled file dialog, the slot is empty after
 /// cancelled raw settings.

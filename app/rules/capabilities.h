@@ -13,6 +13,6 @@ struct Capabilities {
     bool rawSource = false;     ///< plug-in of RawSource
 };
 
-/// The script host is part of the program; a number "script_host" of 0 in the settings does without it. A plug-in
-/// is there if its file in "avs_plugins" opens for reading. `programDirectory` ends in a separator.
+/// The script host is part of the program; a number "script_host" of 0 in the settings does without it. A
+/// plug-in is there if its file in "avs_plugins" opens for reading. `programDirectory` ends in a separator.
 Capabilities FindCapabilities(const ISettingsStore& settings, const std::wstring& programDirectory);

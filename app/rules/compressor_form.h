@@ -16,12 +16,12 @@ struct CompressorForm {
     std::wstring WhyQualityDisabled() const;
 };
 
-/// A compressor that isn't there shows as the first one, uncompressed; a quality that nobody chose as that of the
-/// compressors themselves.
+/// A compressor that isn't there shows as the first one, uncompressed; a quality that nobody chose as that of
+/// the compressors themselves.
 CompressorForm CompressorFormFrom(const COMPVARS& choice);
 
-/// "OK". The compressor is opened. One that was chosen before keeps its state, and all else that the form doesn't show as
-/// long as its quality stays.
+/// "OK". The compressor is opened. One that was chosen before keeps its state, and all else that the form
+/// doesn't show as long as its quality stays.
 void StoreForm(const CompressorForm& form, COMPVARS& choice);
 
 /// The four letters of a code; empty for 0, and "." for a byte that is no letter.

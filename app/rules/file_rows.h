@@ -20,8 +20,8 @@ void SetPath(FileRecord& slot, const std::wstring& path);
 /// Whether the box that governs the row is on; the first two rows have none.
 bool IsRowOpen(const MeasurementJob& job, FileRow row);
 
-/// Whether some file slot holds a path that isn't a bitmap's. The mask is no file slot, and a slot counts also
-/// while its row isn't open.
+/// Whether some file slot holds a path that isn't a bitmap's. The mask is no file slot, and a slot counts
+/// also while its row isn't open.
 bool HasVideoPath(const MeasurementJob& job);
 
 /// The path's directory without the separator behind it, "/" for what lies right below it; a path without a

@@ -67,7 +67,8 @@ constexpr Control ComponentControl(int component) {
     return static_cast<Control>(static_cast<int>(Control::ComponentY) + component);
 }
 
-/// Whether the control is off from the start of a run until its results are left, whatever else would turn it on.
+/// Whether the control is off from the start of a run until its results are left, whatever else would turn it
+/// on.
 bool IsLockedByRun(Control control);
 
 /// Why a control can't be used now, for its tooltip; empty for one that can.

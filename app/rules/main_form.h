@@ -5,8 +5,8 @@
 
 #include "app/rules/main_controls.h"
 
-/// What the main dialog shows, read from the state. A window copies it to its controls after every change, without
-/// letting them report that as the user's doing.
+/// What the main dialog shows, read from the state. A window copies it to its controls after every change,
+/// without letting them report that as the user's doing.
 struct MainForm {
     struct Row {
         std::wstring path;

@@ -9,9 +9,9 @@
 /// metric on Y.
 SelectedMetric SelectionOf(const MeasurementJob& job);
 
-/// Selects a metric of the list with its stored settings. The component stays if the metric supports it, otherwise
-/// it becomes the first supported one. Nothing happens for an index that isn't in the list, as of a drop-down
-/// without a selected item.
+/// Selects a metric of the list with its stored settings. The component stays if the metric supports it,
+/// otherwise it becomes the first supported one. Nothing happens for an index that isn't in the list, as of a
+/// drop-down without a selected item.
 void ChooseMetric(MeasurementJob& job, int metricIndex, const Metric::CMetricList& metrics);
 
 void ChooseComponent(MeasurementJob& job, int component);

@@ -17,8 +17,8 @@ constexpr Choice kCaptionPositions[] = {{L"Top-Left Corner", 0}, {L"Bottom-Left 
 
 constexpr std::size_t kMaxCustomName = 60;
 
-/// What the dialog of CSV and visualization settings shows. The lists are positions in those above; the choice of a
-/// compressor isn't part of it, since that takes effect at once.
+/// What the dialog of CSV and visualization settings shows. The lists are positions in those above; the
+/// choice of a compressor isn't part of it, since that takes effect at once.
 struct OutputForm {
     std::wstring csvDir;
     int csvNaming = 0;

@@ -22,8 +22,8 @@ inline constexpr std::array kScaleSteps = {25, 50, 100, 200, 300, 400};
 constexpr int kSmallestScale = kScaleSteps.front();
 constexpr int kLargestScale = kScaleSteps.back();
 
-/// What the buttons make of the value shown: the next smaller step, or the smallest; the next larger one, or the
-/// largest.
+/// What the buttons make of the value shown: the next smaller step, or the smallest; the next larger one, or
+/// the largest.
 int ScaleBelow(int shown);
 int ScaleAbove(int shown);
 
@@ -32,8 +32,8 @@ int ScaleSliderPosition(int shown);
 
 /// How the preview window and its picture depend on each other.
 ///
-/// All that doesn't come out whole is rounded up: then the window of a percentage shows a picture of just this
-/// percentage for every video of 100 columns or more, and a step can't lead back to where it came from.
+/// All that doesn't come out whole is rounded up: then the window of a percentage shows a picture of just
+/// this percentage for every video of 100 columns or more, and a step can't lead back to where it came from.
 class PreviewLayout {
 public:
     /// `video` is at least 1 by 1. `margins` is what the window is larger than the space for the picture.

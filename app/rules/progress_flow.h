@@ -6,8 +6,8 @@
 
 /// The progress dialog from its opening to its end: which button can be used, and what ends it.
 ///
-/// Legal order: `Started`, `FramesOver`, `Finished`, `Continue`. A dialog whose run doesn't start ends without any of
-/// them. Calls that come again or too late change nothing.
+/// Legal order: `Started`, `FramesOver`, `Finished`, `Continue`. A dialog whose run doesn't start ends
+/// without any of them. Calls that come again or too late change nothing.
 class ProgressFlow {
 public:
     enum class Phase { Validating, Measuring, Saving, Waiting, Timing, Closing };

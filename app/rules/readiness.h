@@ -3,8 +3,8 @@
 #include "catalogue/metric_list.h"
 #include "engine/model/measurement_job.h"
 
-/// The files that the selected metric compares: 1 or 2 for every metric that can be measured. Some need a second
-/// one only to visualize.
+/// The files that the selected metric compares: 1 or 2 for every metric that can be measured. Some need a
+/// second one only to visualize.
 int InputsNeeded(const MeasurementJob& job, const Metric::CMetricList& metrics);
 
 /// Whether the files are chosen that a run needs.

@@ -9,5 +9,6 @@
 /// measurement are, otherwise `Editing`. The caller sets `Editing` when the viewer has closed.
 void LeaveRun(ShellState& state, const RunOutcome& outcome);
 
-/// The files that the viewer names and reads, by their index: 0 original, 1 first processed, 2 second processed.
+/// The files that the viewer names and reads, by their index: 0 original, 1 first processed, 2 second
+/// processed.
 std::map<int, FileRecord> ViewerFiles(const MeasurementJob& job);

@@ -23,7 +23,7 @@ struct FilterRow {
 };
 
 constexpr FilterRow kFilterRows[] = {
-    //                                                                            raw     AVI     MOV     other
+    // The advice for raw files, AVI, MOV and others.
     {rkAviSourceFilter, nullptr, L"AviSource", {kBad, kGood, kBad, kBad}},
     {rkOpenDMLSourceFilter, nullptr, L"OpenDMLSource", {kBad, kGood, kBad, kBad}},
     {rkAviFileSourceFilter, nullptr, L"AviFileSource", {kBad, kGood, kBad, kBad}},

@@ -8,7 +8,8 @@
 
 namespace {
 
-/// Takes values from a store. The Saver below has the same operations, so that one list of values serves both.
+/// Takes values from a store. The Saver below has the same operations, so that one list of values serves
+/// both.
 class Loader {
 public:
     explicit Loader(const ISettingsStore& settingsStore) : store(settingsStore) {}

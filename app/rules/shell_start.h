@@ -5,8 +5,9 @@
 #include "app/rules/shell_state.h"
 #include "platform/settings_store.h"
 
-/// The state that the main dialog starts with: what is installed, what the user chose before, and what goes together.
-/// `programDirectory` is the program's own, `writableDirectory` where it writes; both end in a separator.
+/// The state that the main dialog starts with: what is installed, what the user chose before, and what goes
+/// together. `programDirectory` is the program's own, `writableDirectory` where it writes; both end in a
+/// separator.
 ShellState StartShell(const ISettingsStore& store, const std::wstring& programDirectory,
                       const std::wstring& writableDirectory,
                       const Metric::CMetricList& metrics = Metric::GetMetricList());

@@ -12,8 +12,8 @@ enum class RunPhase {
     Viewing,    ///< its results are shown
 };
 
-/// Everything that the main dialog edits and shows. The controls hold nothing of their own: a window changes this
-/// record when the user acts, and shows it by `MainFormFrom`.
+/// Everything that the main dialog edits and shows. The controls hold nothing of their own: a window changes
+/// this record when the user acts, and shows it by `MainFormFrom`.
 struct ShellState {
     MeasurementJob job;
     Capabilities capabilities;
@@ -24,6 +24,7 @@ struct ShellState {
     RunPhase phase = RunPhase::Editing;
 };
 
-/// The state before anything is loaded: empty slots, every metric with its default settings, PSNR on Y selected.
+/// The state before anything is loaded: empty slots, every metric with its default settings, PSNR on Y
+/// selected.
 ShellState NewShellState(const Capabilities& capabilities,
                          const Metric::CMetricList& metrics = Metric::GetMetricList());

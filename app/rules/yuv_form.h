@@ -25,9 +25,10 @@ YuvForm YuvFormFrom(const FileRecord& record, const Capabilities& capabilities);
 /// A parser's radio button was clicked: its layouts come, the selected one stays if it is among them.
 void ChooseParser(YuvForm& form, bool useScript);
 
-/// "OK". Stores size and layout, and unless a side is 0 the parser as well. Then the dialog ends; otherwise the
-/// message is shown and it stays.
+/// "OK". Stores size and layout, and unless a side is 0 the parser as well. Then the dialog ends; otherwise
+/// the message is shown and it stays.
 std::optional<BoxText> StoreForm(const YuvForm& form, FileRecord& record);
 
-/// Whether a run can read the file as raw video without asking: it has a size, and a layout that its parser offers.
+/// Whether a run can read the file as raw video without asking: it has a size, and a layout that its parser
+/// offers.
 bool HasRawSettings(const FileRecord& record);

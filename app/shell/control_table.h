@@ -12,7 +12,8 @@ public:
     void Set(Control control, QWidget* widget) { widgets[static_cast<std::size_t>(control)] = widget; }
     QWidget* Of(Control control) const { return widgets[static_cast<std::size_t>(control)]; }
 
-    /// Enables what can be used now. What can't says in its tooltip, and to a screen reader, what turns it on.
+    /// Enables what can be used now. What can't says in its tooltip, and to a screen reader, what turns it
+    /// on.
     void Show(const MainForm& form);
 
 private:

@@ -4,8 +4,8 @@
 #include <QListView>
 #include <QStringList>
 
-/// A list of log lines that grows at its end, where the last one is always the selected one. It scrolls as wide as the
-/// widest line. Selected lines can be copied, by Ctrl+C or the context menu.
+/// A list of log lines that grows at its end, where the last one is always the selected one. It scrolls as
+/// wide as the widest line. Selected lines can be copied, by Ctrl+C or the context menu.
 class LogView : public QListView {
     Q_OBJECT
 

@@ -19,19 +19,19 @@ class QPushButton;
 
 /// The main dialog, "Tolvane 3.0": what to measure, how, and what to keep of it.
 ///
-/// Its controls hold nothing of their own. What the user does changes the state by the rules of app/rules, and after every
-/// change the window shows the state.
+/// Its controls hold nothing of their own. What the user does changes the state by the rules of app/rules,
+/// and after every change the window shows the state.
 class MainWindow : public QDialog {
     Q_OBJECT
 
 public:
-    /// The state outlives the window, and nobody else changes it meanwhile. `saveSettings` is called when the state is to
-    /// be kept: before each run and at the window's end. Its false is told in the log of the run.
+    /// The state outlives the window, and nobody else changes it meanwhile. `saveSettings` is called when the
+    /// state is to be kept: before each run and at the window's end. Its false is told in the log of the run.
     MainWindow(ShellState& state, std::function<bool()> saveSettings,
                const Metric::CMetricList& metrics = Metric::GetMetricList());
 
-    /// Closes the window as "Exit" does, as soon as that can be: stops a run and takes back whatever dialog is open, all
-    /// without a question.
+    /// Closes the window as "Exit" does, as soon as that can be: stops a run and takes back whatever dialog
+    /// is open, all without a question.
     void EndSoon();
     /// Whether the window has been closed.
     bool HasEnded() const { return hasEnded; }

@@ -12,18 +12,18 @@ class QProgressBar;
 class QPushButton;
 class RunControl;
 
-/// The window of a run, over the main dialog for as long as the run lasts: its log, how far it is, and its "Stop". It has
-/// no close box; the only way out is "Continue".
+/// The window of a run, over the main dialog for as long as the run lasts: its log, how far it is, and its
+/// "Stop". It has no close box; the only way out is "Continue".
 class ProgressDialog : public QDialog, public IRunWindow {
     Q_OBJECT
 
 public:
-    /// All outlive the dialog. `geometry` is where the one before was left, empty for the first; this one takes its place
-    /// and leaves its own.
+    /// All outlive the dialog. `geometry` is where the one before was left, empty for the first; this one
+    /// takes its place and leaves its own.
     ProgressDialog(QWidget* parent, RunControl& control, const MeasurementJob& job, QByteArray& geometry);
 
-    /// Starts a run, stays until it is left, and hands its results over. `autoClose` is the box "autoclose" at first,
-    /// above 0 for on; the result is the box as it was left, or `autoClose` if no run was started.
+    /// Starts a run, stays until it is left, and hands its results over. `autoClose` is the box "autoclose"
+    /// at first, above 0 for on; the result is the box as it was left, or `autoClose` if no run was started.
     int Run(int autoClose);
 
     void Show(const std::vector<RunEvent>& events) override;

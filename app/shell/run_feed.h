@@ -21,8 +21,9 @@ struct RunEvent {
     double seconds = 0;
 };
 
-/// The way of these events from the worker's thread to that of the windows, which fetches them when it likes to: nobody
-/// waits for the other. They arrive in order; of positions without anything between them only the last one does.
+/// The way of these events from the worker's thread to that of the windows, which fetches them when it likes
+/// to: nobody waits for the other. They arrive in order; of positions without anything between them only the
+/// last one does.
 class RunFeed {
 public:
     /// Any thread.

@@ -39,8 +39,8 @@ RunThread::~RunThread() {
     if (!thread.joinable()) return;
     Stop();
     Resume();
-    // Normally the end is reported by now. If not, as when the session ends and takes the event loops with it, the
-    // worker still waits for this thread to hear of it.
+    // Normally the end is reported by now. If not, as when the session ends and takes the event loops with
+    // it, the worker still waits for this thread to hear of it.
     while (!isReported) {
         QCoreApplication::sendPostedEvents(&receiver, QEvent::MetaCall);
         std::this_thread::sleep_for(kWaitStep);

@@ -26,8 +26,8 @@ public:
     virtual ~IRunWindow() = default;
 };
 
-/// A run in a thread of its own. Its window is told of it 30 times a second at most, and the run waits for the window at
-/// its end only. Made, started and destroyed on the thread of the windows.
+/// A run in a thread of its own. Its window is told of it 30 times a second at most, and the run waits for
+/// the window at its end only. Made, started and destroyed on the thread of the windows.
 class RunThread : private IRunVoices, private IRunObserver {
 public:
     /// Both outlive the thread; the job is the run's from `Start` to its end. The log begins with `notes`.

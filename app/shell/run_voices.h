@@ -6,8 +6,8 @@
 
 #include <chrono>
 
-/// Lines for the window's log, which also go to the log file and, with it, to standard output. If that gets lost, the
-/// window's log says so, once.
+/// Lines for the window's log, which also go to the log file and, with it, to standard output. If that gets
+/// lost, the window's log says so, once.
 class CLogInterface : public ILog {
 public:
     /// The feed outlives the log.

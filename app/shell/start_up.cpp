@@ -97,7 +97,8 @@ int RunShell(char* programName, const std::string& updateServer, UpdaterSettings
     int argc = 1;
     char* argv[] = {programName, nullptr};
     QApplication application(argc, argv);
-    // Qt takes the user's locale for all of C's functions, but numbers in files never have a decimal comma of its.
+    // Qt takes the user's locale for all of C's functions, but numbers in files never have a decimal comma of
+    // its.
     std::setlocale(LC_NUMERIC, "C");
     InstallTheme(application);
     // Not the last window that closes: that may be a question before the first one.

@@ -3,7 +3,8 @@
 #include <QEvent>
 #include <QGroupBox>
 
-/// A step of the main dialog. Its mnemonic leads to its first control; groups of Qt prefer the one that was used last.
+/// A step of the main dialog. Its mnemonic leads to its first control; groups of Qt prefer the one that was
+/// used last.
 class StepGroup : public QGroupBox {
 public:
     using QGroupBox::QGroupBox;

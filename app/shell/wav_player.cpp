@@ -57,8 +57,8 @@ void WavPlayer::TryNext() {
     process = std::make_unique<QProcess>();
     process->setStandardOutputFile(QProcess::nullDevice());
     process->setStandardErrorFile(QProcess::nullDevice());
-    // A program that is there but finds no sound server or device leaves it to the next. Queued: the process may not be
-    // replaced while it reports. A report that comes when another sound plays already isn't meant.
+    // A program that is there but finds no sound server or device leaves it to the next. Queued: the process
+    // may not be replaced while it reports. A report that comes when another sound plays already isn't meant.
     const QProcess* const reporting = process.get();
     connect(
         process.get(), &QProcess::finished, this,

@@ -13,8 +13,8 @@ struct SoundProgram {
     QStringList arguments;
 };
 
-/// Plays WAV files by the first of the desktop's usual programs that can; silently not if there is none. Nobody waits for
-/// it; a sound that still plays ends with the player.
+/// Plays WAV files by the first of the desktop's usual programs that can; silently not if there is none.
+/// Nobody waits for it; a sound that still plays ends with the player.
 class WavPlayer : public QObject {
     Q_OBJECT
 

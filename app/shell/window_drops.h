@@ -11,13 +11,14 @@ class FileStep;
 class QDropEvent;
 class QWidget;
 
-/// Takes files that are dropped on the main dialog, for its rows. While they are dragged, the rows that they would go to
-/// are outlined.
+/// Takes files that are dropped on the main dialog, for its rows. While they are dragged, the rows that they
+/// would go to are outlined.
 class WindowDrops : public QObject {
     Q_OBJECT
 
 public:
-    /// `job` tells whether files are taken now, by null for no. The step is within the window, which owns this.
+    /// `job` tells whether files are taken now, by null for no. The step is within the window, which owns
+    /// this.
     WindowDrops(QWidget& window, FileStep& step, std::function<const MeasurementJob*()> job);
 
 signals:

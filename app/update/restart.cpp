@@ -18,7 +18,8 @@ void InstallDownloadedUpdate(CAutoUpdater& updater) {
 
 void RestartProgram(const std::wstring& program) {
     constexpr unsigned int kFirstPrivate = 3;
-    // Libraries may have opened some without the flag. A kernel that can't do it leaves them open, which does no harm.
+    // Libraries may have opened some without the flag. A kernel that can't do it leaves them open, which does
+    // no harm.
     close_range(kFirstPrivate, ~0U, CLOSE_RANGE_CLOEXEC);
     std::string path = ToUtf8(program);
     char* arguments[] = {path.data(), nullptr};

@@ -12,14 +12,14 @@
 
 /// What an update needs of the shell. Called on the thread of the windows.
 struct UpdateCalls {
-    /// See `IUpdateQuestions::EndWindows`. Calls `then` when that is done, at once or later; it needn't be called if the
-    /// program ends.
+    /// See `IUpdateQuestions::EndWindows`. Calls `then` when that is done, at once or later; it needn't be
+    /// called if the program ends.
     std::function<void(std::function<void()> then)> endWindowsAndThen;
     std::function<void()> restart;
 };
 
-/// The background check for a newer version. Its boxes come up over whatever window is active. Made, started and destroyed
-/// on the thread of the windows, which never waits for the network.
+/// The background check for a newer version. Its boxes come up over whatever window is active. Made, started
+/// and destroyed on the thread of the windows, which never waits for the network.
 class UpdateThread : public QObject, private IUpdateQuestions {
     Q_OBJECT
 
@@ -45,9 +45,11 @@ private:
     bool EndWindows() override;
     void Restart() override;
 
-    /// Has `question` asked on the thread of the windows and waits for the answer; false if the program ends meanwhile.
+    /// Has `question` asked on the thread of the windows and waits for the answer; false if the program ends
+    /// meanwhile.
     bool Ask(const Question& question);
-    /// Has `call` called on the thread of the windows. One at a time: only when the one before has been taken.
+    /// Has `call` called on the thread of the windows. One at a time: only when the one before has been
+    /// taken.
     void Post(std::function<void()> call);
     void TakePosted();
 

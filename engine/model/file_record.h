@@ -27,6 +27,6 @@ struct FileRecord {
     friend bool operator==(const FileRecord&, const FileRecord&) = default;
 };
 
-/// Held while a file is opened. That is done one at a time in the whole program: scripts and codecs bring libraries that
-/// aren't made for more.
+/// Held while a file is opened. That is done one at a time in the whole program: scripts and codecs bring
+/// libraries that aren't made for more.
 std::mutex& FileOpeningMutex();

@@ -159,8 +159,9 @@ private:
         });
     }
 
-    /// Makes `values` one value for each result of the metric. One that it doesn't give (a plug-in may fail at a frame)
-    /// isn't a number, so that the values behind it keep their frames. False if they weren't that already.
+    /// Makes `values` one value for each result of the metric. One that it doesn't give (a plug-in may fail
+    /// at a frame) isn't a number, so that the values behind it keep their frames. False if they weren't that
+    /// already.
     static bool CompleteValues(const ScheduledMetric& scheduled, std::vector<Metric::MetricValue>& values) {
         std::vector<Metric::MetricValue> complete;
         std::size_t found = 0;

@@ -11,8 +11,8 @@
 ///
 /// A file that can't be read is out from that frame on; a picture that can't be converted leaves the last
 /// good one in its place. Both are logged and make the measurement a partial one, as an interruption does.
-/// A visualization file that can't be written keeps the frames that it has; that is logged and makes the visualization a
-/// partial one.
+/// A visualization file that can't be written keeps the frames that it has; that is logged and makes the
+/// visualization a partial one.
 ///
 /// Running out of memory ends the loop in the same way, with nothing measured if it happens in the first
 /// frame.

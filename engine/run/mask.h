@@ -10,8 +10,8 @@ class rkVideoImage;
 /// first one without a 0.
 
 /// Finds the first marked pixel of a mask's frame, row by row from the frame's first row. `x` and `y` are its
-/// place in the picture, counted from the top left: in `RGB24` and `RGB32` frames, whose rows lie bottom-up, `y`
-/// counts from the last row.
+/// place in the picture, counted from the top left: in `RGB24` and `RGB32` frames, whose rows lie bottom-up,
+/// `y` counts from the last row.
 ///
 /// A pixel is marked if its samples are all 0 (`blackMask`) or all other than 0. The samples are the luma, or
 /// R, G and B; 16-bit ones count as a whole. False, with `x` and `y` as they are, if there is none or the

@@ -11,8 +11,8 @@
 /// promises no result is logged and left out; the measurement is then a partial one. Sets without metrics
 /// aren't made.
 
-/// With visualization every metric gets a file for its pictures. A file that can't be opened is logged; the visualization
-/// is then a partial one, and the metric runs without.
+/// With visualization every metric gets a file for its pictures. A file that can't be opened is logged; the
+/// visualization is then a partial one, and the metric runs without.
 
 /// One set for each opened file, the original included and the mask not: an instance of each metric that
 /// takes one file.

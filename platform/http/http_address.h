@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// Whether something may be fetched from here: HTTPS from any host, with no user's name in the address. Plain HTTP is for
-/// tests and comes from 127.0.0.1 alone.
+/// Whether something may be fetched from here: HTTPS from any host, with no user's name in the address. Plain
+/// HTTP is for tests and comes from 127.0.0.1 alone.
 bool IsFetchable(const std::string& url);
 
 /// Whether a fetchable address is that of a server on this machine, which needs no network.

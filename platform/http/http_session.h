@@ -23,8 +23,9 @@ struct HttpOptions {
     std::string certificates;  // a file of the roots to trust; empty for the system's
 };
 
-/// Fetches files by HTTP from addresses that `IsFetchable` allows, always from the server. Certificates are checked.
-/// Redirects are followed to HTTPS only, a few times. A proxy of the environment is used, but not for this machine.
+/// Fetches files by HTTP from addresses that `IsFetchable` allows, always from the server. Certificates are
+/// checked. Redirects are followed to HTTPS only, a few times. A proxy of the environment is used, but not
+/// for this machine.
 ///
 /// `Get` is for one thread at a time; `Cancel` is for any.
 class HttpSession {
@@ -41,8 +42,8 @@ public:
     /// Takes the next bytes; false to break off.
     using Receiver = std::function<bool(std::string_view)>;
 
-    /// Hands out at most `maxBytes` bytes of what lies at `url`. Returns at the latest when a limit of the options has
-    /// passed, and at once after `Cancel`.
+    /// Hands out at most `maxBytes` bytes of what lies at `url`. Returns at the latest when a limit of the
+    /// options has passed, and at once after `Cancel`.
     HttpEnd Get(const std::string& url, std::uint64_t maxBytes, const Receiver& receiver);
 
     /// Ends a fetch that goes on, and every later one before it begins.

@@ -5,9 +5,10 @@
 
 #include <optional>
 
-/// Fusion with the contrast that it lacks, above all on dark ground: check boxes and radio buttons get an outline and are
-/// filled when on, fields and lists get that outline too, group titles are bold. Margins and spacing of layouts are those of
-/// layout_grid.h, text keeps a distance from the sides of its field, and nothing is animated.
+/// Fusion with the contrast that it lacks, above all on dark ground: check boxes and radio buttons get an
+/// outline and are filled when on, fields and lists get that outline too, group titles are bold. Margins and
+/// spacing of layouts are those of layout_grid.h, text keeps a distance from the sides of its field, and
+/// nothing is animated.
 class ContrastStyle : public QProxyStyle {
     Q_OBJECT
 

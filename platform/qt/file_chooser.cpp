@@ -8,7 +8,8 @@
 
 namespace {
 
-// In the form "name (pattern pattern)". A desktop's own dialog may tell "*.avi" from "*.AVI", so both stand there.
+// In the form "name (pattern pattern)". A desktop's own dialog may tell "*.avi" from "*.AVI", so both stand
+// there.
 QString NameFilter(const FileKind& kind) {
     QStringList patterns;
     for (const std::wstring& pattern : kind.patterns) {

@@ -5,14 +5,14 @@
 class LabelColumn;
 class QLabel;
 
-/// The rows of a window or a group, label | field | button, entered from the top. A field takes the button's place too in a
-/// row without one.
+/// The rows of a window or a group, label | field | button, entered from the top. A field takes the button's
+/// place too in a row without one.
 class FormGrid : public QGridLayout {
     Q_OBJECT
 
 public:
-    /// The layout of `parent`, if there is one. The labels stand in the column that several groups share, which outlives
-    /// the grid, or in one of their own.
+    /// The layout of `parent`, if there is one. The labels stand in the column that several groups share,
+    /// which outlives the grid, or in one of their own.
     explicit FormGrid(QWidget* parent = nullptr, LabelColumn* labels = nullptr);
 
     /// `label` may have a mnemonic, which leads to `field`.

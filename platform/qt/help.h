@@ -12,11 +12,13 @@ constexpr const wchar_t* kHelpRun = L"run.html";
 constexpr const wchar_t* kHelpMatrix = L"YUV_RGB.html";
 constexpr const wchar_t* kHelpViewer = L"viewer.html";
 
-/// Opens a page with the user's program for HTML, or tells in a message which file couldn't be opened. GUI thread only.
+/// Opens a page with the user's program for HTML, or tells in a message which file couldn't be opened. GUI
+/// thread only.
 void ShowHelp(const std::wstring& page);
 
 /// F1 shows the page while `window` or what is in it has the focus.
 void AddHelpKey(QWidget& window, const std::wstring& page);
 
-/// The file of a page: in the first of `directories` that has it, otherwise in the first. Each ends in a separator.
+/// The file of a page: in the first of `directories` that has it, otherwise in the first. Each ends in a
+/// separator.
 std::wstring HelpFile(const std::wstring& page, const std::vector<std::wstring>& directories);

@@ -28,8 +28,8 @@ enum class IconName {
 };
 constexpr int kIconCount = 19;
 
-/// The icon in the colour of button text, as the application's palette has it at each painting; sharp at any size and
-/// device ratio. The triangle of `PreviousBad` and `NextBad` keeps the colour of bad frames.
+/// The icon in the colour of button text, as the application's palette has it at each painting; sharp at any
+/// size and device ratio. The triangle of `PreviousBad` and `NextBad` keeps the colour of bad frames.
 QIcon TintedIcon(IconName name);
 
 /// The icon of a status, in its colour.

@@ -4,8 +4,8 @@
 
 #include <QToolButton>
 
-/// A button that shows an icon only. `text` is what it is called in texts, such as "<"; `name` is what a screen reader
-/// calls it, in words.
+/// A button that shows an icon only. `text` is what it is called in texts, such as "<"; `name` is what a
+/// screen reader calls it, in words.
 class IconButton : public QToolButton {
     Q_OBJECT
 

@@ -7,7 +7,8 @@
 
 namespace {
 
-// Keys go to the focused widget, or to the window if there is none; and on to its parents if that leaves them.
+// Keys go to the focused widget, or to the window if there is none; and on to its parents if that leaves
+// them.
 bool IsFirstReceiver(const QWidget& widget) {
     const QWidget* focused = QApplication::focusWidget();
     return &widget == (focused ? focused : QApplication::activeWindow());

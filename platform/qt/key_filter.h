@@ -9,12 +9,13 @@
 #include <utility>
 #include <vector>
 
-/// Keys that act in all windows of a family, ahead of what the focused control would do with them: a read-only field or a
-/// slider doesn't swallow the arrows.
+/// Keys that act in all windows of a family, ahead of what the focused control would do with them: a
+/// read-only field or a slider doesn't swallow the arrows.
 ///
-/// While the active window is a registered one, a key is offered once to each registered window that has it, the earliest
-/// first; if any of them takes it, nothing else gets it. Fields that can be edited keep all their keys. Windows that aren't
-/// registered, message boxes and menus among them, are let alone. GUI thread only.
+/// While the active window is a registered one, a key is offered once to each registered window that has it,
+/// the earliest first; if any of them takes it, nothing else gets it. Fields that can be edited keep all
+/// their keys. Windows that aren't registered, message boxes and menus among them, are let alone. GUI thread
+/// only.
 class KeyFilter : public QObject {
     Q_OBJECT
 

@@ -6,8 +6,8 @@
 
 class QWidget;
 
-/// The first column of several groups of a window: the widest of its members decides the width of all, so that the
-/// fields behind them begin on one line. It follows changes of fonts.
+/// The first column of several groups of a window: the widest of its members decides the width of all, so
+/// that the fields behind them begin on one line. It follows changes of fonts.
 class LabelColumn : public QObject {
     Q_OBJECT
 

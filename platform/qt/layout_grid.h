@@ -1,7 +1,8 @@
 #pragma once
 
-/// The distances that all windows share, in logical pixels. Where the platform has a style of its own its distances
-/// hold instead for what layouts take from the style: the margins and the spacing of rows and columns.
+/// The distances that all windows share, in logical pixels. Where the platform has a style of its own its
+/// distances hold instead for what layouts take from the style: the margins and the spacing of rows and
+/// columns.
 constexpr int kWindowMargin = 12;
 constexpr int kGroupTopMargin = 10;
 constexpr int kGroupSpacing = 10;  // between groups, one below the other

@@ -8,5 +8,6 @@ bool OpenWebPage(const std::wstring& address);
 /// Opens the user's mail program with a new mail to `address`. False if there is none.
 bool ComposeMail(const std::wstring& address);
 
-/// Opens a file with the program that the user has for its kind: help pages. False if it doesn't exist, or there is none.
+/// Opens a file with the program that the user has for its kind: help pages. False if it doesn't exist, or
+/// there is none.
 bool OpenFileOutside(const std::wstring& path);

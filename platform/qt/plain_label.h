@@ -2,7 +2,8 @@
 
 #include <QLabel>
 
-/// A label that shows its text letter for letter, whatever a file's name brings into it: no markup, no mnemonic.
+/// A label that shows its text letter for letter, whatever a file's name brings into it: no markup, no
+/// mnemonic.
 class PlainLabel : public QLabel {
     Q_OBJECT
 

@@ -4,11 +4,11 @@
 
 #include <QString>
 
-/// The user's settings as a file in INI form, "~/.config/ORGANISATION/APPLICATION.ini" on this platform. It has a section
-/// for the numbers and one for the texts, so that a value keeps its type.
+/// The user's settings as a file in INI form, "~/.config/ORGANISATION/APPLICATION.ini" on this platform. It
+/// has a section for the numbers and one for the texts, so that a value keeps its type.
 ///
-/// Nothing is kept between calls: what another process has written meanwhile is read, and a write replaces the one value
-/// under a lock. A value that is there already isn't written again.
+/// Nothing is kept between calls: what another process has written meanwhile is read, and a write replaces
+/// the one value under a lock. A value that is there already isn't written again.
 class QtSettingsStore : public ISettingsStore {
 public:
     QtSettingsStore(const QString& organisation, const QString& application);

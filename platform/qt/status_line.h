@@ -6,8 +6,8 @@
 
 class PlainLabel;
 
-/// One line that tells how things stand: an icon in the colour of the status, and words. Words that don't fit are cut; the
-/// tooltip has them whole.
+/// One line that tells how things stand: an icon in the colour of the status, and words. Words that don't fit
+/// are cut; the tooltip has them whole.
 class StatusLine : public QWidget {
     Q_OBJECT
 

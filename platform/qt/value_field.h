@@ -2,8 +2,8 @@
 
 #include <QLineEdit>
 
-/// A field that shows a number and can't be edited: right-aligned, as wide as a number of `digits` needs. It takes the
-/// focus by click only, to be copied from.
+/// A field that shows a number and can't be edited: right-aligned, as wide as a number of `digits` needs. It
+/// takes the focus by click only, to be copied from.
 class ValueField : public QLineEdit {
     Q_OBJECT
 

@@ -15,8 +15,8 @@ class ValueSlider : public QWidget {
 public:
     using Format = std::function<QString(int position)>;
 
-    /// Positions from `first` to `last`. `name` is what a screen reader calls it. Without `format` the position is the
-    /// value.
+    /// Positions from `first` to `last`. `name` is what a screen reader calls it. Without `format` the
+    /// position is the value.
     ValueSlider(const QString& name, int first, int last, Format format = {}, QWidget* parent = nullptr);
 
     int Position() const;

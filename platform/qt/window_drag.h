@@ -7,8 +7,8 @@
 class QMouseEvent;
 class QWidget;
 
-/// Moves a window that is dragged by its surface: it passes the window's own mouse events on. The window system moves it if it
-/// can.
+/// Moves a window that is dragged by its surface: it passes the window's own mouse events on. The window
+/// system moves it if it can.
 class WindowDrag {
 public:
     /// Leaves all buttons but the left one to others.

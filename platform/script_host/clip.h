@@ -6,8 +6,8 @@
 
 #include "platform/media/surface.h"
 
-/// A video with access by number, as a script's source function makes it. Frame n asked for alone equals frame n
-/// of a sequential read. Not for two threads at once.
+/// A video with access by number, as a script's source function makes it. Frame n asked for alone equals
+/// frame n of a sequential read. Not for two threads at once.
 class Clip {
 public:
     struct Properties {
@@ -22,8 +22,8 @@ public:
 
     virtual ~Clip() = default;
     virtual const Properties& GetProperties() const = 0;
-    /// Fills `buffer` with `SurfaceBytes` bytes. False if the frame can't be had: out of range, or the file is
-    /// damaged there.
+    /// Fills `buffer` with `SurfaceBytes` bytes. False if the frame can't be had: out of range, or the file
+    /// is damaged there.
     virtual bool ReadFrame(int frame, std::uint8_t* buffer) = 0;
 };
 

@@ -28,8 +28,8 @@ constexpr unsigned OF_CREATE = 0x1000;
 constexpr unsigned FIND_PREV = 4;
 constexpr unsigned FIND_KEY = 16;
 
-/// A pair around all other calls of a thread; pairs inside a pair do no harm. From the first one on the libraries below
-/// keep their messages to themselves.
+/// A pair around all other calls of a thread; pairs inside a pair do no harm. From the first one on the
+/// libraries below keep their messages to themselves.
 void AVIFileInit();
 void AVIFileExit();
 
@@ -41,17 +41,18 @@ struct AviFileSession {
     AviFileSession& operator=(const AviFileSession&) = delete;
 };
 
-/// For reading: runs the script file at `path`, which ends in ".avs"; what is no script fails. A script that is wrong
-/// opens without streams and says why through `ScriptClipError`. With OF_WRITE and OF_CREATE: an AVI file at `path`, emptied.
+/// For reading: runs the script file at `path`, which ends in ".avs"; what is no script fails. A script that
+/// is wrong opens without streams and says why through `ScriptClipError`. With OF_WRITE and OF_CREATE: an AVI
+/// file at `path`, emptied.
 int AVIFileOpenW(std::shared_ptr<AviFile>& file, const std::wstring& path, unsigned mode);
-/// Completes a written file once its streams are released too; non-zero if that, or any write before, failed. Release
-/// the streams first: the last one to go would complete the file without an answer.
+/// Completes a written file once its streams are released too; non-zero if that, or any write before, failed.
+/// Release the streams first: the last one to go would complete the file without an answer.
 int AVIFileRelease(std::shared_ptr<AviFile>& file);
 int AVIFileInfoW(AviFile& file, AVIFILEINFOW& info);
 int AVIFileGetStream(const std::shared_ptr<AviFile>& file, std::shared_ptr<AviStream>& stream, int number);
 
-/// Whether the script behind `file` failed: non-zero and `message` (if not null) set. 0 for a sound script and
-/// for a file without a script.
+/// Whether the script behind `file` failed: non-zero and `message` (if not null) set. 0 for a sound script
+/// and for a file without a script.
 int ScriptClipError(AviFile& file, std::string* message);
 
 int AVIStreamRelease(std::shared_ptr<AviStream>& stream);
@@ -63,13 +64,13 @@ int AVIStreamRead(AviStream& stream, int sample, void* buffer, int bufferSize, i
 /// The sample that `flags` asks for, -1 if there is none.
 int AVIStreamFindSample(AviStream& stream, int sample, unsigned flags);
 
-/// Adds the video stream of a file that is being written; there is one a file. `dwScale`, `dwRate`, `dwStart`, the
-/// handler, the rectangle and the name are kept as they are, lengths and sizes follow from the samples. The format
-/// follows before the first sample.
+/// Adds the video stream of a file that is being written; there is one a file. `dwScale`, `dwRate`,
+/// `dwStart`, the handler, the rectangle and the name are kept as they are, lengths and sizes follow from the
+/// samples. The format follows before the first sample.
 ///
-/// The file is AVI with OpenDML indexes, valid at any size up to about 1.5 TiB. Samples go to the file at once: a full
-/// disk fails the write, and what came before stays readable. After a kill the samples up to the last update can be
-/// read, all but the last 16 or 1/64 of them, whichever is more.
+/// The file is AVI with OpenDML indexes, valid at any size up to about 1.5 TiB. Samples go to the file at
+/// once: a full disk fails the write, and what came before stays readable. After a kill the samples up to the
+/// last update can be read, all but the last 16 or 1/64 of them, whichever is more.
 int AVIFileCreateStreamW(const std::shared_ptr<AviFile>& file, std::shared_ptr<AviStream>& stream,
                          const AVISTREAMINFOW& info);
 int AVIStreamSetFormat(AviStream& stream, int position, const void* format, int size);

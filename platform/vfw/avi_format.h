@@ -5,8 +5,8 @@
 
 #include "platform/vfw/bitmap_format.h"
 
-/// What stands in an AVI file: chunks of a type, a size and that many bytes, padded to an even number. Lists are chunks
-/// that start with a type of their own and hold chunks. All numbers are little-endian.
+/// What stands in an AVI file: chunks of a type, a size and that many bytes, padded to an even number. Lists
+/// are chunks that start with a type of their own and hold chunks. All numbers are little-endian.
 
 constexpr std::uint32_t kFccRiff = FourCC('R', 'I', 'F', 'F');
 constexpr std::uint32_t kFccList = FourCC('L', 'I', 'S', 'T');

@@ -5,8 +5,8 @@
 
 #include "platform/vfw/stream_info.h"
 
-/// What the headers of an AVI file with one video stream say, and their bytes, from the start of the file to the first
-/// sample. They have the same length whatever has been written meanwhile.
+/// What the headers of an AVI file with one video stream say, and their bytes, from the start of the file to
+/// the first sample. They have the same length whatever has been written meanwhile.
 struct AviHeader {
     /// An `ix00` chunk, which lists some of the samples.
     struct IndexChunk {

@@ -7,13 +7,14 @@
 #include "platform/vfw/avi_header.h"
 #include "platform/vfw/output_file.h"
 
-/// An AVI file with one video stream that is being written: OpenDML with RIFF chunks of at most 1 GiB (or one sample),
-/// up to about 1.5 TiB; the first chunk also has the old index, for old readers.
+/// An AVI file with one video stream that is being written: OpenDML with RIFF chunks of at most 1 GiB (or one
+/// sample), up to about 1.5 TiB; the first chunk also has the old index, for old readers.
 ///
-/// Samples go to the file at once, so a full disk fails the very write. Every 1/64 of the file, at first every 16
-/// samples, an index chunk follows and the headers are brought up to date: however the process ends, the samples up to
-/// there can be read. After a failure nothing more is written, and `Close` completes the file with the samples that got
-/// through, as far as the disk lets it. `Start` and `Write` throw std::bad_alloc.
+/// Samples go to the file at once, so a full disk fails the very write. Every 1/64 of the file, at first
+/// every 16 samples, an index chunk follows and the headers are brought up to date: however the process ends,
+/// the samples up to there can be read. After a failure nothing more is written, and `Close` completes the
+/// file with the samples that got through, as far as the disk lets it. `Start` and `Write` throw
+/// std::bad_alloc.
 class AviWriter {
 public:
     AviWriter() = default;
@@ -23,7 +24,8 @@ public:
 
     /// Makes the file, or empties it.
     bool Open(const std::wstring& path) { return file.Open(path); }
-    /// Writes the headers of `stream` with a bitmap format of at least 40 bytes. Once, before the first sample.
+    /// Writes the headers of `stream` with a bitmap format of at least 40 bytes. Once, before the first
+    /// sample.
     bool Start(const AVISTREAMINFOW& stream, std::span<const std::uint8_t> format);
     /// Appends a sample of less than 2 GiB.
     bool Write(std::span<const std::uint8_t> sample, bool isKey);

@@ -28,7 +28,8 @@ struct BITMAPINFOHEADER {
 static_assert(sizeof(BITMAPINFOHEADER) == 40);
 constexpr int kBitmapFormatBytes = 40;
 
-/// `biCompression` of uncompressed pictures: 0 for RGB, or one of these. Under bit fields masks follow the format.
+/// `biCompression` of uncompressed pictures: 0 for RGB, or one of these. Under bit fields masks follow the
+/// format.
 constexpr std::uint32_t kBitFields = 3;
 constexpr std::uint32_t kFccYv12 = FourCC('Y', 'V', '1', '2');
 constexpr std::uint32_t kFccYuy2 = FourCC('Y', 'U', 'Y', '2');

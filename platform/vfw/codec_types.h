@@ -34,8 +34,8 @@ struct DecompressInput {
 /// Flags of `ICDecompress`.
 constexpr std::uint32_t ICDECOMPRESS_NOTKEYFRAME = 0x08000000;
 
-/// A wanted rate. The quality goes evenly from the coarsest step (0) to the finest (10000): quantizers 31 to 2 of Motion
-/// JPEG and MPEG-4, rate factors 51 to 1 of H.264. Lossless encoders don't ask for it.
+/// A wanted rate. The quality goes evenly from the coarsest step (0) to the finest (10000): quantizers 31 to
+/// 2 of Motion JPEG and MPEG-4, rate factors 51 to 1 of H.264. Lossless encoders don't ask for it.
 struct CompressRate {
     int scale = 1;
     int rate = 25;         ///< frames a second are `rate / scale`

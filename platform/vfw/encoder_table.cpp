@@ -4,7 +4,8 @@
 
 namespace {
 
-// Which of its forms an encoder is fed with is what other players read: 4:2:0, and RGB as such where it is lossless.
+// Which of its forms an encoder is fed with is what other players read: 4:2:0, and RGB as such where it is
+// lossless.
 constexpr EncoderEntry kEncoders[] = {
     {FourCC('H', 'F', 'Y', 'U'), "huffyuv", AV_PIX_FMT_RGB24, AV_PIX_FMT_RGB24, 1, true, true,
      L"Huffyuv, lossless"},

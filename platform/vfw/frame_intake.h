@@ -2,8 +2,9 @@
 
 #include "platform/media/libav.h"
 
-/// Turns bottom-up RGB24 frames (rows padded to 4 bytes) into what an encoder is fed with: RGB by mere rearrangement,
-/// 4:2:0 and 4:4:4 by the matrix of ITU-R BT.601 in the encoder's range. Throws std::bad_alloc.
+/// Turns bottom-up RGB24 frames (rows padded to 4 bytes) into what an encoder is fed with: RGB by mere
+/// rearrangement, 4:2:0 and 4:4:4 by the matrix of ITU-R BT.601 in the encoder's range. Throws
+/// std::bad_alloc.
 class FrameIntake {
 public:
     explicit FrameIntake(const AVCodecContext& encoder);

@@ -21,7 +21,8 @@ public:
     /// Drops what lies behind the first `size` bytes.
     bool CutTo(std::uint64_t size) const;
 
-    /// False if the system tells only now that something couldn't be written, and if somebody has deleted the file.
+    /// False if the system tells only now that something couldn't be written, and if somebody has deleted the
+    /// file.
     bool Close();
 
 private:

@@ -4,8 +4,8 @@
 #include <span>
 #include <vector>
 
-/// Builds RIFF chunks in memory: a type, a size and that many bytes, padded to an even number; lists are chunks
-/// that start with a type of their own. Numbers are little-endian.
+/// Builds RIFF chunks in memory: a type, a size and that many bytes, padded to an even number; lists are
+/// chunks that start with a type of their own. Numbers are little-endian.
 class RiffBytes {
 public:
     void U8(std::uint8_t number) { bytes.push_back(number); }

@@ -5,8 +5,8 @@
 
 /// A script's clip as a file with one uncompressed video stream.
 ///
-/// The stream's handler and compression are "YV12" or "YUY2", or "DIB " and 0 for RGB24; its name is the clip's
-/// description. Every sample is a key frame of `SurfaceBytes` bytes.
+/// The stream's handler and compression are "YV12" or "YUY2", or "DIB " and 0 for RGB24; its name is the
+/// clip's description. Every sample is a key frame of `SurfaceBytes` bytes.
 class ScriptFile : public AviFile {
 public:
     /// Runs the script. Null if `path` doesn't end in ".avs" or can't be read.

@@ -4,13 +4,14 @@
 #include <optional>
 #include <vector>
 
-/// Gives each sample that a decoder is fed with one turn in the order of display, whatever becomes of it: its picture, a
-/// repeat of the picture before, or a failure.
+/// Gives each sample that a decoder is fed with one turn in the order of display, whatever becomes of it: its
+/// picture, a repeat of the picture before, or a failure.
 ///
-/// A codec that reorders gives a picture out some samples after it went in. So a repeat waits until as many turns have
-/// been taken as samples went in before it. A failure is taken behind the pictures that were there already, since what
-/// place its picture had is unknown; from there to a key frame fed behind it, turns may come with other pictures than
-/// those of their place. At that key frame order is back, as all samples fed before a key frame are displayed before it.
+/// A codec that reorders gives a picture out some samples after it went in. So a repeat waits until as many
+/// turns have been taken as samples went in before it. A failure is taken behind the pictures that were there
+/// already, since what place its picture had is unknown; from there to a key frame fed behind it, turns may
+/// come with other pictures than those of their place. At that key frame order is back, as all samples fed
+/// before a key frame are displayed before it.
 class TurnOrder {
 public:
     enum class Kind { Picture, Repeat, Failure };
@@ -30,8 +31,8 @@ public:
     /// The samples fed before that one whose pictures' turns are still to come.
     std::vector<int> PicturesBefore(int sample) const;
 
-    /// Takes the next turn. The decoder's next picture is that of `picture`, an open sample, or there is none; at the
-    /// end, when `finished`, what it didn't give out has failed. None if no turn is due.
+    /// Takes the next turn. The decoder's next picture is that of `picture`, an open sample, or there is
+    /// none; at the end, when `finished`, what it didn't give out has failed. None if no turn is due.
     std::optional<Turn> Next(std::optional<int> picture, bool isKey, bool finished);
 
 private:

@@ -183,8 +183,8 @@ void VideoDecoder::Feed(std::uint32_t flags, const DecompressInput& input) {
     }
 }
 
-/// Most decoders make up what they can't read and say so in a message only. That of H.264 marks its pictures, and has
-/// messages about sound ones too.
+/// Most decoders make up what they can't read and say so in a message only. That of H.264 marks its pictures,
+/// and has messages about sound ones too.
 bool VideoDecoder::TellsDamage() {
     return watch.Take() && context->codec_id != AV_CODEC_ID_H264;
 }
@@ -240,8 +240,8 @@ bool VideoDecoder::ReceivePictures(std::int64_t tag) {
     }
 }
 
-/// What the decoder of H.264 has read of a broken block goes into a later one, be it of a key frame. Pictures displayed
-/// before the first key frame lack what they refer to, and that is all.
+/// What the decoder of H.264 has read of a broken block goes into a later one, be it of a key frame. Pictures
+/// displayed before the first key frame lack what they refer to, and that is all.
 void VideoDecoder::NoteDamage(const AVFrame& frame) {
     keyCame = keyCame || IsKeyPicture(frame);
     if (context->codec_id != AV_CODEC_ID_H264) return;
@@ -271,8 +271,8 @@ std::optional<TurnOrder::Turn> VideoDecoder::NextTurn() {
     return turns.Next(sample, IsKeyPicture(*ready.front()), finished);
 }
 
-/// Whether the pictures that were decoded before this one have come, also those that are displayed behind it: only then
-/// it is known whether they are damaged.
+/// Whether the pictures that were decoded before this one have come, also those that are displayed behind it:
+/// only then it is known whether they are damaged.
 bool VideoDecoder::AreReferencesKnown(int sample) const {
     constexpr std::size_t kMostHeld = 16;  // pictures that any codec keeps; what isn't among them won't come
     if (ready.size() > kMostHeld) return true;

@@ -27,8 +27,8 @@ std::optional<Size> FrameSize(FormatView input) {
     return Size{format.biWidth, format.biHeight};
 }
 
-/// The most that a frame can come to; 0 if it passes what fits in a sample. 12 bytes a pixel of whole macroblocks is
-/// what the libraries' encoders reckon with at worst, and headers come on top.
+/// The most that a frame can come to; 0 if it passes what fits in a sample. 12 bytes a pixel of whole
+/// macroblocks is what the libraries' encoders reckon with at worst, and headers come on top.
 int LargestFrame(Size size) {
     constexpr std::int64_t kHeaders = 65536;
     constexpr std::int64_t kMost = std::numeric_limits<int>::max();
@@ -37,8 +37,9 @@ int LargestFrame(Size size) {
     return pixels <= (kMost - kHeaders) / 12 ? static_cast<int>(12 * pixels + kHeaders) : 0;
 }
 
-/// Whether the library's Ut Video encoder had no room left in a packet: it reckons with a byte a sample, 256 for the code
-/// lengths and 4 for the size of each of three planes, 4 for flags, and leaves out unsaid what takes more.
+/// Whether the library's Ut Video encoder had no room left in a packet: it reckons with a byte a sample, 256
+/// for the code lengths and 4 for the size of each of three planes, 4 for flags, and leaves out unsaid what
+/// takes more.
 bool MayBeCutOff(const AVCodecContext& encoder, const AVPacket& packet) {
     if (encoder.codec_id != AV_CODEC_ID_UTVIDEO) return false;
     const std::int64_t samples = std::int64_t{encoder.width} * encoder.height;

@@ -13,8 +13,8 @@ enum LayoutFlag : unsigned {
     kCentreHorizontally = 16,
 };
 
-/// Shares the odd pixels of centred controls out between the changes of a window's width: after any number of changes a
-/// row stands in the middle but for one pixel, and where it was when the window has its width back.
+/// Shares the odd pixels of centred controls out between the changes of a window's width: after any number of
+/// changes a row stands in the middle but for one pixel, and where it was when the window has its width back.
 class OddPixels {
 public:
     /// By how much a centred control moves when the window's width grows by `dW`.

@@ -29,7 +29,8 @@ void FrameRange::SetCurrent(int frame) {
 void FrameRange::Recentre(int frame) {
     const int width = Width();
     current = std::clamp(frame, firstFrame, lastFrame);
-    // The clamped frame moves the visible range to the same end as the number itself would, and can't overflow.
+    // The clamped frame moves the visible range to the same end as the number itself would, and can't
+    // overflow.
     visibleFirst = std::min(std::max(current - width / 2, firstFrame), lastFrame - width);
     visibleLast = std::min(visibleFirst + width, lastFrame);
 }

@@ -11,8 +11,8 @@ class FrameRange {
 public:
     /// One frame, number 0.
     FrameRange() = default;
-    /// The view that opens on frames `first` to `last`, `first` at most `last`: the middle frame, and around it half of
-    /// the range or 1000 frames, whatever is less.
+    /// The view that opens on frames `first` to `last`, `first` at most `last`: the middle frame, and around
+    /// it half of the range or 1000 frames, whatever is less.
     FrameRange(int first, int last);
 
     int FirstFrame() const { return firstFrame; }

@@ -21,7 +21,8 @@ constexpr int kLargestSliderZoom = 800;
 int ZoomAbove(int percent);
 int ZoomBelow(int percent);
 
-/// What the wheel makes of it, a quarter at a notch within the slider's range; a larger zoom only gets smaller.
+/// What the wheel makes of it, a quarter at a notch within the slider's range; a larger zoom only gets
+/// smaller.
 int ZoomByWheel(int percent, int notches);
 
 /// A frame at a zoom, moved about in a window. All sizes are in pixels of the screen.
@@ -29,7 +30,8 @@ struct PictureView {
     int imageWidth = 0;
     int imageHeight = 0;
     int percent = 100;
-    /// The frame's point in the window's top left corner, in parts of the frame. Dragging may take it beyond the ends.
+    /// The frame's point in the window's top left corner, in parts of the frame. Dragging may take it beyond
+    /// the ends.
     float panX = 0;
     float panY = 0;
 

@@ -49,7 +49,8 @@ struct PlotScale {
 /// The visible range as a band in the overview, which is dragged by the point that it was grabbed at.
 class BandDrag {
 public:
-    /// Grabs the band from `bandFirst` to `bandLast` at `x`. False beside it; a thin band is grabbed beside it as well.
+    /// Grabs the band from `bandFirst` to `bandLast` at `x`. False beside it; a thin band is grabbed beside
+    /// it as well.
     bool Start(const PlotScale& scale, int bandFirst, int bandLast, int x);
     bool IsUnderWay() const { return underWay; }
     void End() { underWay = false; }

@@ -22,9 +22,10 @@ struct Series {
     }
 };
 
-/// The curves, by the index of the file that they belong to: the first result that speaks of the file alone, or compares
-/// another file with it. A file is known by its whole record, as one path may be opened in two ways; a record that none of
-/// the files has counts by its name. A file without such a result, or whose result has no value, has no curve.
+/// The curves, by the index of the file that they belong to: the first result that speaks of the file alone,
+/// or compares another file with it. A file is known by its whole record, as one path may be opened in two
+/// ways; a record that none of the files has counts by its name. A file without such a result, or whose
+/// result has no value, has no curve.
 std::map<int, Series> SeriesOfFiles(const CResultsStore& store, const std::map<int, FileRecord>& files);
 
 /// What the plots' vertical axes show, at least 0.1 high.

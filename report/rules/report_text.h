@@ -22,7 +22,8 @@ std::wstring PointText(const std::map<int, Series>& series, int frame);
 /// What a screen reader says of a plot: "Frame 212 of 0 to 299. First processed 33.6166."
 std::wstring PlotDescription(const std::map<int, Series>& series, int firstFrame, int lastFrame, int current);
 
-/// "Tolvane - First processed, frame 212". It is also what a screen reader says of the picture, without the program.
+/// "Tolvane - First processed, frame 212". It is also what a screen reader says of the picture, without the
+/// program.
 std::wstring FrameTitle(int file, int frame);
 std::wstring FrameDescription(int file, int frame);
 

@@ -27,8 +27,8 @@ struct AxisLine {
     int labelY = 0;  // of its middle
 };
 
-/// From the lowest up. A line whose label would read as the one before it is left out; a label that would touch the one
-/// before it stands above that.
+/// From the lowest up. A line whose label would read as the one before it is left out; a label that would
+/// touch the one before it stands above that.
 std::vector<AxisLine> ValueAxis(const PlotScale& scale, int charWidth, int textHeight);
 
 }  // namespace Report

@@ -61,7 +61,8 @@ User& User::Press(const std::string& title, const std::string& button) {
 }
 
 void User::TryNext() {
-    // A timer of its own each time: one that is running a step doesn't go off in the windows that the step opens.
+    // A timer of its own each time: one that is running a step doesn't go off in the windows that the step
+    // opens.
     QTimer::singleShot(kIntervalMs, &context, [this] { TryNext(); });
     QWidget* const window = QApplication::activeModalWidget();
     if (window && time.elapsed() > kPatienceMs) {

@@ -7,8 +7,8 @@
 #include <functional>
 #include <string>
 
-/// The control of a window whose accessible name or text without "&" is `name`; a failure and the window itself if there
-/// is none.
+/// The control of a window whose accessible name or text without "&" is `name`; a failure and the window
+/// itself if there is none.
 QWidget* Find(QWidget& window, const std::string& name);
 
 template <class Type>

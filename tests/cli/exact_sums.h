@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-/// The mean squared errors of the planes Y, U and V of each frame, from the integer sums that a separate program has written
-/// down: frame, three sums, the pixels of luma and of chroma. A line with "#" ends them.
+/// The mean squared errors of the planes Y, U and V of each frame, from the integer sums that a separate
+/// program has written down: frame, three sums, the pixels of luma and of chroma. A line with "#" ends them.
 inline std::vector<std::array<double, 3>> ExactErrors(const std::string& path) {
     std::vector<std::array<double, 3>> errors;
     std::ifstream file(path);

@@ -17,5 +17,6 @@ extern std::atomic<FaultCounter*> faultCounter;
 
 enum class Fault { None, Fails, GoesShorter };
 
-/// Counts a call; what is planned for it. If it is to fail, `errno` is set, to `error` or to that of an interruption.
+/// Counts a call; what is planned for it. If it is to fail, `errno` is set, to `error` or to that of an
+/// interruption.
 Fault NextFault(FaultPlan::Calls calls, int error);

@@ -1,5 +1,5 @@
-// Calls on files that fail, do less than asked, or are interrupted. What the C library calls itself isn't seen: a FILE is
-// watched when it is opened and closed, not in between.
+// Calls on files that fail, do less than asked, or are interrupted. What the C library calls itself isn't
+// seen: a FILE is watched when it is opened and closed, not in between.
 
 #include "tests/faults/fault_counter.h"
 

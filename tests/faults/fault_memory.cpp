@@ -1,4 +1,5 @@
-// Memory that there isn't. The C library's functions are called by their second names: to look them up takes memory.
+// Memory that there isn't. The C library's functions are called by their second names: to look them up takes
+// memory.
 
 #include "tests/faults/fault_counter.h"
 
@@ -59,8 +60,8 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t bytes) noexc
     return 0;
 }
 
-// -- Functions that get what they ask for, of libraries that crash or ignore what fails. They take up to five pointers or
-// small numbers and answer with one or none, all of which travel in the same registers.
+// -- Functions that get what they ask for, of libraries that crash or ignore what fails. They take up to five
+// pointers or small numbers and answer with one or none, all of which travel in the same registers.
 
 #define GRANTED_FUNCTION(name)                                                               \
     void* name(void* first, void* second, void* third, void* fourth, void* fifth) {          \

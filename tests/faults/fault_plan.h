@@ -2,10 +2,11 @@
 
 #include <cstdint>
 
-/// What the preloaded library lets fail, and how. The library and the tests share it; it travels as plain bytes.
+/// What the preloaded library lets fail, and how. The library and the tests share it; it travels as plain
+/// bytes.
 struct FaultPlan {
-    /// Calls of one kind, which are counted together. All but `Memory` and `Print` count only on files below the watched
-    /// directory, if there is one.
+    /// Calls of one kind, which are counted together. All but `Memory` and `Print` count only on files below
+    /// the watched directory, if there is one.
     enum Calls : std::uint32_t {
         None,
         Open,    ///< open, fopen
@@ -39,14 +40,14 @@ struct FaultAnswer {
     std::uint32_t faults = 0;     ///< how many of them failed, were shortened or interrupted
 };
 
-/// Where the library takes plans from and puts its answers: one after the other, each a run of the program from `main` on
-/// in a process of its own. Loading and linking it is so done once for many runs.
+/// Where the library takes plans from and puts its answers: one after the other, each a run of the program
+/// from `main` on in a process of its own. Loading and linking it is so done once for many runs.
 constexpr int kPlanDescriptor = 197;
 constexpr int kAnswerDescriptor = 198;
 
 /// The directory whose files are watched, ending in `/`. Unset: all files.
 constexpr const char* kFaultDirectoryVariable = "TOLVANE_FAULT_DIRECTORY";
 
-/// Instead of plans from a descriptor one for this very process, for a debugger: calls, way and number as in the
-/// enumerations, least bytes, such as "8 1 120 0".
+/// Instead of plans from a descriptor one for this very process, for a debugger: calls, way and number as in
+/// the enumerations, least bytes, such as "8 1 120 0".
 constexpr const char* kFaultVariable = "TOLVANE_FAULT";

@@ -20,7 +20,8 @@ struct FaultyRun {
 /// tolvane-measure with the library of faults, started once for many runs with the same arguments.
 class FaultyProgram {
 public:
-    /// `directory` is there for the two streams. Faults are in files below `watched`, which is the program's current directory.
+    /// `directory` is there for the two streams. Faults are in files below `watched`, which is the program's
+    /// current directory.
     FaultyProgram(const std::vector<std::string>& arguments, const std::string& directory,
                   const std::string& watched);
     ~FaultyProgram();

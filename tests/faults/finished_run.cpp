@@ -49,8 +49,8 @@ std::vector<std::string> FramesOf(const std::string& bytes) {
     return frames;
 }
 
-/// Whether both are videos of the same frames. They may lie there in another form: what a codec can't do is saved
-/// uncompressed.
+/// Whether both are videos of the same frames. They may lie there in another form: what a codec can't do is
+/// saved uncompressed.
 bool HasFramesOf(const std::string& first, const std::string& second) {
     const std::vector<std::string> frames = FramesOf(first);
     return !frames.empty() && frames == FramesOf(second);
@@ -60,7 +60,8 @@ std::string FileName(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-/// A report without what is only said: the log, and the words for the inputs, whose codec may not be named without memory.
+/// A report without what is only said: the log, and the words for the inputs, whose codec may not be named
+/// without memory.
 nlohmann::json Figures(nlohmann::json report) {
     report.erase("log");
     for (auto& input : report["inputs"]) input.erase("description");
@@ -189,8 +190,8 @@ void KnownRuns::CheckValues(const FinishedRun& disturbed, std::string& complaint
     if (!areKnown) complaints += "wrong bad frames\n";
 }
 
-/// A missing average shows as 0 in a CSV file, and without a frame it says nothing. If the memory ends in a frame, a metric
-/// may have measured it, and has it in its average, but its value is in no series.
+/// A missing average shows as 0 in a CSV file, and without a frame it says nothing. If the memory ends in a
+/// frame, a metric may have measured it, and has it in its average, but its value is in no series.
 bool KnownRuns::IsKnown(Columns FinishedRun::*columns, const std::string& key, const Column& column,
                         bool mayLackValue) const {
     return std::any_of(runs.begin(), runs.end(), [&](const FinishedRun& run) {

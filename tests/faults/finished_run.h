@@ -25,8 +25,8 @@ struct FinishedRun {
     nlohmann::json report;  ///< what the JSON file says; null without it
 };
 
-/// What runs that nothing disturbs give, on all inputs that a disturbed one can have come to see: such as end early, and
-/// whose mask ends early.
+/// What runs that nothing disturbs give, on all inputs that a disturbed one can have come to see: such as end
+/// early, and whose mask ends early.
 class KnownRuns {
 public:
     void Add(FinishedRun run) { runs.push_back(std::move(run)); }

@@ -25,8 +25,8 @@ inline void PrintTo(const Scenario& scenario, std::ostream* output) {
 
 extern const std::vector<Scenario> kScenarios;
 
-/// Makes the input files in `directory`, the same each time but for their length: `frames` of the videos have pictures, and
-/// of the mask `maskedFrames` have marked pixels.
+/// Makes the input files in `directory`, the same each time but for their length: `frames` of the videos have
+/// pictures, and of the mask `maskedFrames` have marked pixels.
 void WriteInputs(const Scenario& scenario, const std::filesystem::path& directory, int frames,
                  int maskedFrames);
 

@@ -29,8 +29,8 @@ void Measure(Metric::IMetric& metric, const Metric::MetricParameters& parameters
 
 }  // namespace
 
-/// Gives the bytes, but for a head that says which metric and what size, to a metric as its settings. Only a configurable
-/// one takes any, and only then it measures by them; what it refuses leaves it as it was.
+/// Gives the bytes, but for a head that says which metric and what size, to a metric as its settings. Only a
+/// configurable one takes any, and only then it measures by them; what it refuses leaves it as it was.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Metric::CMetricList& metrics = MetricsWithPlugins();
     if (size < kHead) return 0;

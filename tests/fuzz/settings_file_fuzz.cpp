@@ -26,8 +26,8 @@ const TemporaryDirectory& Directory() {
 
 }  // namespace
 
-/// Takes the bytes for the file of settings. It reads as something, and whatever stands in it, a value that is written comes
-/// back as it was and as nothing else.
+/// Takes the bytes for the file of settings. It reads as something, and whatever stands in it, a value that
+/// is written comes back as it was and as nothing else.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static int count = 0;
     const TemporaryDirectory& directory = Directory();

@@ -111,8 +111,8 @@ std::map<std::string, std::wstring> Saved(const ShellState& state, const Metric:
 
 }  // namespace
 
-/// Takes the bytes for a store of settings. What is loaded is saved and loaded as the same again; every dialog can show
-/// it, and a run can begin with it.
+/// Takes the bytes for a store of settings. What is loaded is saved and loaded as the same again; every
+/// dialog can show it, and a run can begin with it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Metric::CMetricList& metrics = MetricsWithPlugins();
     const InputStore store({reinterpret_cast<const char*>(data), size});

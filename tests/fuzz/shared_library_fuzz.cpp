@@ -17,8 +17,8 @@ bool IsWhole(const std::uint8_t* data, std::size_t size) {
 
 }  // namespace
 
-/// Takes the bytes for a shared library. One that is whole stays so with more behind its end, and isn't without its
-/// segments.
+/// Takes the bytes for a shared library. One that is whole stays so with more behind its end, and isn't
+/// without its segments.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (!IsWhole(data, size)) return 0;
     constexpr std::size_t kHeader = 64;

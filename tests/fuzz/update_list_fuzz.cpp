@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <set>
 
-/// Takes the bytes for the list of an update, and for a version. Every name of a list that is taken must stay in the
-/// directory, and the sizes must be what they say.
+/// Takes the bytes for the list of an update, and for a version. Every name of a list that is taken must stay
+/// in the directory, and the sizes must be what they say.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     ParseVersion(text);

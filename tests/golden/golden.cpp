@@ -1,6 +1,7 @@
 // Measures the cases of tests/golden again and says what differs from their table. scripts/golden calls it.
 //
-//   golden --program FILE --table FILE --samples DIR [--renew] [--only CASE] [--vectors NAME|each] [OPTIONS...]
+//   golden --program FILE --table FILE --samples DIR [--renew] [--only CASE] [--vectors NAME|each]
+//   [OPTIONS...]
 //
 // --vectors holds the program to one instruction set, or to one after the other. OPTIONS go to every run of
 // the program that is measured. The status is 0 when all agrees, 1 when something differs, 2 when it can't be

@@ -7,8 +7,8 @@
 
 #include "engine/model/results_store.h"
 
-/// The bad frames of a series or of differences by the rules read one by one: again and again the worst frame that is
-/// left, the earliest of equal ones, is looked for and taken unless an earlier choice passes over it.
+/// The bad frames of a series or of differences by the rules read one by one: again and again the worst frame
+/// that is left, the earliest of equal ones, is looked for and taken unless an earlier choice passes over it.
 inline std::vector<int> BruteForceSelection(std::vector<FrameValue> values, bool differences, int type,
                                             int count, int radius, bool higherIsBetter) {
     const auto isWorse = [&](float a, float b) {

@@ -97,8 +97,8 @@ struct ControlText {
     const char* toolTip;
 };
 
-/// What has to hold for the controls of a window: every one has a name, a reason while it is disabled, the tooltip of
-/// `texts`; and no two the same mnemonic. `letters` are all of these, in ascending order.
+/// What has to hold for the controls of a window: every one has a name, a reason while it is disabled, the
+/// tooltip of `texts`; and no two the same mnemonic. `letters` are all of these, in ascending order.
 inline void CheckTexts(const Viewer& viewer, const QWidget& window, std::span<const ControlText> texts,
                        const char* letters) {
     QString found;

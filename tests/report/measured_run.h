@@ -11,8 +11,8 @@
 /// A real comparative run, with its bad frames, as the programs make it.
 class MeasuredRun : private IRunVoices, private IRunObserver {
 public:
-    /// Measures luma PSNR. `given` are the files by their index, `badFrames` how many bad frames are saved to `directory`, 0
-    /// for none.
+    /// Measures luma PSNR. `given` are the files by their index, `badFrames` how many bad frames are saved to
+    /// `directory`, 0 for none.
     MeasuredRun(const std::map<int, FileRecord>& given, const std::string& directory, int badFrames)
         : files(given) {
         MeasurementJob job;

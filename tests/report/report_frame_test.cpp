@@ -28,8 +28,8 @@ namespace {
 constexpr int kWidth = 64;
 constexpr int kHeight = 48;
 
-/// Results of three raw clips: frame n of file f is grey, 100 f + n, with a bright upper left quarter. The matrix is the one
-/// that leaves grey as it is.
+/// Results of three raw clips: frame n of file f is grey, 100 f + n, with a bright upper left quarter. The
+/// matrix is the one that leaves grey as it is.
 struct FrameWindow : testing::Test {
     FrameWindow() : results(20, {3, 15}) {
         for (int file = 0; file < 3; ++file) WriteClip(file, kWidth, kHeight);

@@ -15,8 +15,8 @@ struct Figures {
     double threads = 0;
 };
 
-/// Runs one thing again and again, and tells whether what the process holds stays flat: not the first runs, which fill caches
-/// and take what is kept for good, but a line through all figures behind the first quarter.
+/// Runs one thing again and again, and tells whether what the process holds stays flat: not the first runs,
+/// which fill caches and take what is kept for good, but a line through all figures behind the first quarter.
 class Soak {
 public:
     /// Starts the time.

@@ -1,5 +1,6 @@
 // The windows, used again and again in one process:  window_soak MINUTES [ROUNDS]
-// Each round opens the main dialog, and with each kind of file looks at it, measures it and goes through the results.
+// Each round opens the main dialog, and with each kind of file looks at it, measures it and goes through the
+// results.
 
 #include "app/preview/preview_dialog.h"
 #include "app/rules/metric_choice.h"

@@ -11,11 +11,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What happens to a program that is killed before one of the steps that change files, and then started again.
+/// What happens to a program that is killed before one of the steps that change files, and then started
+/// again.
 class Kill : public UpdateFixture {
 protected:
-    /// Lets a process of its own do something with an updater and kills it before the step `last`, counted from 0; false if
-    /// it came to its end before that. With `isOtherVolume` no staged file can be moved without copying.
+    /// Lets a process of its own do something with an updater and kills it before the step `last`, counted
+    /// from 0; false if it came to its end before that. With `isOtherVolume` no staged file can be moved
+    /// without copying.
     template <class Action>
     bool KilledAt(int last, bool isOtherVolume, Action action) {
         const pid_t child = fork();

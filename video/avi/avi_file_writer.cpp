@@ -85,7 +85,8 @@ void rkAviFileWriter::FindCompressor() {
 
 int rkAviFileWriter::CreateStream(const std::wstring& name) {
     std::vector<std::uint8_t> format = inputFormat;
-    // Before the file is touched: a compressor that refuses the frames must not cost an older file of that name.
+    // Before the file is touched: a compressor that refuses the frames must not cost an older file of that
+    // name.
     if (compressor) {
         if (const int result = StartCompressor(format); result != NoError) return result;
     }

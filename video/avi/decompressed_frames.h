@@ -29,8 +29,8 @@ struct DecoderFormats {
 /// all from it on, so counting goes on from the key's number. Pictures that are displayed before the key but
 /// stored behind it may refer to samples before it; then decoding starts again from keys before that one.
 ///
-/// `DecodeFailed` for a sample that can't be decoded and for what refers to it or to samples before the first one.
-/// Before the first key the decoder itself tells: a codec without references has its pictures there too.
+/// `DecodeFailed` for a sample that can't be decoded and for what refers to it or to samples before the first
+/// one. Before the first key the decoder itself tells: a codec without references has its pictures there too.
 class DecompressedFrames : public AviFrames {
 public:
     /// `decoder` was located with these formats; `bytes` is the size of a frame.

@@ -18,8 +18,8 @@ public:
     int First() const { return first; }
     int Last() const { return last; }
     bool IsKey(int sample) const;
-    /// Where decoding starts on the way to `sample`: the last key sample at or before it, or the first sample,
-    /// which a codec without references decodes although nobody marked it.
+    /// Where decoding starts on the way to `sample`: the last key sample at or before it, or the first
+    /// sample, which a codec without references decodes although nobody marked it.
     int StartFor(int sample);
 
     /// Reads a sample into `bytes`, which stay until the next call.
@@ -32,8 +32,8 @@ private:
     int first, last;
     int keyBase;  // what the stream counts key samples from
     int firstKey;
-    // Decoding starts at the one for all samples up to the other: otherwise going through a long stream with few keys
-    // would take the square of its length.
+    // Decoding starts at the one for all samples up to the other: otherwise going through a long stream with
+    // few keys would take the square of its length.
     int knownStart, knownEnd;
     std::unique_ptr<std::uint8_t[]> buffer;
     int capacity = 0;

@@ -7,8 +7,8 @@
 
 /// Stores `RGB24` frames as a bitmap of 24 bits a pixel. Every frame rewrites the file: the last one stays.
 ///
-/// `Open` touches no file. A frame that can't be written whole leaves in the file what was written of it. A pipe
-/// is no file that a frame can go to, and doesn't keep the writer waiting.
+/// `Open` touches no file. A frame that can't be written whole leaves in the file what was written of it. A
+/// pipe is no file that a frame can go to, and doesn't keep the writer waiting.
 class rkBmpWriter : public rkIVideoWriter {
 public:
     enum Error { NoError = 0, BadDimensions = 1, OpenFailed = 2, WriteFailed = 3, NoMemory = 4 };

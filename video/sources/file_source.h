@@ -13,9 +13,9 @@
 /// Closed, all sizes are 0. The name stays known after a failed `Open`, for the error text, until `Close`.
 class rkFileSource : public rkIVideoSource {
 public:
-    /// The frame is read straight into the image's block and put in order there. The class's code for a lack of
-    /// memory if the image can't have it. An image stays as it is if the file held no whole frame when it was
-    /// opened; a frame that couldn't be read leaves anything in it.
+    /// The frame is read straight into the image's block and put in order there. The class's code for a lack
+    /// of memory if the image can't have it. An image stays as it is if the file held no whole frame when it
+    /// was opened; a frame that couldn't be read leaves anything in it.
     int ReadFrameImage(rkVideoImage& image, int frame) override;
     int ReadNextFrameImage(rkVideoImage& image) override;
     void ReadLumaOnly() override { lumaOnly = true; }
@@ -44,8 +44,8 @@ protected:
 
     void SetShape(int layout, int pictureWidth, int pictureHeight);
 
-    /// How many of the `frameBytes` bytes of a frame are looked at: those of the first plane if that is luma and
-    /// enough.
+    /// How many of the `frameBytes` bytes of a frame are looked at: those of the first plane if that is luma
+    /// and enough.
     std::size_t BytesToRead(std::size_t frameBytes) const;
 
     /// As many frames as an int can count.

@@ -15,8 +15,9 @@
 /// Reads YUV4MPEG2 files. The distance from the first frame mark to the second, or to the end of the file,
 /// decides which of the layouts that the header allows the pictures are stored in; see `Y4mLayouts`.
 ///
-/// Frame lines may be of any length, so where a frame starts is learnt by reading up to it. The frame count comes
-/// from the file's size; if the first frame line carries parameters, from a walk over the frame lines. Reading a frame that isn't there gives `ReadFailed`. Closed until `Open` succeeds.
+/// Frame lines may be of any length, so where a frame starts is learnt by reading up to it. The frame count
+/// comes from the file's size; if the first frame line carries parameters, from a walk over the frame lines.
+/// Reading a frame that isn't there gives `ReadFailed`. Closed until `Open` succeeds.
 class rkY4mSource : public rkFileSource {
 public:
     enum Error {

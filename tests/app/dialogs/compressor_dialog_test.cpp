@@ -116,7 +116,8 @@ TEST(CompressorDialog, DoubleClickChooses) {
     EXPECT_EQ(ListCompressors()[1].handler, choice.fccHandler);
 }
 
-// The whole way from the dialog of output settings: the choice stays when that is cancelled, and is shown again.
+// The whole way from the dialog of output settings: the choice stays when that is cancelled, and is shown
+// again.
 TEST(CompressorDialog, ChoiceTakesEffectAtOnce) {
     InstallCompressorChooser();
     MeasurementJob job;

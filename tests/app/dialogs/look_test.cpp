@@ -79,8 +79,8 @@ const Case kCases[] = {
      "Q", "Compressors", kHelpStart},
 };
 
-/// What a screen reader says of a control. Qt gives what is selected as the name of a list, whose own name comes by its
-/// label.
+/// What a screen reader says of a control. Qt gives what is selected as the name of a list, whose own name
+/// comes by its label.
 std::string AccessibleName(QWidget& widget) {
     const QAccessibleInterface& accessible = *QAccessible::queryAccessibleInterface(&widget);
     if (!qobject_cast<QComboBox*>(&widget)) return accessible.text(QAccessible::Name).toStdString();

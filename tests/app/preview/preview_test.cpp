@@ -67,7 +67,8 @@ TEST(Preview, OpensWithTheFirstFrameAtFullSize) {
     EXPECT_EQ(nullptr, QApplication::overrideCursor());
 }
 
-// Also where the pixels of the screen aren't those of windows: this one is run with other device ratios as well.
+// Also where the pixels of the screen aren't those of windows: this one is run with other device ratios as
+// well.
 TEST(Preview, FullSizeIsPixelForPixel) {
     Window window(353, 289, 1);
     EXPECT_EQ("100", window.Scale());

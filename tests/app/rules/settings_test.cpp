@@ -15,7 +15,8 @@ const Metric::CMetricList& Metrics() {
     return Metric::GetMetricList();
 }
 
-/// Notes what is written, in order: "name=7 " for numbers, "name:text " for texts. One value can't be written.
+/// Notes what is written, in order: "name=7 " for numbers, "name:text " for texts. One value can't be
+/// written.
 class NotingStore : public MemorySettingsStore {
 public:
     std::string written, broken;

@@ -1,4 +1,5 @@
-// Paints the main dialog and what it opens, but for results, in both palettes and two sizes of text, to be looked at:
+// Paints the main dialog and what it opens, but for results, in both palettes and two sizes of text, to be
+// looked at:
 //     app_gallery DIRECTORY
 
 #include "app/dialogs/bad_frames_dialog.h"

@@ -20,7 +20,8 @@ namespace {
 
 const std::string kProgress = "Tolvane - Progress";
 
-/// A raw file of zeros, without taking space on the disk: more frames than are measured while a test looks on.
+/// A raw file of zeros, without taking space on the disk: more frames than are measured while a test looks
+/// on.
 FileRecord LongVideo(const TemporaryDirectory& directory) {
     FileRecord record = EmptySlot();
     const std::string path = directory.Write("long.yuv", "");

@@ -107,7 +107,8 @@ struct BadFramesStep : MeasurementWorkerTest {
         job.badFrames.outputDir = FromUtf8(directory);
     }
 
-    /// Runs a metric of the program on the first `files` of three noisy clips. The lines behind the end of the frames.
+    /// Runs a metric of the program on the first `files` of three noisy clips. The lines behind the end of
+    /// the frames.
     Lines RunOnNoise(const wchar_t* id, std::size_t files) {
         SelectedMetric selected;
         EXPECT_TRUE(Metric::GetMetricList().FindById(id, selected.metricIndex));
@@ -152,7 +153,8 @@ TEST_F(BadFramesStep, ChoosesAsTheRulesReadOneByOne) {
             (Lines{L"<no stop>", saving, L"Bad frames saved", L"<log closed>", L"<over>", L"<finished>"}),
             events);
 
-        // The last two series are those that are compared: original and processed, or first and second processed.
+        // The last two series are those that are compared: original and processed, or first and second
+        // processed.
         const CResultsStore& results = *witness.finish->results;
         const std::vector<int> ids = results.GetResultIds();
         std::vector<FrameValue> values = results.GetSeries(ids.back());

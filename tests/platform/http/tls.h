@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-/// A new key with a certificate that it has signed itself, for a host given by its name or its IPv4 address. It is its own
-/// root: a client that trusts the certificate trusts the server.
+/// A new key with a certificate that it has signed itself, for a host given by its name or its IPv4 address.
+/// It is its own root: a client that trusts the certificate trusts the server.
 class TlsIdentity {
 public:
     /// `hoursLeft` below zero makes one that is out of date.

@@ -132,7 +132,8 @@ TEST_P(Look, StatusFollowsAChangeOfPalette) {
     EXPECT_TRUE(Shows(Grab(line), StatusColor(Status::Good, other)));
 }
 
-// The style draws a control once for each palette and keeps that for good: what is new with each window only ever grows.
+// The style draws a control once for each palette and keeps that for good: what is new with each window only
+// ever grows.
 TEST(Theme, WindowsShareAPalette) {
     QApplication::setPalette(QPalette());  // as if no test had set one
     const QCheckBox first, second;

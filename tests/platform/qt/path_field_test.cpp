@@ -121,7 +121,8 @@ TEST(PathField, ElidesWithoutFocusOnly) {
     const QImage elided = field->grab().toImage();
     EXPECT_NE(focused, elided);
 
-    // What shows is the end of the name, as in a short path: the right half equals that of one elided elsewhere.
+    // What shows is the end of the name, as in a short path: the right half equals that of one elided
+    // elsewhere.
     field->SetPath(L"/data/" + std::wstring(250, L'w') + L"/clip.y4m");
     EXPECT_EQ(elided, field->grab().toImage());
 }

@@ -8,8 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Runs tests of windows without a display, unless QT_QPA_PLATFORM asks for one, and away from the user's settings and
-/// desktop.
+/// Runs tests of windows without a display, unless QT_QPA_PLATFORM asks for one, and away from the user's
+/// settings and desktop.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -143,7 +143,8 @@ TEST(Decoder, TellsADamagedSampleAndWhatRefersToIt) {
         [](auto& bytes) { bytes.resize(1); },
         [](auto& bytes) { bytes.resize(bytes.size() / 2); },
     };
-    // In the arithmetic code of H.264 the zeros behind half a sample can be sound, in its other code they hardly are.
+    // In the arithmetic code of H.264 the zeros behind half a sample can be sound, in its other code they
+    // hardly are.
     const struct {
         TestStream stream;
         std::size_t damages;

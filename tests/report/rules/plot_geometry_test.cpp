@@ -41,7 +41,8 @@ TEST(PlotScale, FramesAndValues) {
         EXPECT_EQ(c.x, scale.CurveX(c.frame));
         EXPECT_EQ(50 + c.x, scale.FrameX(c.frame));
     }
-    // Axis and curve cut to whole pixels from opposite ends: 33.33 lies 16.65 above the bottom, 33.35 below the top.
+    // Axis and curve cut to whole pixels from opposite ends: 33.33 lies 16.65 above the bottom, 33.35 below
+    // the top.
     const struct {
         float value;
         int axisY, curveY;
