@@ -1,7 +1,9 @@
 #include "tests/platform/media/container_file.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -13,80 +15,88 @@ struct OutputDeleter {
 };
 using OutputPtr = std::unique_ptr<AVFormatContext, OutputDeleter>;
 
-/// Sends one picture (or the end) to the encoder and takes what comes out, to the file.
-class Writer {
-public:
-    explicit Writer(const ContainerFile& container) : file(container) {}
+constexpr AVRational kTimeBase = {1, 25};
 
-    bool Open(const std::string& path) {
-        SilenceLibav();
-        AVFormatContext* context = nullptr;
-        if (avformat_alloc_output_context2(&context, nullptr, file.container, path.c_str()) < 0) return false;
-        output.reset(context);
-        if (avio_open(&output->pb, path.c_str(), AVIO_FLAG_WRITE) < 0 || !OpenEncoder()) return false;
-        stream = avformat_new_stream(output.get(), nullptr);
-        stream->time_base = encoder->time_base;
-        stream->avg_frame_rate = stream->r_frame_rate = {25, 1};
-        return avcodec_parameters_from_context(stream->codecpar, encoder.get()) >= 0 &&
-               avformat_write_header(output.get(), nullptr) >= 0;
-    }
+CodecContextPtr OpenEncoder(const ContainerFile& file) {
+    const AVCodec* codec = avcodec_find_encoder_by_name(file.encoder);
+    const AVOutputFormat* format = av_guess_format(file.container, nullptr, nullptr);
+    if (codec == nullptr || format == nullptr) return nullptr;
+    CodecContextPtr encoder(avcodec_alloc_context3(codec));
+    encoder->width = file.width;
+    encoder->height = file.height;
+    encoder->pix_fmt = AV_PIX_FMT_YUV420P;
+    encoder->time_base = kTimeBase;
+    encoder->framerate = {25, 1};
+    encoder->gop_size = 10;
+    encoder->thread_count = 1;
+    if ((format->flags & AVFMT_GLOBALHEADER) != 0) encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    AVDictionary* options = nullptr;
+    av_dict_parse_string(&options, file.options, "=", ":", 0);
+    const int result = avcodec_open2(encoder.get(), codec, &options);
+    const bool isUnderstood = av_dict_count(options) == 0;
+    av_dict_free(&options);
+    return result >= 0 && isUnderstood ? std::move(encoder) : nullptr;
+}
 
-    bool Write(const AVFrame* picture) {
-        if (avcodec_send_frame(encoder.get(), picture) < 0) return false;
-        const PacketPtr packet = MakePacket();
-        while (avcodec_receive_packet(encoder.get(), packet.get()) == 0) {
-            const int number = packets++;
-            if (number < file.firstPacket) continue;
-            if (number == file.zeroedPacket) std::fill_n(packet->data, packet->size, std::uint8_t{0});
-            if (number == file.halvedPacket) av_shrink_packet(packet.get(), packet->size / 2);
-            av_packet_rescale_ts(packet.get(), encoder->time_base, stream->time_base);
-            packet->stream_index = 0;
-            if (av_interleaved_write_frame(output.get(), packet.get()) < 0) return false;
-        }
-        return true;
-    }
+/// Sends one picture (or the end) to the encoder and takes what comes out.
+bool Encode(AVCodecContext& encoder, const AVFrame* picture, std::vector<PacketPtr>& packets) {
+    if (avcodec_send_frame(&encoder, picture) < 0) return false;
+    for (PacketPtr packet = MakePacket(); avcodec_receive_packet(&encoder, packet.get()) == 0;
+         packet = MakePacket())
+        packets.push_back(std::move(packet));
+    return true;
+}
 
-    bool Finish() { return Write(nullptr) && av_write_trailer(output.get()) >= 0; }
-
-private:
-    bool OpenEncoder() {
-        const AVCodec* codec = avcodec_find_encoder_by_name(file.encoder);
-        if (codec == nullptr) return false;
-        encoder.reset(avcodec_alloc_context3(codec));
-        encoder->width = file.width;
-        encoder->height = file.height;
-        encoder->pix_fmt = AV_PIX_FMT_YUV420P;
-        encoder->time_base = {1, 25};
-        encoder->framerate = {25, 1};
-        encoder->gop_size = 10;
-        encoder->thread_count = 1;
-        if ((output->oformat->flags & AVFMT_GLOBALHEADER) != 0) encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-        AVDictionary* options = nullptr;
-        av_dict_parse_string(&options, file.options, "=", ":", 0);
-        const int result = avcodec_open2(encoder.get(), codec, &options);
-        const bool isUnderstood = av_dict_count(options) == 0;
-        av_dict_free(&options);
-        return result >= 0 && isUnderstood;
-    }
-
-    const ContainerFile& file;
-    OutputPtr output;
-    CodecContextPtr encoder;
-    AVStream* stream = nullptr;
-    int packets = 0;
-};
+/// Packet `number` as the file shall hold it.
+PacketPtr PacketFor(const ContainerFile& file, const AVPacket& encoded, int number) {
+    PacketPtr packet(av_packet_clone(&encoded));
+    if (packet == nullptr || av_packet_make_writable(packet.get()) < 0) return nullptr;
+    if (number == file.zeroedPacket) std::fill_n(packet->data, packet->size, std::uint8_t{0});
+    if (number == file.halvedPacket) av_shrink_packet(packet.get(), packet->size / 2);
+    packet->stream_index = 0;
+    return packet;
+}
 
 }  // namespace
 
-bool WriteContainerFile(const ContainerFile& file, const std::string& path) {
-    Writer writer(file);
-    if (!writer.Open(path)) return false;
+bool Encode(const ContainerFile& file, EncodedPictures& encoded) {
+    SilenceLibav();
+    const CodecContextPtr encoder = OpenEncoder(file);
+    encoded.codec = MakeCodecParameters();
+    encoded.packets.clear();
+    if (encoder == nullptr || avcodec_parameters_from_context(encoded.codec.get(), encoder.get()) < 0)
+        return false;
     for (int i = 0; i < file.pictures; ++i) {
         const FramePtr picture = SamplePicture(i, file.width, file.height);
         picture->pts = *file.times == 0 ? i : file.times[i] - '0';
-        if (!writer.Write(picture.get())) return false;
+        if (!Encode(*encoder, picture.get(), encoded.packets)) return false;
     }
-    return writer.Finish();
+    return Encode(*encoder, nullptr, encoded.packets);
+}
+
+bool WriteContainerFile(const ContainerFile& file, const EncodedPictures& encoded, const std::string& path) {
+    AVFormatContext* context = nullptr;
+    if (avformat_alloc_output_context2(&context, nullptr, file.container, path.c_str()) < 0) return false;
+    const OutputPtr output(context);
+    if (avio_open(&output->pb, path.c_str(), AVIO_FLAG_WRITE) < 0) return false;
+    AVStream* stream = avformat_new_stream(output.get(), nullptr);
+    stream->time_base = kTimeBase;
+    stream->avg_frame_rate = stream->r_frame_rate = {25, 1};
+    if (avcodec_parameters_copy(stream->codecpar, encoded.codec.get()) < 0 ||
+        avformat_write_header(output.get(), nullptr) < 0)
+        return false;
+    for (std::size_t i = static_cast<std::size_t>(file.firstPacket); i < encoded.packets.size(); ++i) {
+        const PacketPtr packet = PacketFor(file, *encoded.packets[i], static_cast<int>(i));
+        if (packet == nullptr) return false;
+        av_packet_rescale_ts(packet.get(), kTimeBase, stream->time_base);
+        if (av_interleaved_write_frame(output.get(), packet.get()) < 0) return false;
+    }
+    return av_write_trailer(output.get()) >= 0;
+}
+
+bool WriteContainerFile(const ContainerFile& file, const std::string& path) {
+    EncodedPictures encoded;
+    return Encode(file, encoded) && WriteContainerFile(file, encoded, path);
 }
 
 FramePtr SamplePicture(int number, int width, int height) {

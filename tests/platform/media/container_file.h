@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/media/libav.h"
 
@@ -18,7 +19,18 @@ struct ContainerFile {
     int halvedPacket = -1;   ///< and of this one the first half
 };
 
-/// Writes pictures 0, 1, 2 ... of `SamplePicture`, 25 a second; false if the libraries can't.
+/// A file's packets, all of them and sound, as its encoder made them. Not every encoder makes the same of the same
+/// pictures twice: what lay in its memory may sway its choices. So files that are compared share these.
+struct EncodedPictures {
+    CodecParametersPtr codec;
+    std::vector<PacketPtr> packets;
+};
+
+/// Encodes pictures 0, 1, 2 ... of `SamplePicture`, 25 a second, for the container; false if the libraries can't.
+bool Encode(const ContainerFile& file, EncodedPictures& encoded);
+/// Writes of them what the file shall hold; false if the libraries can't.
+bool WriteContainerFile(const ContainerFile& file, const EncodedPictures& encoded, const std::string& path);
+/// Both in one.
 bool WriteContainerFile(const ContainerFile& file, const std::string& path);
 
 /// Picture `number` of every such file, 4:2:0: smooth enough to survive a lossy codec, and unlike all its

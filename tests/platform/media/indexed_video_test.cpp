@@ -147,11 +147,15 @@ TEST_F(IndexedVideoTest, CountsFrames) {
 TEST_F(IndexedVideoTest, DamageEndsAtTheNextKey) {
     ContainerFile file = {"matroska", "libx264", "bf=3:g=6:crf=4:coder=vlc:x264-params=scenecut=0",
                           18,         32,        16};
-    const auto sound = Make(file, "sound");
+    EncodedPictures encoded;
+    ASSERT_TRUE(Encode(file, encoded));
+    ASSERT_TRUE(WriteContainerFile(file, encoded, directory.Path("sound")));
+    const auto sound = Open("sound");
     ASSERT_NE(nullptr, sound) << error;
     for (file.halvedPacket = 0; file.halvedPacket < file.pictures; ++file.halvedPacket) {
         SCOPED_TRACE(file.halvedPacket);
-        const auto damaged = Make(file);
+        ASSERT_TRUE(WriteContainerFile(file, encoded, directory.Path("damaged")));
+        const auto damaged = Open("damaged");
         ASSERT_NE(nullptr, damaged) << error;
         for (int i = 0; i < file.pictures; ++i) {
             const AVFrame* frame = damaged->ReadFrame(i);
