@@ -43,12 +43,15 @@ void ForEachBand(int width, int height, const UseBand& use, std::int64_t pixelsP
         use(Band{0, height, 0});
         return;
     }
-#pragma omp parallel num_threads(threads)
+    // Always the whole team: the runtime ends the threads that a smaller one has no use for.
+#pragma omp parallel
     {
         const std::int64_t thread = omp_get_thread_num();
-        const std::int64_t count = omp_get_num_threads();
-        use(Band{static_cast<int>(height * thread / count), static_cast<int>(height * (thread + 1) / count),
-                 static_cast<int>(thread)});
+        const std::int64_t count = std::min(threads, omp_get_num_threads());
+        if (thread < count) {
+            use(Band{static_cast<int>(height * thread / count),
+                     static_cast<int>(height * (thread + 1) / count), static_cast<int>(thread)});
+        }
     }
 }
 
@@ -56,8 +59,12 @@ void ForEachBand(int width, int height, const UseBand& use, std::int64_t pixelsP
 /// throw.
 template <class First, class Second>
 void RunBoth(const First& first, const Second& second) {
-    const bool team = omp_get_active_level() < omp_get_max_active_levels() && omp_get_max_threads() > 1;
-#pragma omp parallel sections num_threads(2) if (team)
+    if (omp_get_active_level() >= omp_get_max_active_levels()) {
+        first();
+        second();
+        return;
+    }
+#pragma omp parallel sections
     {
 #pragma omp section
         first();

@@ -88,6 +88,7 @@ HWY_EXPORT(SumRow);
 
 std::uint64_t SumSquaredDifferences(const SampleRows& a, const SampleRows& b, int sampleBytes, int width,
                                     int height) {
+    constexpr std::int64_t kPixelsPerThread = 16 * kLightPixelsPerThread;  // the lightest of all
     const auto sumRow = HWY_DYNAMIC_DISPATCH(SumRow);
     std::atomic<std::uint64_t> total = 0;
     ForEachBand(
@@ -98,7 +99,7 @@ std::uint64_t SumSquaredDifferences(const SampleRows& a, const SampleRows& b, in
                 sum += sumRow(a.first + y * a.stride, b.first + y * b.stride, sampleBytes, width);
             total += sum;
         },
-        kLightPixelsPerThread);
+        kPixelsPerThread);
     return total;
 }
 

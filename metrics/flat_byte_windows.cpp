@@ -31,8 +31,8 @@ int FlatByteWindows::MostThreads() const {
 
 std::int64_t FlatByteWindows::PixelsPerThread() const {
     constexpr int kMostThreads = 16;
-    return std::max(Kernels::kPixelsPerThread,
-                    (std::int64_t{width} * height + kMostThreads - 1) / kMostThreads);
+    constexpr std::int64_t kWorthwhile = 1 << 20;
+    return std::max(kWorthwhile, (std::int64_t{width} * height + kMostThreads - 1) / kMostThreads);
 }
 
 void* FlatByteWindows::MemoryOf(int thread) const {

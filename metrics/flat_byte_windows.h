@@ -32,7 +32,8 @@ public:
     Number Sum(const Kernels::BytePictures& pictures, float* map, bool wantsMap, const NextRow& nextRow);
 
 private:
-    /// What a thread takes at least: each has to sum up all that lies above its rows, and needs room for it.
+    /// What a thread takes at least: each has to sum up all that lies above its rows, needs room for it, and
+    /// hands its values over from cache to cache.
     std::int64_t PixelsPerThread() const;
     int MostThreads() const;
     void* MemoryOf(int thread) const;

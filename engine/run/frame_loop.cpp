@@ -3,8 +3,9 @@
 #include <omp.h>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <limits>
 #include <string>
 #include <utility>
@@ -34,8 +35,7 @@ public:
         ReadFrames();
         FindMask();
         ConvertFrames();
-        MeasureOneFileSets(frame);
-        MeasureTwoFileSets(frame);
+        MeasureSets(frame);
     }
 
 private:
@@ -44,6 +44,11 @@ private:
         const OpenedFile* file;
         int component;
         ComponentImage* target;
+    };
+
+    struct Task {
+        ScheduledMetric* metric;
+        std::array<const OpenedFile*, 2> files;  // the second is null for a metric of one file
     };
 
     void ReadFrames() {
@@ -99,7 +104,8 @@ private:
         return false;
     }
 
-    void MeasureOneFileSets(int frame) {
+    void MeasureSets(int frame) {
+        tasks.clear();
         for (OneFileSet& set : state.oneFileSchedule) {
             const OpenedFile* file = FindFile(set.file);
             if (file == nullptr) {
@@ -107,11 +113,8 @@ private:
                         L"Trying to calculate metric using incorrect file, developer error, skipping...");
                 continue;
             }
-            if (!file->failed) MeasureSet(set.metrics, {file}, frame);
+            if (!file->failed) AddTasks(set.metrics, file, nullptr);
         }
-    }
-
-    void MeasureTwoFileSets(int frame) {
         for (TwoFileSet& set : state.twoFileSchedule) {
             const OpenedFile* first = FindFile(set.first);
             const OpenedFile* second = FindFile(set.second);
@@ -120,22 +123,24 @@ private:
                         L"Trying to calculate metric using incorrect files, developer error, skipping...");
                 continue;
             }
-            if (!first->failed && !second->failed) MeasureSet(set.metrics, {first, second}, frame);
+            if (!first->failed && !second->failed) AddTasks(set.metrics, first, second);
         }
-    }
 
-    void MeasureSet(std::vector<ScheduledMetric>& metrics, std::initializer_list<const OpenedFile*> files,
-                    int frame) {
-        // Metrics have loops of their own that can use the threads which a short set would leave idle.
-        const int count = static_cast<int>(metrics.size());
+        // Metrics have loops of their own that can use the threads which a few tasks would leave idle.
+        const int count = static_cast<int>(tasks.size());
         ForEachInParallel(count, count > 1 && count >= omp_get_max_threads() && IsWorthATeam(count),
-                          [&](int i) { MeasureMetric(metrics[static_cast<std::size_t>(i)], files, frame); });
+                          [&](int i) { MeasureMetric(tasks[static_cast<std::size_t>(i)], frame); });
     }
 
-    void MeasureMetric(ScheduledMetric& scheduled, std::initializer_list<const OpenedFile*> files,
-                       int frame) {
+    void AddTasks(std::vector<ScheduledMetric>& metrics, const OpenedFile* first, const OpenedFile* second) {
+        for (ScheduledMetric& metric : metrics) tasks.push_back({&metric, {first, second}});
+    }
+
+    void MeasureMetric(const Task& task, int frame) {
+        ScheduledMetric& scheduled = *task.metric;
         std::vector<Metric::CMetricImage*> images;
-        for (const OpenedFile* file : files) {
+        for (const OpenedFile* file : task.files) {
+            if (file == nullptr) continue;
             const auto found = file->components.find(scheduled.component);
             if (found == file->components.end()) return;
             images.push_back(found->second.image.get());
@@ -209,6 +214,7 @@ private:
     CResultsStore& store;
     RunOutcome& outcome;
     std::vector<Conversion> conversions;  // what a frame needs: every component of every file but the mask
+    std::vector<Task> tasks;              // of the current frame: no metric needs what another one gives
 
     // Of the current frame: the mask file if it has a marked pixel, and where its first one is.
     OpenedFile* activeMask = nullptr;

@@ -27,8 +27,7 @@ void InCriticalSection(const Action& action) {
 template <typename Body>
 void ForEachInParallel(int count, bool onTeam, const Body& body) {
     std::exception_ptr failure;
-#pragma omp parallel for schedule(static) if (onTeam)
-    for (int i = 0; i < count; ++i) {
+    const auto call = [&](int i) {
         try {
             body(i);
         } catch (...) {
@@ -36,6 +35,14 @@ void ForEachInParallel(int count, bool onTeam, const Body& body) {
                 if (!failure) failure = std::current_exception();
             });
         }
+    };
+    if (onTeam) {
+#pragma omp parallel for schedule(static)
+        for (int i = 0; i < count; ++i) call(i);
+    } else {
+        // Not by an `if` of the loop above: it would still count as a level, and inside one the runtime starts
+        // new threads for each loop instead of keeping some.
+        for (int i = 0; i < count; ++i) call(i);
     }
     if (failure) std::rethrow_exception(failure);
 }

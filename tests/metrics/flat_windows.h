@@ -55,9 +55,9 @@ struct ByteFrame {
 /// 2^24.
 inline std::vector<Scene> ByteScenes() {
     const auto bright = [](int x, int y) { return 180 + Noise(x, y, 76); };
-    return {{"one window", 8, 8, Coded},     {"a row of windows", 304, 8, bright},
-            {"two levels", 24, 16, Coded},   {"bright and high", 64, 600, bright},
-            {"for a team", 456, 304, Coded}, {"padded", 100, 90, Coded}};
+    return {{"one window", 8, 8, Coded},       {"a row of windows", 304, 8, bright},
+            {"two levels", 24, 16, Coded},     {"bright and high", 64, 600, bright},
+            {"for a team", 2048, 1040, Coded}, {"padded", 100, 90, Coded}};
 }
 
 /// The value of one frame by a new instance, without and with a picture painted.
