@@ -1,6 +1,7 @@
 /// The way of a frame to a metric's plane: every component from each kind of layout, and PSNR, which needs no
 /// plane. "bytes_per_second" counts the frame's bytes that are looked at and the floats of one plane.
 
+#include "bench/scene.h"
 #include "metric/convert_frame.h"
 #include "metric/metric_image.h"
 #include "metrics/psnr.h"
@@ -10,7 +11,6 @@
 #include <benchmark/benchmark.h>
 #include <omp.h>
 
-#include <array>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -19,8 +19,6 @@
 namespace {
 
 using namespace Metric;
-
-constexpr std::array<int, 2> kSizes[] = {{352, 288}, {1920, 1080}, {3840, 2160}};
 
 /// A frame of noise and the image that is filled from it.
 struct Frame {

@@ -20,6 +20,9 @@ namespace {
 
 using namespace Metric;
 
+constexpr int kWidth = 1920;
+constexpr int kHeight = 1080;
+
 enum class Course { Whole, Painted, Resident };
 
 constexpr struct {
@@ -39,15 +42,15 @@ template <class Measured>
 void MeasureFrames(benchmark::State& state, const Gpu::GpuDevice& device, int threads, Course course) {
     const int threadsBefore = omp_get_max_threads();
     if (threads > 0) omp_set_num_threads(threads);
-    const auto original = SceneFrame(1);
-    const auto coded = SceneFrame(9);
+    SceneFrame original(kWidth, kHeight, 0, 1);
+    SceneFrame coded(kWidth, kHeight, 0, 9);
     MetricParameters parameters;
     parameters.width = kWidth;
     parameters.height = kHeight;
     Resident<Measured> metric(device, parameters);
     rkVideoImage target;
     target.Create(kWidth, kHeight, RGB24, 0);
-    const std::vector<CMetricImage*> images = {original.get(), coded.get()};
+    const std::vector<CMetricImage*> images = {&original.image, &coded.image};
     metric.Measure(images);
     for (auto unused : state) {
         switch (course) {
