@@ -5,7 +5,8 @@
 
 namespace Kernels {
 
-/// Two pictures of `width` by `height` bytes, no smaller than the window; a stride is bytes from row to row.
+/// Two pictures of `width` by `height` bytes, no smaller than the window and no taller than
+/// `FlatWalk::kMostRows`; a stride is bytes from row to row.
 struct BytePictures {
     const std::uint8_t* first;
     std::ptrdiff_t firstStride;
@@ -21,14 +22,16 @@ struct BytePictures {
 /// Of the order of additions that is part of the values little is left with bytes. The running sums down the
 /// columns have to be made as told, from the picture's first row; but they are whole numbers. So the
 /// difference of two of them is one, at most 8 * 255^2 and a bit, and the sum of eight differences below
-/// 2^24: all of these additions are exact, in any order. The sums of the samples themselves are exact all the
-/// way down, modulo 2^16 each, and share a lane.
+/// 2^24: all of these additions are exact, in any order. The running sums of the samples themselves are exact
+/// down to `kMostRows`; what they differ by needs no more than their 16 lowest bits, and two share a lane.
 ///
 /// Memory  `memory` has `MemoryBytes`, aligned to 64; like the pictures it belongs to the caller and outlives
 ///         the walk.
 /// Threads one.
 class FlatWalk {
 public:
+    static constexpr int kMostRows = (1 << 24) / 255;  ///< further down a float can't hold a sum of samples
+
     /// The walk's next row of the map is `first`. What lies above it has to be summed up all the same, which
     /// takes a tenth of the time that it takes to make it.
     FlatWalk(const BytePictures& pictures, int first, void* memory);

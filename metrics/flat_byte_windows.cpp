@@ -11,6 +11,7 @@ std::optional<Kernels::BytePictures> BytePicturesOf(const std::vector<CMetricIma
         if (samples->scale != 1 || samples->centre != 0) return nullptr;
         return samples->shiftX == 0 && samples->shiftY == 0 ? samples : nullptr;
     };
+    if (images[0]->GetHeight() > Kernels::FlatWalk::kMostRows) return {};
     const SamplePlane* const first = bytesOf(images[0]);
     const SamplePlane* const second = bytesOf(images[1]);
     if (first == nullptr || second == nullptr) return {};

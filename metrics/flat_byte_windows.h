@@ -15,7 +15,8 @@
 
 namespace Metric {
 
-/// The pictures' own bytes of a component, if that is what the planes of both images hold.
+/// The pictures' own bytes of a component, if that is what the planes of both images hold and they aren't too
+/// tall for a walk.
 std::optional<Kernels::BytePictures> BytePicturesOf(const std::vector<CMetricImage*>& images, int component);
 
 /// Sums over the map of a `FlatWalk`, without the pictures as float planes and in half the time.

@@ -24,6 +24,7 @@ constexpr int kBlocksAtOnce = 16;
 
 using Doubles = hn::CappedTag<double, kSide>;  // a vector never spans more than a row of the block
 using SampleFloats = hn::Rebind<float, Doubles>;
+using Integers = hn::Rebind<std::int32_t, Doubles>;
 using Floats = hn::CappedTag<float, kBlocksAtOnce>;
 constexpr int kLanes = static_cast<int>(hn::MaxLanes(Floats()));
 
@@ -51,8 +52,8 @@ HWY_NOINLINE void CutToIntegers(const float* HWY_RESTRICT samples, int stride, i
     }
 }
 
-// The block's 64 coefficients. The samples are of magnitude 256 at most, so a coefficient is below 2^12 and
-// never has to be cut to 16 bits.
+// The block's 64 coefficients, cut to 16 bits: those of samples within the peak are far below, but files of
+// more than 8 bits can hold samples of up to 16384.
 //
 // Both passes keep columns of the result in lanes, so that every sum has its own lane, and nothing is
 // transposed: pass 1 multiplies a sample by a row of the transposed matrix, pass 2 an entry of the matrix
@@ -77,8 +78,9 @@ HWY_NOINLINE void Transform(const VqmTables& tables, const double* HWY_RESTRICT 
         for (int v = 0; v < kSide; ++v) {
             const auto sum = weightedSum(tables.dctMatrix.data() + v * kSide,
                                          [&](int k) HWY_ATTR { return transformedRows[k]; });
-            const auto rounded = hn::Floor(hn::Add(sum, hn::Set(d, 0.499999)));
-            hn::StoreU(hn::DemoteTo(SampleFloats(), rounded), SampleFloats(),
+            const auto rounded = hn::DemoteTo(Integers(), hn::Floor(hn::Add(sum, hn::Set(d, 0.499999))));
+            const auto low16 = hn::ShiftRight<16>(hn::ShiftLeft<16>(rounded));
+            hn::StoreU(hn::ConvertTo(SampleFloats(), low16), SampleFloats(),
                        coefficients + v * kSide + column);
         }
     }

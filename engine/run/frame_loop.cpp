@@ -49,6 +49,8 @@ private:
     struct Task {
         ScheduledMetric* metric;
         std::array<const OpenedFile*, 2> files;  // the second is null for a metric of one file
+        bool isValid = true;                     // the metric gave all its values
+        bool isSaved = true;                     // the picture is in its file, if one is wanted
     };
 
     void ReadFrames() {
@@ -128,15 +130,21 @@ private:
 
         // Metrics have loops of their own that can use the threads which a few tasks would leave idle.
         const int count = static_cast<int>(tasks.size());
-        ForEachInParallel(count, count > 1 && count >= omp_get_max_threads() && IsWorthATeam(count),
-                          [&](int i) { MeasureMetric(tasks[static_cast<std::size_t>(i)], frame); });
+        try {
+            ForEachInParallel(count, count > 1 && count >= omp_get_max_threads() && IsWorthATeam(count),
+                              [&](int i) { MeasureMetric(tasks[static_cast<std::size_t>(i)], frame); });
+        } catch (...) {
+            TellFailures(frame);
+            throw;
+        }
+        TellFailures(frame);
     }
 
     void AddTasks(std::vector<ScheduledMetric>& metrics, const OpenedFile* first, const OpenedFile* second) {
         for (ScheduledMetric& metric : metrics) tasks.push_back({&metric, {first, second}});
     }
 
-    void MeasureMetric(const Task& task, int frame) {
+    void MeasureMetric(Task& task, int frame) {
         ScheduledMetric& scheduled = *task.metric;
         std::vector<Metric::CMetricImage*> images;
         for (const OpenedFile* file : task.files) {
@@ -153,15 +161,21 @@ private:
                                                       : scheduled.metric->Measure(images);
         if (frame < scheduled.lag) return;
         const int measured = frame - scheduled.lag;
-        const bool isValid = CompleteValues(scheduled, values);
-        const bool isSaved = scheduled.visualization == nullptr ||
-                             scheduled.visualization->WriteFrame(picture, measured, values, store);
+        task.isValid = CompleteValues(scheduled, values);
+        task.isSaved = scheduled.visualization == nullptr ||
+                       scheduled.visualization->WriteFrame(picture, measured, values, store);
         InCriticalSection([&] {
             for (const Metric::MetricValue& value : values)
                 store.AddValue(value.resultId, measured, value.value);
-            if (!isValid) TellInvalidValues(scheduled, measured);
-            if (!isSaved) DropVisualization(scheduled);
         });
+    }
+
+    /// In the order of the schedule, whichever metric was done first.
+    void TellFailures(int frame) {
+        for (const Task& task : tasks) {
+            if (!task.isValid) TellInvalidValues(*task.metric, frame - task.metric->lag);
+            if (!task.isSaved) DropVisualization(*task.metric);
+        }
     }
 
     /// Makes `values` one value for each result of the metric. One that it doesn't give (a plug-in may fail

@@ -17,6 +17,6 @@
 /// Running out of memory ends the loop in the same way, with nothing measured if it happens in the first
 /// frame.
 ///
-/// Frames are read on the calling thread; conversions and the metrics of a set run on a team of threads. The
-/// values don't depend on the number of threads. Throws nothing.
+/// Frames are read on the calling thread; conversions and the metrics run on a team of threads. The
+/// values and the log don't depend on the number of threads. Throws nothing.
 void RunFrameLoop(RunState& state, const RunParameters& run, CResultsStore& store, RunOutcome& outcome);

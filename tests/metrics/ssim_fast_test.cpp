@@ -51,6 +51,16 @@ TEST(SsimFast, SameOfBytes) {
     ExpectSameOfBytes<CSSIMMetric>();
 }
 
+// Sums of so many samples are rounded, so their order counts.
+TEST(SsimFast, SameOfBytesThatAreTallerThanFloatsCanSum) {
+    const Scene scene = {"", 8, 65800, [](int x, int y) { return 200 + Noise(x, y, 56); }};
+    ByteFrame first(scene), second(Distorted(scene)), firstPlanes(scene), secondPlanes(Distorted(scene));
+    firstPlanes.image.ForgetFrame();
+    secondPlanes.image.ForgetFrame();
+    EXPECT_EQ(MeasureOnce<CSSIMMetric>(firstPlanes.image, secondPlanes.image),
+              MeasureOnce<CSSIMMetric>(first.image, second.image));
+}
+
 // Flat pictures of levels a and b have the value (2 a b + C1) / (a^2 + b^2 + C1), C1 = 0.0001 peak peak, and
 // equal ones exactly 1. The 153 windows are added with an error of half a unit each, 2^-24 of the sum; to a
 // double without.

@@ -1,7 +1,11 @@
 #include "engine/run/frame_loop.h"
 
+#include <omp.h>
+
 #include <boost/make_shared.hpp>
+#include <chrono>
 #include <stdexcept>
+#include <thread>
 
 #include "engine/run/open_input_files.h"
 #include "engine/run/parallel.h"
@@ -57,6 +61,30 @@ TEST_F(FrameLoopTest, AFailedConversionIsTriedAgainInTheNextFrame) {
         ASSERT_EQ(1u, values.size()) << "measured with what the image holds";
         EXPECT_EQ(value, values[0].value);
     }
+}
+
+// Metrics that run side by side end in any order; what is told of them keeps theirs.
+TEST_F(FrameLoopTest, FailuresAreToldInTheOrderOfTheSchedule) {
+    const auto run = Recorded({Clip(L"a", 1, 1), Clip(L"b", 1, 1)});
+    Open(run);
+    state.width = state.height = 1024;  // worth a team
+    FakeKind slow, quick;
+    slow.name = L"Slow";
+    quick.name = L"Quick";
+    slow.answer = [](std::vector<Metric::MetricValue>& values) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        values.clear();
+    };
+    quick.answer = [](std::vector<Metric::MetricValue>& values) { values.clear(); };
+    state.oneFileSchedule = {{0, {Scheduled(slow)}}, {1, {Scheduled(quick)}}};
+    const int threads = omp_get_max_threads();
+    omp_set_num_threads(2);
+    RunFrameLoop(state, run, store, outcome);
+    omp_set_num_threads(threads);
+    const auto line = [](const std::wstring& name) {
+        return L"Metric " + name + L" returned invalid values at frame 0; missing values are not numbers";
+    };
+    EXPECT_EQ((Lines{line(L"Slow"), line(L"Quick")}), lines);
 }
 
 TEST_F(FrameLoopTest, AMaskThatCouldntBeConvertedStaysOut) {
