@@ -88,7 +88,7 @@ HWY_EXPORT(SumRow);
 
 std::uint64_t SumSquaredDifferences(const SampleRows& a, const SampleRows& b, int sampleBytes, int width,
                                     int height) {
-    constexpr std::int64_t kPixelsPerThread = 16 * kLightPixelsPerThread;  // the lightest of all
+    constexpr std::int64_t kPixelsPerThread = 4 * kLightPixelsPerThread;  // the lightest of all
     const auto sumRow = HWY_DYNAMIC_DISPATCH(SumRow);
     std::atomic<std::uint64_t> total = 0;
     ForEachBand(

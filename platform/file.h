@@ -7,7 +7,7 @@
 
 /// A regular file, open for reading at any position. Positions and sizes are 64-bit.
 ///
-/// Directories, devices and pipes don't open. Not for two threads at once.
+/// Directories, devices and pipes don't open. Open file: any number of threads may read at once.
 class ReadOnlyFile {
 public:
     ReadOnlyFile() = default;

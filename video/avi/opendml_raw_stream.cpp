@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "platform/vfw/stream_info.h"
+#include "video/frame_bytes.h"
 
 bool rkOpenDMLRawStream::Open(const std::wstring& fileName, int index, std::uint64_t base) {
     if (!file.Open(fileName)) return false;
@@ -27,7 +28,7 @@ bool rkOpenDMLRawStream::ReadSample(int sample, std::uint8_t* buffer, int buffer
     *actualBytes = static_cast<int>(bytes);
     if (*actualBytes > bufferSize) return false;
 
-    *actualBytes = static_cast<int>(file.ReadAt(position, buffer, bytes));
+    *actualBytes = static_cast<int>(ReadFrameBytes(file, position, buffer, bytes));
     return static_cast<std::uint32_t>(*actualBytes) == entry.size;
 }
 

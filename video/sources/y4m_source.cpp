@@ -1,5 +1,7 @@
 #include "video/sources/y4m_source.h"
 
+#include "video/frame_bytes.h"
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -141,8 +143,8 @@ int rkY4mSource::ReadNextFrame(std::uint8_t* buffer) {
     const bool isAsHandedOver = layout.IsStoredAsHandedOver();
     std::uint8_t* picture = isAsHandedOver ? buffer : storedPicture.get();
     const std::size_t needed = isAsHandedOver ? BytesToRead(bytes) : bytes;
-    if (buffer == nullptr || picture == nullptr || file.ReadAt(offset, picture, needed) != needed)
-        return ReadFailed;
+    if (buffer == nullptr || picture == nullptr) return ReadFailed;
+    if (ReadFrameBytes(file, offset, picture, needed) != needed) return ReadFailed;
     if (picture != buffer) UnpackY4mPicture(layout, picture, buffer);
 
     if (frame + 1 == frameOffsets.size() && !AppendOffset(offset + bytes)) return ReaderError;

@@ -1,8 +1,9 @@
 #include "video/sources/yuv_source.h"
 
-#include <array>
-
+#include "video/frame_bytes.h"
 #include "video/raw_layout.h"
+
+#include <array>
 
 namespace {
 
@@ -45,7 +46,7 @@ int rkYuvSource::ReadNextFrame(std::uint8_t* buffer) {
     const std::uint64_t offset = static_cast<std::uint64_t>(position) * bytes;
     ++position;
     const std::size_t needed = BytesToRead(bytes);
-    return buffer != nullptr && file.ReadAt(offset, buffer, needed) == needed ? NoError : ReadFailed;
+    return buffer != nullptr && ReadFrameBytes(file, offset, buffer, needed) == needed ? NoError : ReadFailed;
 }
 
 int rkYuvSource::Close() {
