@@ -79,32 +79,53 @@ void LoadRow(const SampleRow& row, float scale, float centre, float* HWY_RESTRIC
     }
 }
 
-/// Takes every third byte out, a bufferful at a time, which then are a row of single bytes.
-void LoadTriples(const SampleRow& row, bool inPairs, float scale, float centre, float* HWY_RESTRICT pixels,
-                 int count) {
-    constexpr int kSamples = 512;
-    HWY_ALIGN std::uint8_t bytes[kSamples];
+constexpr int kTriplesAtOnce = 512;
+
+/// Puts the bytes of `count` units of three, kTriplesAtOnce at most, into a row for each place in the unit.
+/// The row of a place that isn't wanted is null.
+void SplitTriples(const std::uint8_t* HWY_RESTRICT units, int count, std::uint8_t* const (&rows)[3]) {
     const hn::ScalableTag<std::uint8_t> d;
     const int step = static_cast<int>(hn::Lanes(d));
+    int i = 0;
+    for (; i + step <= count; i += step) {
+        hn::VFromD<decltype(d)> triple[3];
+        hn::LoadInterleaved3(d, units + i * 3, triple[0], triple[1], triple[2]);
+        for (int place = 0; place < 3; ++place)
+            if (rows[place] != nullptr) hn::StoreU(triple[place], d, rows[place] + i);
+    }
+    for (; i < count; ++i)
+        for (int place = 0; place < 3; ++place)
+            if (rows[place] != nullptr) rows[place][i] = units[i * 3 + place];
+}
+
+/// One byte of each unit of three, a bufferful at a time, which then are a row of single bytes.
+void LoadOneOfTriples(const SampleRow& row, bool inPairs, float scale, float centre,
+                      float* HWY_RESTRICT pixels, int count) {
+    HWY_ALIGN std::uint8_t bytes[kTriplesAtOnce];
+    std::uint8_t* rows[3] = {};
+    rows[row.offset] = bytes;
     const int samples = inPairs ? (count + 1) / 2 : count;
     const auto load = inPairs ? LoadRow<1, 1, true> : LoadRow<1, 1, false>;
-    for (int first = 0; first < samples; first += kSamples) {
-        const int some = std::min(kSamples, samples - first);
-        const std::uint8_t* units = row.units + std::ptrdiff_t{first} * 3;
-        int i = 0;
-        for (; i + step <= some; i += step) {
-            hn::VFromD<decltype(d)> triple[3];
-            hn::LoadInterleaved3(d, units + i * 3, triple[0], triple[1], triple[2]);
-            hn::StoreU(triple[row.offset], d, bytes + i);
-        }
-        for (; i < some; ++i) bytes[i] = units[i * 3 + row.offset];
+    for (int first = 0; first < samples; first += kTriplesAtOnce) {
+        const int some = std::min(kTriplesAtOnce, samples - first);
+        SplitTriples(row.units + std::ptrdiff_t{first} * 3, some, rows);
         const int x = inPairs ? 2 * first : first;
         load({bytes, 1, 0, 1}, scale, centre, pixels + x, std::min(count - x, inPairs ? 2 * some : some));
     }
 }
 
+void LoadAllOfTriples(const std::uint8_t* units, float* const (&pixels)[3], int count) {
+    HWY_ALIGN std::uint8_t bytes[3][kTriplesAtOnce];
+    for (int x = 0; x < count; x += kTriplesAtOnce) {
+        const int some = std::min(kTriplesAtOnce, count - x);
+        SplitTriples(units + std::ptrdiff_t{x} * 3, some, {bytes[0], bytes[1], bytes[2]});
+        for (int place = 0; place < 3; ++place)
+            LoadRow<1, 1, false>({bytes[place], 1, 0, 1}, 1, 0, pixels[place] + x, some);
+    }
+}
+
 void LoadAnyRow(const SampleRow& row, bool inPairs, float scale, float centre, float* pixels, int count) {
-    if (row.unitBytes == 3) return LoadTriples(row, inPairs, scale, centre, pixels, count);
+    if (row.unitBytes == 3) return LoadOneOfTriples(row, inPairs, scale, centre, pixels, count);
 
     const auto load = [&](auto single, auto pairs) {
         (inPairs ? pairs : single)(row, scale, centre, pixels, count);
@@ -127,10 +148,15 @@ HWY_AFTER_NAMESPACE();
 namespace Kernels {
 
 HWY_EXPORT(LoadAnyRow);
+HWY_EXPORT(LoadAllOfTriples);
 
 void LoadSamples(const SampleRow& samples, bool inPairs, float scale, float centre, float* pixels,
                  int count) {
     HWY_DYNAMIC_DISPATCH(LoadAnyRow)(samples, inPairs, scale, centre, pixels, count);
+}
+
+void LoadTriples(const std::uint8_t* units, float* const (&pixels)[3], int count) {
+    HWY_DYNAMIC_DISPATCH(LoadAllOfTriples)(units, pixels, count);
 }
 
 }  // namespace Kernels

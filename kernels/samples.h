@@ -21,4 +21,8 @@ struct SampleRow {
 /// Any thread.
 void LoadSamples(const SampleRow& samples, bool inPairs, float scale, float centre, float* pixels, int count);
 
+/// pixels[place][i] = the byte at `place` in unit i of three bytes, for `count` units: what three calls of
+/// `LoadSamples` give, with the units taken apart once. Any thread.
+void LoadTriples(const std::uint8_t* units, float* const (&pixels)[3], int count);
+
 }  // namespace Kernels

@@ -59,11 +59,13 @@ void LightnessRow(const float* luma, float* lightness, int count) {
     const Tables& tables = GetTables();
     constexpr int kValuesAtOnce = 64;
 
+    bool areSamples = true;  // until one isn't: then the others won't be either
     std::array<float, kValuesAtOnce> row;
     for (int x = 0; x < count; x += kValuesAtOnce) {
         const int some = std::min(kValuesAtOnce, count - x);
-        if (!Kernels::LookUpRow(tables.samples.front().data(), luma + x, row.data(), some) &&
-            !Kernels::LightnessNearPoints(tables.points.data(), luma + x, row.data(), some)) {
+        areSamples =
+            areSamples && Kernels::LookUpRow(tables.samples.front().data(), luma + x, row.data(), some);
+        if (!areSamples && !Kernels::LightnessNearPoints(tables.points.data(), luma + x, row.data(), some)) {
             for (int i = 0; i < some; ++i) {
                 float& value = row[static_cast<std::size_t>(i)];
                 if (std::isnan(value)) value = Lightness(luma[x + i] + 0.0f);

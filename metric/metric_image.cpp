@@ -4,6 +4,7 @@
 
 #include "kernels/bands.h"
 #include "kernels/color_rows.h"
+#include "kernels/samples.h"
 #include "metric/color_matrix.h"
 #include "metric/lightness.h"
 
@@ -48,6 +49,17 @@ SamplePlane DeepPlane(const std::uint8_t* frame, std::size_t wordCount, int bits
     return plane;
 }
 
+/// Whether the frame's colours are the three bytes of one unit, in any order.
+bool AreTriples(const SamplePlanes& samples) {
+    int places = 0;
+    for (const SamplePlane& plane : samples) {
+        if (plane.unitBytes != 3 || plane.scale != 1 || plane.centre != 0) return false;
+        if (plane.rows != samples[0].rows || plane.rowBytes != samples[0].rowBytes) return false;
+        places |= 1 << plane.offset;
+    }
+    return places == 0b111;
+}
+
 /// The greatest sample of a depth on the scale of 0 to 256: 255.75, 255.984375, 255.99609375.
 float DeepPeak(int bits) {
     return static_cast<float>((1 << bits) - 1) / static_cast<float>(1 << (bits - 8));
@@ -61,7 +73,7 @@ public:
     static constexpr int kPixelsAtOnce = 512;
 
     explicit RowMaker(const CMetricImage& metricImage)
-        : image(metricImage), table(MatrixOf(metricImage.matrix)) {}
+        : image(metricImage), table(MatrixOf(metricImage.matrix)), isTriples(AreTriples(image.samples)) {}
 
     /// `count` is kPixelsAtOnce at most and `x` a multiple of it.
     void Make(Place place, int x, int y, float* target, int count) {
@@ -90,12 +102,30 @@ private:
     }
 
     Kernels::ColorRows Source(int x, int y, int count) {
+        if (isTriples && !IsAnyMade()) {
+            float* pixels[3];
+            for (std::size_t i = 0; i < rows.size(); ++i) pixels[image.samples[i].offset] = rows[i].data();
+            const SamplePlane& samples = image.samples[0];
+            Kernels::LoadTriples(samples.rows + y * samples.rowBytes + std::ptrdiff_t{x} * samples.unitBytes,
+                                 pixels, count);
+            return {rows[0].data(), rows[1].data(), rows[2].data()};
+        }
         return {SourceRow(0, x, y, count), SourceRow(1, x, y, count), SourceRow(2, x, y, count)};
+    }
+
+    std::size_t SourceComponent(std::size_t index) const {
+        return index + (image.sourceFamily == FamilyRgb ? ComponentR : ComponentY);
+    }
+
+    bool IsAnyMade() const {
+        return image.IsMade(static_cast<int>(SourceComponent(0))) ||
+               image.IsMade(static_cast<int>(SourceComponent(1))) ||
+               image.IsMade(static_cast<int>(SourceComponent(2)));
     }
 
     /// From the plane if it is made, because somebody may have written to it.
     const float* SourceRow(std::size_t index, int x, int y, int count) {
-        const std::size_t component = index + (image.sourceFamily == FamilyRgb ? ComponentR : ComponentY);
+        const std::size_t component = SourceComponent(index);
         if (image.made[component].load(std::memory_order_acquire))
             return image.planes[component].get() + std::ptrdiff_t{y} * image.width + x;
         LoadPixels(image.samples[index], x, y, rows[index].data(), count);
@@ -104,6 +134,7 @@ private:
 
     const CMetricImage& image;
     const ColorMatrix& table;
+    const bool isTriples;
     alignas(64) std::array<std::array<float, kPixelsAtOnce>, 3> rows;
 };
 

@@ -51,5 +51,24 @@ TEST(LoadSamples, EveryKindOfUnitAtAnyCount) {
     }
 }
 
+// As three calls that take one byte of each unit.
+TEST(LoadTriples, TakesAllThreeBytes) {
+    for (const int count : {0, 1, 15, 16, 17, 63, 64, 65, 511, 512, 513, 1000}) {
+        SCOPED_TRACE(count);
+        std::vector<std::uint8_t> units(static_cast<std::size_t>(3 * count));
+        for (std::size_t i = 0; i < units.size(); ++i) units[i] = static_cast<std::uint8_t>(i * i / 7);
+        ForEachTarget([&] {
+            std::vector<std::vector<float>> pixels(
+                3, std::vector<float>(static_cast<std::size_t>(count) + 1, 77));
+            LoadTriples(units.data(), {pixels[0].data(), pixels[1].data(), pixels[2].data()}, count);
+            for (int place = 0; place < 3; ++place) {
+                std::vector<float> expected(static_cast<std::size_t>(count) + 1, 77);
+                LoadSamples({units.data(), 3, place, 1}, false, 1, 0, expected.data(), count);
+                EXPECT_EQ(expected, pixels[static_cast<std::size_t>(place)]);
+            }
+        });
+    }
+}
+
 }  // namespace
 }  // namespace Kernels
