@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <numeric>
 
 HWY_BEFORE_NAMESPACE();
 namespace Kernels::HWY_NAMESPACE {
@@ -20,12 +21,11 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Sum over a row of values(d, x), the doubles of the pixels from x on, as many as d has lanes.
+// Adds values(d, x), the doubles of the pixels from x on, as many as d has lanes, to the sums of a row.
 template <class Values>
-HWY_INLINE double SumRow(int width, const Values& values) {
+HWY_INLINE void AddToSums(int width, const Values& values, double* HWY_RESTRICT sums) {
     const hn::CappedTag<double, kSumLanes> d;  // a vector never spans more than the sums
     const int step = static_cast<int>(hn::Lanes(d));
-    HWY_ALIGN double sums[kSumLanes] = {};
     int x = 0;
     for (; x + kSumLanes <= width; x += kSumLanes) {
         for (int lane = 0; lane < kSumLanes; lane += step) {
@@ -37,25 +37,55 @@ HWY_INLINE double SumRow(int width, const Values& values) {
         double* sum = sums + x % kSumLanes;
         hn::Store(hn::Add(hn::Load(one, sum), values(one, x)), one, sum);
     }
-    double total = 0;
-    for (double sum : sums) total += sum;
-    return total;
 }
 
-double SumSquaredDifferences(const float* HWY_RESTRICT first, const float* HWY_RESTRICT second, int width) {
-    return SumRow(width, [=](auto d, int x) HWY_ATTR {
-        const hn::Rebind<float, decltype(d)> f;
-        const auto difference = hn::Sub(hn::LoadU(f, first + x), hn::LoadU(f, second + x));
-        const auto wide = hn::PromoteTo(d, difference);
-        return hn::Mul(wide, wide);
-    });
+double TotalOf(const double* sums) {
+    return std::accumulate(sums, sums + kSumLanes, 0.0);
+}
+
+void AddSquaredDifferences(const float* HWY_RESTRICT first, const float* HWY_RESTRICT second, int width,
+                           double* HWY_RESTRICT sums) {
+    AddToSums(
+        width,
+        [=](auto d, int x) HWY_ATTR {
+            const hn::Rebind<float, decltype(d)> f;
+            const auto difference = hn::Sub(hn::LoadU(f, first + x), hn::LoadU(f, second + x));
+            const auto wide = hn::PromoteTo(d, difference);
+            return hn::Mul(wide, wide);
+        },
+        sums);
+}
+
+double SumSquaredDifferences(const float* first, const float* second, int width) {
+    HWY_ALIGN double sums[kSumLanes] = {};
+    AddSquaredDifferences(first, second, width, sums);
+    return TotalOf(sums);
+}
+
+double SumSquaresOfMadeRow(const PixelPairs& make, int y, int width) {
+    constexpr int kPixelsAtOnce = 512;
+    static_assert(kPixelsAtOnce % kSumLanes == 0);
+    HWY_ALIGN float first[kPixelsAtOnce];
+    HWY_ALIGN float second[kPixelsAtOnce];
+    HWY_ALIGN double sums[kSumLanes] = {};
+    for (int x = 0; x < width; x += kPixelsAtOnce) {
+        const int count = std::min(kPixelsAtOnce, width - x);
+        make(x, y, count, first, second);
+        AddSquaredDifferences(first, second, count, sums);
+    }
+    return TotalOf(sums);
 }
 
 double SumPixels(const float* HWY_RESTRICT row, int width) {
-    return SumRow(width, [=](auto d, int x) HWY_ATTR {
-        const hn::Rebind<float, decltype(d)> f;
-        return hn::PromoteTo(d, hn::LoadU(f, row + x));
-    });
+    HWY_ALIGN double sums[kSumLanes] = {};
+    AddToSums(
+        width,
+        [=](auto d, int x) HWY_ATTR {
+            const hn::Rebind<float, decltype(d)> f;
+            return hn::PromoteTo(d, hn::LoadU(f, row + x));
+        },
+        sums);
+    return TotalOf(sums);
 }
 
 double MaxPixel(const float* HWY_RESTRICT row, int width) {
@@ -87,6 +117,7 @@ namespace Kernels {
 namespace {
 
 HWY_EXPORT(SumSquaredDifferences);
+HWY_EXPORT(SumSquaresOfMadeRow);
 HWY_EXPORT(SumPixels);
 HWY_EXPORT(MaxPixel);
 
@@ -122,6 +153,15 @@ double NormDiffL2(const float* first, int firstStride, const float* second, int 
         width, height,
         [=](int y) { return sumRow(Row(first, firstStride, y), Row(second, secondStride, y), width); },
         [&](double sum) { total += sum; });
+    return std::sqrt(total);
+}
+
+double NormDiffL2AsRead(const PixelPairs& make, int width, int height, AccuracyHint) {
+    if (width <= 0 || height <= 0) return 0;
+    const auto sumRow = HWY_DYNAMIC_DISPATCH(SumSquaresOfMadeRow);
+    double total = 0;
+    TakeRowsInOrder(
+        width, height, [&](int y) { return sumRow(make, y, width); }, [&](double sum) { total += sum; });
     return std::sqrt(total);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 namespace Kernels {
 
 /// How exactly a reduction adds. `AccuracyHigh`: in double, whatever the number of pixels.
@@ -17,6 +19,13 @@ inline constexpr int kSumLanes = 16;
 /// and squared in double. 0 for empty planes.
 double NormDiffL2(const float* first, int firstStride, const float* second, int secondStride, int width,
                   int height, AccuracyHint hint);
+
+/// Fills two buffers with the `count` pixels of row `y` from `x` on, a multiple of 16, of two planes. May be
+/// called by several threads at once; doesn't throw.
+using PixelPairs = std::function<void(int x, int y, int count, float* first, float* second)>;
+
+/// The same of planes that exist as far as they are being read only.
+double NormDiffL2AsRead(const PixelPairs& make, int width, int height, AccuracyHint hint);
 
 /// Mean of all pixels, summed in double. 0 for an empty plane.
 double Mean(const float* plane, int stride, int width, int height, AccuracyHint hint);

@@ -75,7 +75,7 @@ public:
     explicit RowMaker(const CMetricImage& metricImage)
         : image(metricImage), table(MatrixOf(metricImage.matrix)), isTriples(AreTriples(image.samples)) {}
 
-    /// `count` is kPixelsAtOnce at most and `x` a multiple of it.
+    /// `count` is kPixelsAtOnce at most and `x` even.
     void Make(Place place, int x, int y, float* target, int count) {
         if (place.family == image.sourceFamily) {
             LoadPixels(image.samples[place.index], x, y, target, count);
@@ -153,6 +153,17 @@ const SamplePlane* CMetricImage::GetSamples(int component) const {
     if (!hasFrame || family != sourceFamily || !IsComponent(component)) return nullptr;
     const Place place = PlaceOf(component);
     return place.family == family ? &samples[place.index] : nullptr;
+}
+
+bool CMetricImage::IsMadeAsRead(int component) const {
+    return hasOneReader && hasFrame && IsComponent(component) && PlaceOf(component).family == family &&
+           !IsMade(component);
+}
+
+void CMetricImage::MakePixels(int component, int x, int y, float* pixels, int count) const {
+    RowMaker maker(*this);
+    for (int i = 0; i < count; i += RowMaker::kPixelsAtOnce)
+        maker.Make(PlaceOf(component), x + i, y, pixels + i, std::min(RowMaker::kPixelsAtOnce, count - i));
 }
 
 void CMetricImage::ForgetFrame() {

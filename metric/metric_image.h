@@ -52,6 +52,15 @@ public:
     /// the plane holds as long as nobody writes to that.
     const SamplePlane* GetSamples(int component) const;
 
+    /// Whether a component's plane is to be made as it is read, with `MakePixels`, in place of being kept: only
+    /// one reader was expected, and nobody has asked for the plane since the frame came.
+    bool IsMadeAsRead(int component) const;
+    /// What the plane would hold from (`x`, `y`) on, `x` even. For `IsMadeAsRead` components; any number of
+    /// threads at once.
+    void MakePixels(int component, int x, int y, float* pixels, int count) const;
+    /// From the next frame on: whether one metric alone will read the image. It isn't expected at first.
+    void ExpectOneReader(bool isExpected) { hasOneReader = isExpected; }
+
     /// Makes what the family's planes still lack and forgets the frame: to be called before planes are
     /// written to.
     void ForgetFrame();
@@ -112,6 +121,7 @@ private:
     int sourceFamily = FamilyYuv;
     SamplePlanes samples = {};
     bool hasFrame = false;
+    bool hasOneReader = false;
 };
 
 }  // namespace Metric

@@ -10,6 +10,7 @@
 #include "kernels/reductions.h"
 #include "kernels/sample_difference.h"
 #include "metric/painting.h"
+#include "metric/plane_tiles.h"
 
 namespace Metric {
 
@@ -113,10 +114,18 @@ double CPsnrFamily::NormOfDifference(const std::vector<CMetricImage*>& images) {
                                   paddedWidth, paddedHeight);
     if (sum) return std::sqrt(*sum);
 
-    const auto [first, second] = GetPlanes(images, component);
-    const int stride = paddedWidth * static_cast<int>(sizeof(float));
-    return Kernels::NormDiffL2(first, stride, second, stride, paddedWidth, paddedHeight,
-                               Kernels::AccuracyHigh);
+    const PlaneTiles first(*images[0], component);
+    const PlaneTiles second(*images[1], component);
+    if (first.Plane() != nullptr && second.Plane() != nullptr) {
+        const int stride = paddedWidth * static_cast<int>(sizeof(float));
+        return Kernels::NormDiffL2(first.Plane(), stride, second.Plane(), stride, paddedWidth, paddedHeight,
+                                   Kernels::AccuracyHigh);
+    }
+    const auto read = [&](int x, int y, int count, float* a, float* b) {
+        first.Read(x, y, count, 1, a);
+        second.Read(x, y, count, 1, b);
+    };
+    return Kernels::NormDiffL2AsRead(read, paddedWidth, paddedHeight, Kernels::AccuracyHigh);
 }
 
 /// Fills the map of the component; the sum of the squared errors, added in memory order.

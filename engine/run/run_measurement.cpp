@@ -1,6 +1,7 @@
 #include "engine/run/run_measurement.h"
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -73,6 +74,23 @@ void ForEachMetric(RunState& state, const Action& action) {
         for (ScheduledMetric& scheduled : set.metrics) action(scheduled);
 }
 
+/// Tells the images which only one metric reads so: what that makes of them needs no planes.
+void ExpectReaders(RunState& state) {
+    std::map<Metric::CMetricImage*, int> readers;
+    const auto count = [&](int file, const std::vector<ScheduledMetric>& metrics) {
+        const auto found = state.opened.find(file);
+        if (found == state.opened.end()) return;
+        for (const ScheduledMetric& scheduled : metrics)
+            ++readers[found->second.components.at(scheduled.component).image.get()];
+    };
+    for (const OneFileSet& set : state.oneFileSchedule) count(set.file, set.metrics);
+    for (const TwoFileSet& set : state.twoFileSchedule) {
+        count(set.first, set.metrics);
+        count(set.second, set.metrics);
+    }
+    for (const auto& [image, number] : readers) image->ExpectOneReader(number == 1);
+}
+
 /// Leaves chroma in the files where nobody looks at it. A mask is compared as a whole colour.
 void ReadWhatIsNeeded(RunState& state) {
     bool needsChroma = state.opened.contains(kMaskFile);
@@ -108,6 +126,7 @@ bool PrepareRun(RunState& state, RunParameters& run, CResultsStore& store, const
 
     StartProgress(run, selection, state.length);
     CreateComponentImages(state, selection);
+    ExpectReaders(state);
     ReadWhatIsNeeded(state);
     return true;
 }

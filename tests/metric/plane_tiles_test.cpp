@@ -36,11 +36,19 @@ TEST(PlaneTiles, HoldThePlane) {
              image.ToYuv(0);
          },
          ComponentY, true},
+        {"lightness of RGB, for one reader",
+         [&](auto& image) {
+             image.LoadRgbBytes(frame.data(), kWidth, kWidth * kHeight);
+             image.ToL(1);
+             image.ExpectOneReader(true);
+         },
+         ComponentL, false},
         {"a plane that was written to",
          [&](auto& image) {
              image.LoadYuvBytes(frame.data(), kWidth, kWidth * kHeight);
              image.ForgetFrame();
              image.GetY()[3] = 0.3f;
+             image.ExpectOneReader(true);
          },
          ComponentY, true},
     };
@@ -63,7 +71,7 @@ TEST(PlaneTiles, HoldThePlane) {
                 }
             }
         }
-        EXPECT_EQ(!c.needsPlane, read.GetSamples(c.component) != nullptr);
+        EXPECT_EQ(c.needsPlane, tiles.Plane() != nullptr);
     }
 }
 
