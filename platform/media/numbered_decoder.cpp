@@ -33,15 +33,17 @@ NumberedDecoder::Result ResultOf(int code) {
 
 bool NumberedDecoder::Start(const AVStream& stream, const AVCodecParameters& parameters, int reorderDepth,
                             Mode startMode) {
-    // What the decoder of H.264 has read of a broken block goes into a later one, also behind a flush.
-    if (context != nullptr && mode == startMode && !isTainted) {
-        avcodec_flush_buffers(context.get());
-    } else {
+    // What the decoder of H.264 has read of a broken block goes into a later one, also behind a flush. Pictures
+    // that nobody took may be damaged too; its threads have ended with the flush, so their complaints are
+    // here.
+    if (context != nullptr) avcodec_flush_buffers(context.get());
+    if (complaints.Take()) isTainted = true;
+    if (context == nullptr || mode != startMode || isTainted) {
         mode = startMode;
         isTainted = false;
         if (!Open(stream, parameters, reorderDepth)) context.reset();
+        complaints.Take();
     }
-    complaints.Take();
     return context != nullptr;
 }
 
@@ -67,9 +69,9 @@ NumberedDecoder::Result NumberedDecoder::Send(AVPacket& packet, int number) {
     packet.dts = AV_NOPTS_VALUE;
     const Result result = ResultOf(avcodec_send_packet(context.get(), &packet));
     if (result == Result::Error) isTainted = true;
-    if (mode == Mode::Swift) return result;
-    const bool isDamaged = complaints.Take() && !MarksDamage(context->codec_id);
-    return isDamaged ? Result::Error : result;
+    if (mode == Mode::Swift || !complaints.Take()) return result;
+    isTainted = true;
+    return MarksDamage(context->codec_id) ? result : Result::Error;
 }
 
 void NumberedDecoder::Drain() {

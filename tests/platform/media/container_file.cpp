@@ -57,6 +57,20 @@ PacketPtr PacketFor(const ContainerFile& file, const AVPacket& encoded, int numb
     return packet;
 }
 
+std::uint8_t& Sample(const AVFrame& picture, int plane, int x, int y) {
+    return picture.data[plane][y * picture.linesize[plane] + x];
+}
+
+/// Calls `visit(plane, x, y)` for each sample of a 4:2:0 picture, row by row.
+template <class Visit>
+void ForEachSample(const AVFrame& picture, Visit visit) {
+    for (int plane = 0; plane < 3; ++plane) {
+        const int shift = plane == 0 ? 0 : 1;
+        for (int y = 0; y < picture.height >> shift; ++y)
+            for (int x = 0; x < picture.width >> shift; ++x) visit(plane, x, y);
+    }
+}
+
 }  // namespace
 
 bool Encode(const ContainerFile& file, EncodedPictures& encoded) {
@@ -105,32 +119,29 @@ FramePtr SamplePicture(int number, int width, int height) {
     picture->width = width;
     picture->height = height;
     if (av_frame_get_buffer(picture.get(), 0) < 0) std::abort();
-    for (int plane = 0; plane < 3; ++plane) {
-        const int shift = plane == 0 ? 0 : 1;
-        for (int y = 0; y < height >> shift; ++y) {
-            for (int x = 0; x < width >> shift; ++x) {
-                // Waves whose length and place change from picture to picture.
-                const double wave = std::sin(0.05 * (number % 7 + 2) * x + 0.9 * number) +
-                                    std::cos(0.04 * (number % 5 + 2) * y - 0.4 * number);
-                picture->data[plane][y * picture->linesize[plane] + x] =
-                    static_cast<std::uint8_t>(128 + 45 * wave);
-            }
-        }
-    }
+    ForEachSample(*picture, [&](int plane, int x, int y) {
+        // Waves whose length and place change from picture to picture.
+        const double wave = std::sin(0.05 * (number % 7 + 2) * x + 0.9 * number) +
+                            std::cos(0.04 * (number % 5 + 2) * y - 0.4 * number);
+        Sample(*picture, plane, x, y) = static_cast<std::uint8_t>(128 + 45 * wave);
+    });
     return picture;
 }
 
 long Difference(const AVFrame& first, const AVFrame& second) {
     long sum = 0;
-    for (int plane = 0; plane < 3; ++plane) {
-        const int shift = plane == 0 ? 0 : 1;
-        for (int y = 0; y < first.height >> shift; ++y) {
-            const std::uint8_t* a = first.data[plane] + y * first.linesize[plane];
-            const std::uint8_t* b = second.data[plane] + y * second.linesize[plane];
-            for (int x = 0; x < first.width >> shift; ++x) sum += std::abs(a[x] - b[x]);
-        }
-    }
+    ForEachSample(first, [&](int plane, int x, int y) {
+        sum += std::abs(Sample(first, plane, x, y) - Sample(second, plane, x, y));
+    });
     return sum;
+}
+
+std::vector<std::uint8_t> ToYv12(const AVFrame& picture) {
+    std::vector<std::uint8_t> bytes[3];
+    ForEachSample(picture,
+                  [&](int plane, int x, int y) { bytes[plane].push_back(Sample(picture, plane, x, y)); });
+    for (const int plane : {2, 1}) bytes[0].insert(bytes[0].end(), bytes[plane].begin(), bytes[plane].end());
+    return bytes[0];
 }
 
 int NearestSample(const AVFrame& decoded, int count) {

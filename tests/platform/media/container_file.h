@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,9 @@ FramePtr SamplePicture(int number, int width, int height);
 
 /// The sum of the absolute differences of two 4:2:0 pictures of one size.
 long Difference(const AVFrame& first, const AVFrame& second);
+
+/// A 4:2:0 picture as planes Y, V, U without gaps.
+std::vector<std::uint8_t> ToYv12(const AVFrame& picture);
 
 /// The number of the sample picture of `count` that a decoded one is closest to.
 int NearestSample(const AVFrame& decoded, int count);

@@ -2,18 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 namespace {
 
 /// A stream from one letter a packet: I a key, P, B, - no picture, x a priming one.
 std::vector<PacketFacts> Stream(const std::string& letters) {
     std::vector<PacketFacts> packets;
     for (const char letter : letters) {
-        PacketFacts packet;
+        PacketFacts& packet = packets.emplace_back();
         packet.isKey = letter == 'I';
         packet.isBidirectional = letter == 'B';
         packet.isPicture = letter != '-';
         packet.isPriming = letter == 'x';
-        packets.push_back(packet);
     }
     return packets;
 }
@@ -41,14 +42,8 @@ TEST(PacketOrder, Display) {
         {"pictures that count from anew", "IPBIPB", {}, {}, {0, 4, 2, 0, 4, 2}, {0, 2, 1, 3, 5, 4}},
         {"only keys", "III", {}, {}, {0, 0, 0}, {0, 1, 2}},
         {"a key that goes on counting", "IPIB", {}, {}, {0, 2, 6, 4}, {0, 1, 3, 2}},
-        {"a clock that is set back",
-         "IPBIPB",
-         {0, 2, 1, 0, 2, 1},
-         {-1, 0, 1, -1, 0, 1},
-         {},
-         {0, 2, 1, 3, 5, 4}},
-        {"priming pictures take part", "IxP", {0, 1, 2}, {}, {}, {0, 1, 2}},
-    };
+        {"a clock set back", "IPBIPB", {0, 2, 1, 0, 2, 1}, {-1, 0, 1, -1, 0, 1}, {}, {0, 2, 1, 3, 5, 4}},
+        {"priming pictures take part", "IxP", {0, 1, 2}, {}, {}, {0, 1, 2}}};
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.what);
         std::vector<PacketFacts> packets = Stream(c.letters);
@@ -72,22 +67,18 @@ TEST(PacketOrder, DecodingStarts) {
         {"no key in front", "PPIP", {0, 1, 2, 3}, {-1, -1, 2, 2}},
         {"leading pictures of the first key have no other", "IBBP", {1, 2, 0, 3}, {0, 0, 0, 0}},
         {"no key at all", "PP", {0, 1}, {-1, -1}},
-        {"a second field starts with its key", "I-P-", {0, 2}, {0, 0, 0, 0}},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(c.expected, DecodingStarts(Stream(c.letters), c.display));
-    }
+        {"a second field starts with its key", "I-P-", {0, 2}, {0, 0, 0, 0}}};
+    for (const auto& c : kCases)
+        EXPECT_EQ(c.expected, DecodingStarts(Stream(c.letters), c.display)) << c.what;
 }
 
 // Keys that are displayed in the reverse of their order, as only a hostile file has them: each packet's
 // search must not look at all keys.
 TEST(PacketOrder, StartsOfAMillionKeysInNoTime) {
-    const int count = 1'000'000;
-    const std::vector<PacketFacts> packets = Stream(std::string(count, 'I'));
+    constexpr int count = 1'000'000;
     Order reverse(count);
-    for (int i = 0; i < count; ++i) reverse[static_cast<std::size_t>(i)] = count - 1 - i;
-    EXPECT_EQ(count - 1, DecodingStarts(packets, reverse).back());
+    std::iota(reverse.rbegin(), reverse.rend(), 0);
+    EXPECT_EQ(count - 1, DecodingStarts(Stream(std::string(count, 'I')), reverse).back());
 }
 
 }  // namespace

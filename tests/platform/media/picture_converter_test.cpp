@@ -17,9 +17,8 @@ FramePtr MakePicture(AVPixelFormat format, int width, int height, AVColorRange r
     frame->height = height;
     frame->color_range = range;
     EXPECT_EQ(0, av_frame_get_buffer(frame.get(), 0));
-    for (const AVBufferRef* buffer : frame->buf) {
+    for (const AVBufferRef* buffer : frame->buf)
         if (buffer != nullptr) std::fill_n(buffer->data, buffer->size, std::uint8_t{0});
-    }
     return frame;
 }
 
@@ -53,12 +52,12 @@ struct Samples {
     int width[3] = {}, height[3] = {}, depth[3] = {};
 };
 
-int Byte(double value) {
-    return static_cast<int>(std::clamp(std::round(value), 0.0, 255.0));
+std::uint8_t Byte(double value) {
+    return static_cast<std::uint8_t>(std::clamp(std::round(value), 0.0, 255.0));
 }
 
 /// The definitions of ITU-R BT.601 and BT.2100 for samples of n bits, in floating point.
-int ExpectedYuv(const Samples& samples, int i, int x, int y, bool full) {
+std::uint8_t ExpectedYuv(const Samples& samples, int i, int x, int y, bool full) {
     const double largest = std::exp2(samples.depth[i]) - 1;
     const double unit = std::exp2(samples.depth[i] - 8);
     const double v = samples.At(i, x, y);
@@ -66,43 +65,37 @@ int ExpectedYuv(const Samples& samples, int i, int x, int y, bool full) {
     return i == 0 ? Byte(16 + 219 * v / largest) : Byte(128 + 224 * (v - 128 * unit) / largest);
 }
 
-int ExpectedRgb(const Samples& samples, int i, int x, int y) {
+std::uint8_t ExpectedRgb(const Samples& samples, int i, int x, int y) {
     return Byte(255 * samples.At(i, x, y) / (std::exp2(samples.depth[i]) - 1));
 }
 
-void CheckYv12(const Samples& samples, const std::vector<std::uint8_t>& out, bool full) {
-    std::size_t at = 0;
-    for (const int i : {0, 2, 1}) {
-        for (int y = 0; y < samples.height[i]; ++y) {
-            for (int x = 0; x < samples.width[i]; ++x)
-                ASSERT_EQ(ExpectedYuv(samples, i, x, y, full), out[at++]);
+std::vector<std::uint8_t> Expected(const Samples& samples, Surface surface, bool full, bool isGrey) {
+    std::vector<std::uint8_t> out;
+    const auto add = [&](int i, int x, int y) {
+        const bool isRgb = surface == Surface::RGB24;
+        out.push_back(isRgb ? ExpectedRgb(samples, isGrey ? 0 : i, x, y)
+                            : ExpectedYuv(samples, i, x, y, full));
+    };
+    if (surface == Surface::YV12) {
+        for (const int i : {0, 2, 1}) {
+            for (int y = 0; y < samples.height[i]; ++y)
+                for (int x = 0; x < samples.width[i]; ++x) add(i, x, y);
         }
+        return out;
     }
-    EXPECT_EQ(out.size(), at);
-}
-
-void CheckYuy2(const Samples& samples, const std::vector<std::uint8_t>& out, bool full) {
-    std::size_t at = 0;
-    for (int y = 0; y < samples.height[0]; ++y) {
+    for (int row = 0; row < samples.height[0]; ++row) {
+        const int y = surface == Surface::RGB24 ? samples.height[0] - 1 - row : row;
         for (int x = 0; x < samples.width[0]; ++x) {
-            ASSERT_EQ(ExpectedYuv(samples, 0, x, y, full), out[at++]);
-            ASSERT_EQ(ExpectedYuv(samples, x % 2 == 0 ? 1 : 2, x / 2, y, full), out[at++]);
+            if (surface == Surface::YUY2) {
+                add(0, x, y);
+                add(x % 2 == 0 ? 1 : 2, x / 2, y);
+            } else {
+                for (const int i : {2, 1, 0}) add(i, x, y);
+            }
         }
+        out.resize((out.size() + 3) / 4 * 4);  // rows end in zeros
     }
-    EXPECT_EQ(out.size(), at);
-}
-
-void CheckRgb(const Samples& samples, const std::vector<std::uint8_t>& out, bool grey) {
-    const auto stride = out.size() / static_cast<std::size_t>(samples.height[0]);
-    for (int y = 0; y < samples.height[0]; ++y) {
-        const std::uint8_t* row = out.data() + stride * static_cast<std::size_t>(samples.height[0] - 1 - y);
-        for (int x = 0; x < samples.width[0]; ++x) {
-            for (int i = 0; i < 3; ++i)
-                ASSERT_EQ(ExpectedRgb(samples, grey ? 0 : i, x, y), row[3 * x + 2 - i]);
-        }
-        for (std::size_t i = 3 * static_cast<std::size_t>(samples.width[0]); i < stride; ++i)
-            ASSERT_EQ(0, row[i]);
-    }
+    return out;
 }
 
 TEST(PictureConverter, TakesEveryArrangementSampleBySample) {
@@ -122,37 +115,25 @@ TEST(PictureConverter, TakesEveryArrangementSampleBySample) {
             if (kind == PixelKind::Grey) frame->color_range = AVCOL_RANGE_UNSPECIFIED;
             ASSERT_TRUE(PictureConverter(surface, width, 6).Convert(*frame, out.data()));
             const bool isFull = IsFullRange(format, frame->color_range);
-            switch (surface) {
-                case Surface::YV12:
-                    CheckYv12(samples, out, isFull);
-                    break;
-                case Surface::YUY2:
-                    CheckYuy2(samples, out, isFull);
-                    break;
-                case Surface::RGB24:
-                    CheckRgb(samples, out, kind == PixelKind::Grey);
-                    break;
-            }
+            ASSERT_TRUE(Expected(samples, surface, isFull, kind == PixelKind::Grey) == out);
         }
     }
     EXPECT_GT(formats, 80);
 }
 
 /// One colour everywhere, as RGB.
-std::array<int, 3> ToRgb(AVPixelFormat format, AVColorSpace matrix, AVColorRange range,
-                         std::array<int, 3> yuv) {
-    const int width = 7, height = 5;
-    const FramePtr frame = MakePicture(format, width, height, range);
-    frame->colorspace = matrix;
-    for (int i = 0; i < 3; ++i) {
-        const auto bytes =
-            static_cast<std::size_t>(frame->linesize[i]) * (i == 0 || format == AV_PIX_FMT_YUV444P ? 5 : 3);
-        std::fill_n(frame->data[i], bytes, static_cast<std::uint8_t>(yuv[static_cast<std::size_t>(i)]));
+std::array<int, 3> ToRgb(const FramePtr& frame, std::array<int, 3> yuv) {
+    for (std::size_t i = 0; i < 3; ++i) {
+        const int rows =
+            i == 0 || frame->format == AV_PIX_FMT_YUV444P ? frame->height : (frame->height + 1) / 2;
+        std::fill_n(frame->data[i], frame->linesize[i] * rows, static_cast<std::uint8_t>(yuv[i]));
     }
-    std::vector<std::uint8_t> out(SurfaceBytes(Surface::RGB24, width, height));
-    EXPECT_TRUE(PictureConverter(Surface::RGB24, width, height).Convert(*frame, out.data()));
-    for (std::size_t y = 0; y < 5; ++y) {
-        for (std::size_t x = 0; x < 21; ++x) EXPECT_EQ(out[x % 3], out[24 * y + x]) << "flat stays flat";
+    std::vector<std::uint8_t> out(SurfaceBytes(Surface::RGB24, frame->width, frame->height));
+    EXPECT_TRUE(PictureConverter(Surface::RGB24, frame->width, frame->height).Convert(*frame, out.data()));
+    const std::size_t stride = out.size() / static_cast<std::size_t>(frame->height);
+    for (std::size_t i = 0; i < out.size(); ++i) {
+        const bool isPadding = i % stride >= 3 * static_cast<std::size_t>(frame->width);
+        EXPECT_TRUE(isPadding || out[i] == out[i % stride % 3]) << "flat stays flat";
     }
     return {out[2], out[1], out[0]};
 }
@@ -175,7 +156,9 @@ TEST(PictureConverter, TurnsYuvIntoRgbByThePicturesMatrix) {
     for (const auto& c : kCases) {
         for (const AVPixelFormat format : {AV_PIX_FMT_YUV444P, AV_PIX_FMT_YUV420P}) {
             SCOPED_TRACE(c.what);
-            const auto rgb = ToRgb(format, c.matrix, c.range, c.yuv);
+            const FramePtr frame = MakePicture(format, 7, 5, c.range);
+            frame->colorspace = c.matrix;
+            const auto rgb = ToRgb(frame, c.yuv);
             for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(c.rgb[i], rgb[i], 1);
         }
     }
@@ -213,6 +196,54 @@ TEST(PictureConverter, LooksColoursUpInAPalette) {
     std::array<std::uint8_t, 8> out = {};
     ASSERT_TRUE(PictureConverter(Surface::RGB24, 1, 2).Convert(*frame, out.data()));
     EXPECT_EQ((std::array<std::uint8_t, 8>{0xD0, 0xE0, 0xF0, 0, 3, 2, 1, 0}), out) << "bottom-up";
+}
+
+TEST(PictureFormat, ChoosesTheSurfaceAndSaysWhatItCosts) {
+    const auto kFull = AVCOL_RANGE_JPEG, kVideo = AVCOL_RANGE_MPEG, kUntold = AVCOL_RANGE_UNSPECIFIED;
+    const char* const kSqueezed = "full range converted to video range";
+    const struct {
+        AVPixelFormat format;
+        AVColorRange range;
+        int width, height;
+        Surface surface;
+        const char* words;
+    } kCases[] = {
+        {AV_PIX_FMT_YUV420P, kVideo, 16, 8, Surface::YV12, ""},
+        {AV_PIX_FMT_NV12, kUntold, 16, 8, Surface::YV12, ""},
+        {AV_PIX_FMT_YUV420P, kVideo, 15, 8, Surface::RGB24, "4:2:0 converted to RGB"},
+        {AV_PIX_FMT_YUV420P, kVideo, 16, 7, Surface::RGB24, "4:2:0 converted to RGB"},
+        {AV_PIX_FMT_YUVJ420P, kUntold, 16, 8, Surface::YV12, kSqueezed},
+        {AV_PIX_FMT_YUV420P, kFull, 16, 8, Surface::YV12, kSqueezed},
+        {AV_PIX_FMT_YUV420P10LE, kVideo, 16, 8, Surface::YV12, "10-bit 4:2:0 rounded to 8 bits"},
+        {AV_PIX_FMT_P010BE, kFull, 16, 8, Surface::YV12,
+         "10-bit 4:2:0 rounded to 8 bits, full range converted to video range"},
+        {AV_PIX_FMT_YUVA420P, kVideo, 16, 8, Surface::YV12, "transparency dropped"},
+        {AV_PIX_FMT_UYVY422, kVideo, 2, 7, Surface::YUY2, ""},
+        {AV_PIX_FMT_YUV422P, kVideo, 3, 8, Surface::RGB24, "4:2:2 converted to RGB"},
+        {AV_PIX_FMT_YUV422P12LE, kVideo, 16, 7, Surface::YUY2, "12-bit 4:2:2 rounded to 8 bits"},
+        {AV_PIX_FMT_YUV444P, kVideo, 16, 8, Surface::RGB24, "4:4:4 converted to RGB"},
+        {AV_PIX_FMT_YUV444P16BE, kVideo, 16, 8, Surface::RGB24, "16-bit 4:4:4 converted to 8-bit RGB"},
+        {AV_PIX_FMT_YUV411P, kVideo, 16, 8, Surface::RGB24, "4:1:1 converted to RGB"},
+        {AV_PIX_FMT_GRAY8, kVideo, 16, 8, Surface::RGB24, "grey converted to RGB"},
+        {AV_PIX_FMT_MONOWHITE, kVideo, 16, 8, Surface::RGB24, "grey converted to RGB"},
+        {AV_PIX_FMT_GBRP, kFull, 15, 7, Surface::RGB24, ""},
+        {AV_PIX_FMT_BGR0, kVideo, 16, 8, Surface::RGB24, ""},
+        {AV_PIX_FMT_PAL8, kFull, 16, 8, Surface::RGB24, ""},
+        {AV_PIX_FMT_RGBA, kFull, 16, 8, Surface::RGB24, "transparency dropped"},
+        {AV_PIX_FMT_RGB555LE, kFull, 16, 8, Surface::RGB24, "5-bit RGB widened to 8 bits"},
+        {AV_PIX_FMT_GBRP10LE, kFull, 16, 8, Surface::RGB24, "10-bit RGB rounded to 8 bits"},
+        {AV_PIX_FMT_XYZ12LE, kFull, 16, 8, Surface::RGB24, "12-bit XYZ converted to 8-bit RGB"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(av_get_pix_fmt_name(c.format));
+        EXPECT_EQ(c.surface, NaturalSurface(c.format, c.width, c.height));
+        EXPECT_EQ(c.words, DescribeConversion(c.format, c.range, c.surface));
+        EXPECT_TRUE(CanConvert(c.format, c.width, c.height, Surface::RGB24));
+        for (const Surface other : {Surface::YV12, Surface::YUY2})
+            EXPECT_EQ(other == c.surface, CanConvert(c.format, c.width, c.height, other));
+    }
+    for (const AVPixelFormat format : {AV_PIX_FMT_NONE, AV_PIX_FMT_VAAPI})
+        EXPECT_FALSE(CanConvert(format, 16, 8, Surface::RGB24));
 }
 
 }  // namespace
