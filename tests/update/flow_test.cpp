@@ -9,76 +9,66 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const wchar_t* kAvailable =
+const std::wstring kAvailable =
     L"ask: Update is available: An update of Tolvane is now available. Do you want to download update now? "
-    L"(It will be "
-    L"downloaded in the background)";
-constexpr const wchar_t* kComplete = L"ask: Download completed: Download complete! Restart Tolvane now?";
-constexpr const wchar_t* kConnection =
-    L"warn: Download error: Internet connection error. Check for the internet connection.";
-constexpr const wchar_t* kFile =
-    L"warn: Download error: File download error. Check for internet connection, administrator rights and "
-    L"free space on "
-    L"disk.";
-constexpr const wchar_t* kLocal =
-    L"warn: Download error: File management error. Check for administrator rights and for file consistency.";
+    L"(It will be downloaded in the background)";
+const std::wstring kComplete = L"ask: Download completed: Download complete! Restart Tolvane now?";
+const std::wstring kError = L"warn: Download error: ";
+const std::wstring kConnection = kError + L"Internet connection error. Check for the internet connection.";
+const std::wstring kFile =
+    kError +
+    L"File download error. Check for internet connection, administrator rights and free space on disk.";
+const std::wstring kLocal =
+    kError + L"File management error. Check for administrator rights and for file consistency.";
 
-/// Answers from a list, then "No", and notes what was asked.
-class Answers : public IUpdateQuestions {
-public:
-    explicit Answers(std::vector<bool> answers, bool endsWindows = true)
-        : answers(std::move(answers)), endsWindows(endsWindows) {}
+/// A flow whose questions are answered from a list, then with "No". What was said is noted.
+class Flow : public UpdateFixture, protected IUpdateQuestions {
+protected:
+    using Said = std::vector<std::wstring>;
+
+    Said Run(std::vector<bool> answersInOrder) { return Run(std::move(answersInOrder), Settings()); }
+    Said Run(std::vector<bool> answersInOrder, const UpdaterSettings& settings) {
+        CAutoUpdater updater(settings);
+        return Run(std::move(answersInOrder), updater);
+    }
+    Said Run(std::vector<bool> answersInOrder, CAutoUpdater& updater) {
+        answers = std::move(answersInOrder);
+        said.clear();
+        RunUpdate(updater, *this, server.Url());
+        return said;
+    }
 
     bool AskYesNo(const std::wstring& title, const std::wstring& text) override {
+        const std::size_t asked = said.size();
         said.push_back(L"ask: " + title + L": " + text);
-        const bool answer = next < answers.size() && answers[next];
-        ++next;
-        return answer;
+        return asked < answers.size() && answers[asked];
     }
     void ShowWarning(const std::wstring& title, const std::wstring& text) override {
         said.push_back(L"warn: " + title + L": " + text);
     }
     bool EndWindows() override {
         said.push_back(L"end windows");
-        if (onEnd) onEnd();
+        EXPECT_EQ(Script("old"), Contents("tolvane")) << "the windows end before their program is replaced";
         return endsWindows;
     }
     void Restart() override { said.push_back(L"restart"); }
 
-    std::vector<std::wstring> said;
-    std::function<void()> onEnd;
-
-private:
     std::vector<bool> answers;
-    bool endsWindows;
-    std::size_t next = 0;
-};
-
-class Flow : public UpdateFixture {
-protected:
-    using Said = std::vector<std::wstring>;
-
-    Said Run(std::vector<bool> answers) { return Run(std::move(answers), Settings()); }
-    Said Run(std::vector<bool> answers, const UpdaterSettings& settings) {
-        Answers questions(std::move(answers));
-        CAutoUpdater updater(settings);
-        RunUpdate(updater, questions, server.Url());
-        return questions.said;
-    }
+    bool endsWindows = true;
+    Said said;
 };
 
 TEST_F(Flow, SaysNothingWithoutANewerVersion) {
     EXPECT_EQ(Said(), Run({true, true}));
-    for (const char* version : {"3.0.0.0", "2.9.9.9", "nonsense"}) {
-        server.AnswerText("/update/LATEST", version);
+    for (const char* version : {"3.0.0.0", "nonsense"}) {
+        Offer({{"tolvane", "new"}}, version);
         EXPECT_EQ(Said(), Run({true, true})) << version;
     }
     Offer({{"tolvane", "new"}});
     UpdaterSettings offline = Settings();
     offline.isOnline = [] { return false; };
-    const std::size_t requests = server.Requests().size();
     EXPECT_EQ(Said(), Run({true, true}, offline));
-    EXPECT_EQ(requests, server.Requests().size());
+    EXPECT_EQ(3u, server.Requests().size()) << "and doesn't try";
 }
 
 TEST_F(Flow, InstallsAndRestartsIfTheUserWantsIt) {
@@ -86,35 +76,19 @@ TEST_F(Flow, InstallsAndRestartsIfTheUserWantsIt) {
     EXPECT_EQ(Said({kAvailable}), Run({false}));
     EXPECT_FALSE(Exists("update"));
 
-    EXPECT_EQ(Said({kAvailable, kComplete}), Run({true, false}));
-    EXPECT_TRUE(Exists("update/.COMPLETED"));
-    EXPECT_EQ(Script("old"), Contents("tolvane"));
     CAutoUpdater next(Settings());
+    EXPECT_EQ(Said({kAvailable, kComplete}), Run({true, false}));
+    EXPECT_TRUE(next.IsUpdateDownloaded());
+    endsWindows = false;
+    EXPECT_EQ(Said({kAvailable, kComplete, L"end windows"}), Run({true, true})) << "it ends meanwhile";
+    EXPECT_EQ(Script("old"), Contents("tolvane"));
     EXPECT_EQ(StartAction::Restart, InstallAtStart(next)) << "the next start doesn't ask";
     EXPECT_EQ(Script("new"), Contents("tolvane"));
 
+    endsWindows = true;
     WriteProgram("tolvane", "old");
     EXPECT_EQ(Said({kAvailable, kComplete, L"end windows", L"restart"}), Run({true, true}));
     EXPECT_EQ(Script("new"), Contents("tolvane"));
-}
-
-TEST_F(Flow, TheWindowsEndBeforeTheirProgramIsReplaced) {
-    Offer({{"tolvane", Script("new")}});
-    Answers questions({true, true});
-    questions.onEnd = [this] { EXPECT_EQ(Script("old"), Contents("tolvane")); };
-    CAutoUpdater updater(Settings());
-    RunUpdate(updater, questions, server.Url());
-    EXPECT_EQ(Script("new"), Contents("tolvane"));
-}
-
-TEST_F(Flow, AProgramThatEndsMeanwhileIsUpdatedAtTheNextStart) {
-    Offer({{"tolvane", Script("new")}});
-    Answers questions({true, true}, false);
-    CAutoUpdater updater(Settings());
-    RunUpdate(updater, questions, server.Url());
-    EXPECT_EQ(Said({kAvailable, kComplete, L"end windows"}), questions.said);
-    EXPECT_EQ(Script("old"), Contents("tolvane"));
-    EXPECT_TRUE(updater.IsUpdateDownloaded());
 }
 
 TEST_F(Flow, TellsWhyADownloadFailed) {
@@ -129,18 +103,14 @@ TEST_F(Flow, TellsWhyADownloadFailed) {
 
 TEST_F(Flow, RestartsAfterTheFirstFailureAndTellsTheSecond) {
     Offer({{"tolvane", Script("new")}});
-    UpdaterSettings settings = Settings();
-    settings.fileHook = [](std::string_view step, const std::string& name) {
-        return step == "rename" && name == "update/tolvane" ? EIO : 0;
-    };
-    EXPECT_EQ(Said({kAvailable, kComplete, L"end windows", L"restart"}), Run({true, true}, settings));
+    EXPECT_EQ(Said({kAvailable, kComplete, L"end windows", L"restart"}),
+              Run({true, true}, Failing("rename", "update/tolvane")));
 
-    settings.fileHook = [](std::string_view step, const std::string& name) {
-        return (step == "rename" && name == "update/tolvane") || (step == "create" && name == "update/.TRIED")
-                   ? EIO
-                   : 0;
-    };
-    const Said said = Run({true, true}, settings);
+    const UpdaterSettings settings = Settings([](std::string_view step, const std::string& name) {
+        const bool isMark = step == "create" && name == "update/.TRIED";
+        return isMark || (step == "rename" && name == "update/tolvane") ? EIO : 0;
+    });
+    Run({true, true}, settings);
     ASSERT_EQ(5u, said.size());
     EXPECT_TRUE(said[3].starts_with(L"warn: Update error: "));
     CAutoUpdater next(settings);
@@ -148,22 +118,20 @@ TEST_F(Flow, RestartsAfterTheFirstFailureAndTellsTheSecond) {
 }
 
 TEST_F(Flow, EndsInSilenceWithTheProgram) {
-    Offer({{"tolvane", std::string(1000, 'x')}});
     const auto start = std::chrono::steady_clock::now();
     for (const std::string path :
          {"/update/LATEST", "/update/files/Win32/LIST", "/update/files/Win32/tolvane"}) {
         SCOPED_TRACE(path);
         Offer({{"tolvane", std::string(1000, 'x')}});
         server.Answer(path, {.body = std::string(1000, ' '), .pause = 50ms});
-        Answers questions({true, true});
         UpdaterSettings settings = Settings();
         settings.http = {};
         CAutoUpdater updater(settings);
-        std::thread thread([&] { RunUpdate(updater, questions, server.Url()); });
+        std::thread thread([&] { Run({true, true}, updater); });
         std::this_thread::sleep_for(200ms);
         updater.Cancel();
         thread.join();
-        EXPECT_EQ(path == "/update/LATEST" ? Said() : Said({kAvailable}), questions.said);
+        EXPECT_EQ(path == "/update/LATEST" ? Said() : Said({kAvailable}), said);
     }
     EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
 }

@@ -15,13 +15,10 @@ protected:
     InstallResult Result() { return CAutoUpdater(Settings()).InstallUpdate(); }
     std::string Temporary(const std::string& name) const { return ReadWhole(directory.Path("tmp/" + name)); }
 
-    /// Settings with which a kind of step always fails.
-    UpdaterSettings Failing(const std::string& which, const std::string& start) const {
-        UpdaterSettings settings = Settings();
-        settings.fileHook = [=](std::string_view step, const std::string& name) {
-            return step == which && name.starts_with(start) ? EIO : 0;
-        };
-        return settings;
+    /// Puts a staged file or directory somewhere else, and a link to it in its place.
+    void ReplaceByLink(const std::string& name) const {
+        fs::rename(Program(name), directory.Path("moved"));
+        fs::create_symlink(directory.Path("moved"), Program(name));
     }
 };
 
@@ -31,13 +28,13 @@ TEST_F(Install, MovesEveryFileIntoPlace) {
     Write("plugins/a.tlp.bak", "older plugin");
     Write("own.txt", "the user's");
     directory.Write("tmp/help.html", "of somebody else");
-    Stage({{"tolvane", Script("new")},
-           {"doc/help.html", "new help"},
-           {"plugins\\deep\\b.tlp", "new plugin b"},
-           {"plugins/a.tlp", "new plugin"}});
-    // As the download names it.
-    fs::create_directories(Program("update/plugins/deep"));
-    fs::rename(Program("update/plugins\\deep\\b.tlp"), Program("update/plugins/deep/b.tlp"));
+    Files files = {{"tolvane", Script("new")},
+                   {"doc/help.html", "new help"},
+                   {"plugins/a.tlp", "new plugin"},
+                   {"plugins/deep/b.tlp", "new plugin b"}};
+    Stage(files);
+    files.back().first = "plugins\\deep\\b.tlp";  // as a list may name it
+    Write("update/LIST", ListOf(files));
 
     EXPECT_EQ(InstallResult::Installed, Result());
     const std::map<std::string, std::string> expected = {
@@ -53,75 +50,48 @@ TEST_F(Install, MovesEveryFileIntoPlace) {
 TEST_F(Install, KeepsPermissions) {
     Write("secret.txt", "old");
     Write("a.so.1", "old");
-    chmod(Program("secret.txt").c_str(), 0600);
-    chmod(Program("a.so.1").c_str(), 0750);
-    chmod(Program("tolvane").c_str(), 0711);
     Stage({{"tolvane", "new"},
            {"a.so.1", "new"},
            {"secret.txt", "new"},
            {"tolvane-measure", "new"},
            {"read.me", "new"}});
-    chmod(Program("update/tolvane-measure").c_str(), 0640);
-    chmod(Program("update/read.me").c_str(), 0640);
+    const std::pair<const char*, mode_t> before[] = {
+        {"secret.txt", 0600},     {"a.so.1", 0750}, {"tolvane", 0711}, {"update/tolvane-measure", 0640},
+        {"update/read.me", 0640},
+    };
+    for (const auto& [name, mode] : before) chmod(Program(name).c_str(), mode);
     EXPECT_EQ(InstallResult::Installed, Result());
-    EXPECT_EQ(0711u, Mode("tolvane"));
-    EXPECT_EQ(0711u, Mode("tolvane.bak"));
-    EXPECT_EQ(0750u, Mode("a.so.1"));
-    EXPECT_EQ(0600u, Mode("secret.txt"));
+    const std::pair<const char*, mode_t> after[] = {
+        {"secret.txt", 0600}, {"a.so.1", 0750}, {"tolvane", 0711}, {"tolvane.bak", 0711}, {"read.me", 0640}};
+    for (const auto& [name, mode] : after) EXPECT_EQ(mode, Mode(name)) << name;
     EXPECT_EQ(0750u, Mode("tolvane-measure")) << "a new program may be executed by who may read it";
-    EXPECT_EQ(0640u, Mode("read.me"));
 }
 
 TEST_F(Install, TouchesNothingBeforeEverythingIsThere) {
-    const std::string script = Script("new");
-    const struct {
-        const char* what;
-        std::function<void()> spoil;
-    } cases[] = {
+    const std::pair<const char*, std::function<void()>> cases[] = {
         {"no list", [&] { fs::remove(Program("update/LIST")); }},
         {"a list with a bad name", [&] { Write("update/LIST", "0\r\n0 ../a"); }},
-        {"a list that is too long",
-         [&] {
-             Write("update/LIST", ListOf({{"a", ""}}) + std::string(16384, ' '));
-         }},
-        {"a list that is a link",
-         [&] {
-             fs::rename(Program("update/LIST"), directory.Path("LIST"));
-             fs::create_symlink(directory.Path("LIST"), Program("update/LIST"));
-         }},
+        {"a list that is too long", [&] { Write("update/LIST", "0\r\n0 a" + std::string(16384, ' ')); }},
+        {"a list that is a link", [&] { ReplaceByLink("update/LIST"); }},
         {"a file is missing", [&] { fs::remove(Program("update/sub/last")); }},
         {"a file is short", [&] { Write("update/sub/last", "ne"); }},
         {"a file is long", [&] { Write("update/sub/last", "newer"); }},
-        {"a file is a link",
-         [&] {
-             directory.Write("last", "new");
-             fs::remove(Program("update/sub/last"));
-             fs::create_symlink(directory.Path("last"), Program("update/sub/last"));
-         }},
-        {"a staged directory is a link",
-         [&] {
-             fs::rename(Program("update/sub"), directory.Path("sub"));
-             fs::create_directory_symlink(directory.Path("sub"), Program("update/sub"));
-         }},
+        {"a file is a link", [&] { ReplaceByLink("update/sub/last"); }},
+        {"a staged directory is a link", [&] { ReplaceByLink("update/sub"); }},
         {"the target is a directory", [&] { fs::create_directories(Program("sub/last")); }},
         {"the way to the target is a link",
-         [&] {
-             fs::create_directories(directory.Path("outside"));
-             fs::create_directory_symlink(directory.Path("outside"), Program("sub"));
-         }},
-        {"the way to the target is a file", [&] { Write("sub", "a file"); }},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        fs::remove_all(Program(""));
-        fs::create_directory(Program(""));
-        WriteProgram("tolvane", "old");
-        Stage({{"tolvane", script}, {"sub/last", "new"}});
-        c.spoil();
+         [&] { fs::create_symlink(directory.Path("tmp"), Program("sub")); }},
+        {"the way to the target is a file", [&] { Write("sub", "a file"); }}};
+    for (const auto& [what, spoil] : cases) {
+        SCOPED_TRACE(what);
+        Reset();
+        fs::remove_all(directory.Path("moved"));
+        Stage({{"tolvane", Script("new")}, {"sub/last", "new"}});
+        spoil();
         EXPECT_EQ(InstallResult::TryAgain, Result());
         EXPECT_EQ(Script("old"), Contents("tolvane"));
         EXPECT_FALSE(Exists("tolvane.bak"));
-        EXPECT_FALSE(fs::exists(directory.Path("outside/last")));
+        EXPECT_FALSE(fs::exists(directory.Path("tmp/last")));
     }
 }
 
@@ -160,21 +130,16 @@ TEST_F(Install, AStepThatFailsOnceIsMadeUpForAtTheNextStart) {
     for (const bool isOtherVolume : {false, true}) {
         for (int failing = 0, last = 1; failing < last; ++failing) {
             SCOPED_TRACE(failing);
-            fs::remove_all(Program(""));
-            fs::create_directory(Program(""));
-            WriteProgram("tolvane", "old");
+            Reset();
             Write("a.txt", "old");
             Stage({{"sub/a.tlp", "new"}, {"tolvane", Script("new")}, {"a.txt", "new"}});
 
-            UpdaterSettings settings = Settings();
             int steps = 0;
-            settings.fileHook = [&](std::string_view step, const std::string& name) {
+            CAutoUpdater first(Settings([&](std::string_view step, const std::string& name) {
                 if (steps++ == failing) return EIO;
                 return isOtherVolume && step == "rename" && name.starts_with("update/") ? EXDEV : 0;
-            };
-            CAutoUpdater first(settings);
-            const StartAction action = InstallAtStart(first);
-            EXPECT_EQ(StartAction::Restart, action);
+            }));
+            EXPECT_EQ(StartAction::Restart, InstallAtStart(first));
             last = steps;
             CAutoUpdater second(Settings());
             InstallAtStart(second);
@@ -192,22 +157,18 @@ TEST_F(Install, AStepThatFailsOnceIsMadeUpForAtTheNextStart) {
 TEST_F(Install, WhatCantBeInstalledIsSetAsideAfterTheSecondTry) {
     Write("update.failed/rest", "of an earlier one");
     Stage({{"a.txt", "new"}, {"tolvane", Script("new")}});
-    const UpdaterSettings settings = Failing("rename", "update/tolvane");
-
-    CAutoUpdater first(settings);
-    EXPECT_EQ(StartAction::Restart, InstallAtStart(first));
+    CAutoUpdater updater(Failing("rename", "update/tolvane"));
+    EXPECT_EQ(StartAction::Restart, InstallAtStart(updater));
     EXPECT_TRUE(Exists("update/.COMPLETED"));
-    CAutoUpdater second(settings);
-    EXPECT_EQ(StartAction::TellAndGoOn, InstallAtStart(second));
-    CAutoUpdater third(settings);
-    EXPECT_EQ(StartAction::GoOn, InstallAtStart(third));
+    EXPECT_EQ(StartAction::TellAndGoOn, InstallAtStart(updater));
+    EXPECT_EQ(StartAction::GoOn, InstallAtStart(updater));
 
     EXPECT_EQ(Script("old"), Contents("tolvane"));
     EXPECT_FALSE(Exists("update"));
     EXPECT_EQ(Script("new"), Contents("update.failed/tolvane"));
     EXPECT_FALSE(Exists("update.failed/rest"));
-    EXPECT_EQ(FromUtf8(Program("update.failed")), third.FailedDownloadPath());
-    EXPECT_NE(std::wstring::npos, InstallFailure(third).text.find(third.FailedDownloadPath()));
+    EXPECT_EQ(FromUtf8(Program("update.failed")), updater.FailedDownloadPath());
+    EXPECT_NE(std::wstring::npos, InstallFailure(updater).text.find(updater.FailedDownloadPath()));
 }
 
 TEST_F(Install, TheProgramItselfComesLast) {
@@ -230,18 +191,13 @@ TEST_F(Install, NeverRestartsForEver) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.step);
         Stage({{"tolvane", Script("new")}});
-        UpdaterSettings settings = Settings();
-        settings.fileHook = [&](std::string_view step, const std::string& name) {
-            return (*c.step == 0 || step == c.step) && name.starts_with(c.name) ? EACCES : 0;
-        };
+        CAutoUpdater updater(Failing(c.step, c.name));
         std::map<StartAction, int> actions;
         for (int start = 0; start < 6; ++start) {
-            CAutoUpdater updater(settings);
             const StartAction action = InstallAtStart(updater);
             ++actions[action];
-            if (action == StartAction::TellAndGoOn) {
-                EXPECT_TRUE(fs::is_directory(ToUtf8(updater.FailedDownloadPath())));
-            }
+            EXPECT_TRUE(action != StartAction::TellAndGoOn ||
+                        fs::is_directory(ToUtf8(updater.FailedDownloadPath())));
         }
         EXPECT_LE(actions[StartAction::Restart], 1);
         EXPECT_EQ(c.warnings, actions[StartAction::TellAndGoOn]);
@@ -272,6 +228,63 @@ TEST_F(Install, NothingToInstall) {
     fs::create_directory(Program("update/.COMPLETED"));
     EXPECT_EQ(StartAction::GoOn, InstallAtStart(updater)) << "the mark is a file";
     EXPECT_EQ(Script("old"), Contents("tolvane"));
+}
+
+class Tree : public testing::Test {
+protected:
+    /// The tree's directory, with ways out of it.
+    std::string MakeRoot() const {
+        fs::create_directories(directory.Path("root/sub"));
+        fs::create_directories(directory.Path("outside"));
+        directory.Write("outside/file", "outside");
+        directory.Write("root/file", "inside");
+        fs::create_directory_symlink(directory.Path("outside"), directory.Path("root/way"));
+        fs::create_symlink(directory.Path("outside/file"), directory.Path("root/link"));
+        fs::create_symlink("sub", directory.Path("root/near"));
+        return directory.Path("root");
+    }
+
+    TemporaryDirectory directory;
+    FileHook hook;
+    FileTree tree{MakeRoot(), hook};
+};
+
+TEST_F(Tree, FollowsNoLink) {
+    EXPECT_FALSE(tree.Read("link", 100));
+    for (const char* name : {"file/below", "way/file", "near/file"}) {
+        EXPECT_EQ(FileTree::Kind::Unreachable, tree.Look(name).kind) << name;
+        EXPECT_FALSE(tree.Read(name, 100)) << name;
+    }
+    EXPECT_FALSE(tree.WriteWhole("link", "x"));
+    EXPECT_FALSE(tree.WriteWhole("way/new", "x"));
+    EXPECT_FALSE(tree.MakeDirectoriesFor("way/deeper/new"));
+    EXPECT_FALSE(tree.RemoveFile("way/file"));
+    EXPECT_FALSE(tree.RemoveAll("way/file"));
+    EXPECT_FALSE(tree.SetMode("link", 0600));
+    EXPECT_NE(0, tree.Rename("file", "way/new"));
+    EXPECT_FALSE(tree.Duplicate("file", tree, "way/new"));
+    EXPECT_TRUE(tree.RemoveAll("way")) << "the link itself";
+    EXPECT_TRUE(tree.RemoveAll("link"));
+    EXPECT_FALSE(fs::exists(directory.Path("outside/new")));
+    EXPECT_EQ("outside", ReadWhole(directory.Path("outside/file")));
+    EXPECT_EQ("inside", tree.Read("file", 6));
+    EXPECT_FALSE(tree.Read("file", 5)) << "longer than asked for";
+}
+
+TEST_F(Tree, CopiesWhereNoSecondNameCanBe) {
+    fs::permissions(directory.Path("root/file"), fs::perms(0754));
+    std::string broken = "link";
+    hook = [&](std::string_view step, const std::string&) {
+        return broken.find(step) != broken.npos ? EPERM : 0;
+    };
+    EXPECT_TRUE(tree.Duplicate("file", tree, "sub/copy"));
+    EXPECT_EQ("inside", ReadWhole(directory.Path("root/sub/copy")));
+    EXPECT_EQ(fs::perms(0754), fs::status(directory.Path("root/sub/copy")).permissions());
+    EXPECT_EQ(1u, fs::hard_link_count(directory.Path("root/file")));
+    EXPECT_FALSE(tree.Duplicate("file", tree, "sub/copy")) << "what is there stays";
+    broken = "link, write";
+    EXPECT_FALSE(tree.Duplicate("file", tree, "half"));
+    EXPECT_FALSE(fs::exists(directory.Path("root/half")));
 }
 
 }  // namespace

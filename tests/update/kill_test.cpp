@@ -11,8 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What happens to a program that is killed before one of the steps that change files, and then started
-/// again.
+/// What happens to a program that is killed before one of the steps that change files, and then started again.
 class Kill : public UpdateFixture {
 protected:
     /// Lets a process of its own do something with an updater and kills it before the step `last`, counted
@@ -22,12 +21,11 @@ protected:
     bool KilledAt(int last, bool isOtherVolume, Action action) {
         const pid_t child = fork();
         if (child == 0) {
-            UpdaterSettings settings = Settings();
-            settings.fileHook = [=, steps = 0](std::string_view step, const std::string& name) mutable {
-                if (steps++ == last) raise(SIGKILL);
-                return isOtherVolume && step == "rename" && name.starts_with("update/") ? EXDEV : 0;
-            };
-            CAutoUpdater updater(settings);
+            CAutoUpdater updater(
+                Settings([=, steps = 0](std::string_view step, const std::string& name) mutable {
+                    if (steps++ == last) raise(SIGKILL);
+                    return isOtherVolume && step == "rename" && name.starts_with("update/") ? EXDEV : 0;
+                }));
             action(updater);
             _exit(0);
         }
@@ -41,7 +39,7 @@ protected:
     std::string Run() const {
         std::FILE* output = popen(Program("tolvane").c_str(), "r");
         char line[100] = "";
-        if (std::fgets(line, sizeof line, output) == nullptr) line[0] = 0;
+        EXPECT_NE(nullptr, std::fgets(line, sizeof line, output));
         EXPECT_EQ(0, pclose(output));
         return line;
     }
@@ -52,9 +50,7 @@ protected:
     }
 
     void Reset() const {
-        fs::remove_all(Program(""));
-        fs::create_directory(Program(""));
-        WriteProgram("tolvane", "old");
+        UpdateFixture::Reset();
         Write("plugins/a.tlp", "old");
         Write("help.html", "old");
     }
@@ -79,48 +75,39 @@ protected:
 
 constexpr auto kInstall = [](CAutoUpdater& updater) { InstallAtStart(updater); };
 
-TEST_F(Kill, InTheMidstOfAnInstall) {
-    for (const bool isOtherVolume : {false, true}) {
-        bool isKilled = true;
-        int points = 0;
-        for (; isKilled; ++points) {
-            SCOPED_TRACE(points);
-            Reset();
-            Stage(update);
-            isKilled = KilledAt(points, isOtherVolume, kInstall);
-            ExpectProgramRuns();
-            CAutoUpdater next(Settings());
-            const bool isReady = next.IsUpdateDownloaded();
-            EXPECT_EQ(isReady ? StartAction::Restart : StartAction::GoOn, InstallAtStart(next));
-            EXPECT_EQ(StartAction::GoOn, InstallAtStart(next));
-            ExpectInstalled();
+TEST_F(Kill, InTheMidstOfAnInstallOnceOrTwice) {
+    // Every pair of points would take a minute. The steps are odd numbers, so that all kinds of pairs come.
+    constexpr struct {
+        bool isOtherVolume;
+        int step, secondStep;  // 0: no second one
+        int leastPoints;
+    } kCases[] = {{false, 1, 0, 25}, {true, 1, 0, 40}, {true, 7, 3, 40}};
+    for (const auto& c : kCases) {
+        int first = 0;
+        for (bool isKilled = true; isKilled; first += c.step) {
+            bool isKilledAgain = true;
+            for (int second = 0; isKilledAgain; second += c.secondStep) {
+                SCOPED_TRACE(testing::Message() << first << ", " << second << " of " << c.secondStep);
+                Reset();
+                Stage(update);
+                isKilled = KilledAt(first, c.isOtherVolume, kInstall);
+                isKilledAgain = c.secondStep > 0 && KilledAt(second, c.isOtherVolume, kInstall);
+                ExpectProgramRuns();
+                CAutoUpdater next(Settings());
+                const bool isReady = next.IsUpdateDownloaded();
+                EXPECT_EQ(isReady ? StartAction::Restart : StartAction::GoOn, InstallAtStart(next));
+                EXPECT_EQ(StartAction::GoOn, InstallAtStart(next));
+                ExpectInstalled();
+            }
         }
-        EXPECT_GT(points, isOtherVolume ? 40 : 25);
-    }
-}
-
-TEST_F(Kill, TwiceInTheMidstOfAnInstall) {
-    // Every pair would take a minute. The steps are odd numbers, so that all kinds of pairs come.
-    for (int first = 0, isKilled = true; isKilled; first += 7) {
-        for (int second = 0, isKilledAgain = true; isKilledAgain; second += 3) {
-            SCOPED_TRACE(std::to_string(first) + ", " + std::to_string(second));
-            Reset();
-            Stage(update);
-            isKilled = KilledAt(first, true, kInstall);
-            isKilledAgain = KilledAt(second, true, kInstall);
-            ExpectProgramRuns();
-            CAutoUpdater next(Settings());
-            InstallAtStart(next);
-            ExpectInstalled();
-        }
+        EXPECT_GT(first, c.leastPoints);
     }
 }
 
 TEST_F(Kill, InTheMidstOfADownload) {
     Offer(update);
-    bool isKilled = true;
     int points = 0;
-    for (; isKilled; ++points) {
+    for (bool isKilled = true; isKilled; ++points) {
         SCOPED_TRACE(points);
         Reset();
         Stage({{"tolvane", "of an earlier download"}});
@@ -140,22 +127,18 @@ TEST_F(Kill, InTheMidstOfADownload) {
 }
 
 TEST_F(Kill, InTheMidstOfSettingAside) {
-    bool isKilled = true;
-    for (int points = 0; isKilled; ++points) {
+    for (int points = 0, isKilled = true; isKilled; ++points) {
         SCOPED_TRACE(points);
         Reset();
         Write("update.failed/rest", "of an earlier one");
         Stage(update);
         fs::remove(Program("update/tolvane"));
-        const auto start = [&] { return KilledAt(points, false, kInstall); };
-        isKilled = start();
-        isKilled = start() || isKilled;
+        isKilled = KilledAt(points, false, kInstall);
+        isKilled = KilledAt(points, false, kInstall) || isKilled;
         ExpectProgramRuns();
+        CAutoUpdater next(Settings());
         int restarts = 0;
-        for (int i = 0; i < 5; ++i) {
-            CAutoUpdater next(Settings());
-            if (InstallAtStart(next) == StartAction::Restart) ++restarts;
-        }
+        for (int i = 0; i < 5; ++i) restarts += InstallAtStart(next) == StartAction::Restart ? 1 : 0;
         EXPECT_LE(restarts, 1);
         EXPECT_FALSE(Exists("update/.COMPLETED"));
         EXPECT_EQ("old\n", Run());

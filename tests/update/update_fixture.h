@@ -21,12 +21,18 @@ protected:
     using Files = std::vector<std::pair<std::string, std::string>>;  // names and contents
 
     UpdateFixture() {
-        std::filesystem::create_directories(Program(""));
         std::filesystem::create_directories(directory.Path("tmp"));
         setenv("TMPDIR", directory.Path("tmp").c_str(), 1);
-        WriteProgram("tolvane", "old");
+        Reset();
     }
     ~UpdateFixture() override { unsetenv("TMPDIR"); }
+
+    /// An old program and nothing else.
+    void Reset() const {
+        std::filesystem::remove_all(Program(""));
+        std::filesystem::create_directory(Program(""));
+        WriteProgram("tolvane", "old");
+    }
 
     std::string Program(const std::string& name) const { return directory.Path("program/" + name); }
 
@@ -90,23 +96,25 @@ protected:
         Write("update/.COMPLETED", "");
     }
 
-    UpdaterSettings Settings() const {
+    UpdaterSettings Settings(FileHook hook = {}) const {
         UpdaterSettings settings;
         settings.programPath = FromUtf8(Program("tolvane"));
         settings.version = "3.0.0.0";
         settings.http.connectLimit = std::chrono::milliseconds(500);
         settings.http.stallLimit = std::chrono::seconds(1);
         settings.isOnline = [] { return true; };
+        settings.fileHook = std::move(hook);
         return settings;
     }
-
     /// Settings with which one step that changes files fails: the `failing`-th, counted from 0.
     UpdaterSettings FailingAt(int failing) const {
-        UpdaterSettings settings = Settings();
-        settings.fileHook = [failing, steps = 0](std::string_view, const std::string&) mutable {
-            return steps++ == failing ? EIO : 0;
-        };
-        return settings;
+        return Settings([=, steps = 0](auto, auto&) mutable { return steps++ == failing ? EIO : 0; });
+    }
+    /// Settings with which the steps always fail whose names, and whose files' names, start so.
+    UpdaterSettings Failing(const std::string& which, const std::string& start) const {
+        return Settings([=](std::string_view step, const std::string& name) {
+            return step.starts_with(which) && name.starts_with(start) ? EIO : 0;
+        });
     }
 
     TemporaryDirectory directory;

@@ -8,12 +8,7 @@
 
 namespace {
 
-template <class Type, void Free(Type*)>
-struct Deleter {
-    void operator()(Type* object) const { Free(object); }
-};
-using Key = std::unique_ptr<EVP_PKEY, Deleter<EVP_PKEY, EVP_PKEY_free>>;
-using X509Certificate = std::unique_ptr<X509, Deleter<X509, X509_free>>;
+using X509Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
 
 void Require(bool succeeded) {
     if (!succeeded) std::abort();
@@ -29,14 +24,14 @@ void AddExtension(X509* certificate, int kind, const std::string& value) {
 }
 
 X509Certificate MakeCertificate(EVP_PKEY* key, const std::string& host, int hoursLeft) {
-    X509Certificate certificate(X509_new());
+    X509Certificate certificate(X509_new(), &X509_free);
     X509_set_version(certificate.get(), X509_VERSION_3);
     ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), 1);
     X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -7200);
     X509_gmtime_adj(X509_getm_notAfter(certificate.get()), hoursLeft * 3600);
     X509_NAME* name = X509_get_subject_name(certificate.get());
-    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, reinterpret_cast<const unsigned char*>("test"), -1,
-                               -1, 0);
+    const unsigned char test[] = "test";
+    X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, test, -1, -1, 0);
     X509_set_issuer_name(certificate.get(), name);
     X509_set_pubkey(certificate.get(), key);
     AddExtension(certificate.get(), NID_basic_constraints, "critical,CA:TRUE");
@@ -82,7 +77,7 @@ private:
 
 TlsIdentity::TlsIdentity(const std::string& host, int hoursLeft)
     : context(SSL_CTX_new(TLS_server_method()), &SSL_CTX_free) {
-    const Key key(EVP_EC_gen("P-256"));
+    const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> key(EVP_EC_gen("P-256"), &EVP_PKEY_free);
     const X509Certificate own = MakeCertificate(key.get(), host, hoursLeft);
     certificate = ToPem(own.get());
     Require(SSL_CTX_use_certificate(context.get(), own.get()) == 1);

@@ -3,61 +3,51 @@
 #include <gtest/gtest.h>
 #include <QFile>
 
+#include <climits>
 #include <filesystem>
 #include <fstream>
-#include <limits>
 
 namespace {
+
+QtSettingsStore Open(const char* organisation = "Lumetry") {
+    return QtSettingsStore(QString::fromLatin1(organisation), QStringLiteral("TLV"));
+}
 
 // The file lies below the test program's own XDG_CONFIG_HOME.
 class SettingsStore : public testing::Test {
 protected:
     void SetUp() override { QFile::remove(store.FilePath()); }
 
-    std::filesystem::path File() const { return store.FilePath().toStdString(); }
-    void WriteFile(const std::string& text) const { std::ofstream(File()) << text; }
+    void WriteFile(const std::string& text) const { std::ofstream(store.FilePath().toStdString()) << text; }
 
-    QtSettingsStore store{QStringLiteral("Lumetry"), QStringLiteral("TLV")};
+    const std::filesystem::path home = qgetenv("XDG_CONFIG_HOME").toStdString();
+    QtSettingsStore store = Open();
 };
 
-TEST_F(SettingsStore, StandsUnderOrganisationAndApplication) {
-    const std::filesystem::path home = qgetenv("XDG_CONFIG_HOME").toStdString();
-    EXPECT_EQ(home / "Lumetry" / "TLV.ini", File());
-}
-
 TEST_F(SettingsStore, TextsKeepEveryCharacter) {
-    const std::wstring texts[] = {
-        L"",
-        L" blanks at the ends ",
-        L"/a,b;c=d/\"quoted\"/'x'/back\\slash\\x41\\",
-        L"@Variant(1) @@ %41 100% [section] #;",
-        L"line\nline\r\n\ttab \u0001\u001f end",
-        std::wstring(L"zero\0within", 11),
-        L"\u00e9\u0416\u20ac\u4e2d \U0001F600 \u200f\ufffd",
-        L"not UTF-8: \xdc80\xdcff.yuv",
-        std::wstring(5000, L'x'),
-        L"42",
-        L"true",
-    };
-    for (const std::wstring& text : texts) {
+    for (const std::wstring& text :
+         {std::wstring(), std::wstring(L" blanks at the ends "),
+          std::wstring(L"/a,b;c=d/\"quoted\"/'x'/back\\slash\\x41\\"),
+          std::wstring(L"@Variant(1) @@ %41 100% [section] #;"),
+          std::wstring(L"line\nline\r\n\ttab \u0001\u001f end"), std::wstring(L"zero\0within", 11),
+          std::wstring(L"\u00e9\u0416\u20ac\u4e2d \U0001F600 \u200f\ufffd"),
+          std::wstring(L"not UTF-8: \xdc80\xdcff.yuv"), std::wstring(5000, L'x'), std::wstring(L"42"),
+          std::wstring(L"true")}) {
         ASSERT_TRUE(store.WriteText("metric_settings", text));
-        EXPECT_EQ(
-            text,
-            QtSettingsStore(QStringLiteral("Lumetry"), QStringLiteral("TLV")).ReadText("metric_settings"));
+        EXPECT_EQ(text, Open().ReadText("metric_settings"));
         EXPECT_EQ(std::nullopt, store.ReadNumber("metric_settings"));
     }
+    EXPECT_EQ(home / "Lumetry" / "TLV.ini", store.FilePath().toStdString());
 }
 
 TEST_F(SettingsStore, NumbersKeepTheirType) {
-    for (int number : {0, 1, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+    for (int number : {0, 1, -1, INT_MAX, INT_MIN}) {
+        ASSERT_TRUE(store.WriteText("rad", L"7"));
+        EXPECT_EQ(std::nullopt, store.ReadNumber("rad"));
         ASSERT_TRUE(store.WriteNumber("rad", number));
         EXPECT_EQ(number, store.ReadNumber("rad"));
         EXPECT_EQ(std::nullopt, store.ReadText("rad"));
     }
-    ASSERT_TRUE(store.WriteText("rad", L"7"));
-    EXPECT_EQ(std::nullopt, store.ReadNumber("rad"));
-    ASSERT_TRUE(store.WriteNumber("rad", 8));
-    EXPECT_EQ(std::nullopt, store.ReadText("rad"));
 }
 
 TEST_F(SettingsStore, ReadsAFileWrittenByHand) {
@@ -66,10 +56,8 @@ TEST_F(SettingsStore, ReadsAFileWrittenByHand) {
         "[numbers]\nyuv_table=0\nrad=12 frames\nsave_csv=\nhuge=4294967296\nhalf=1.5\n"
         "[texts]\noriginal=/data/a,b/c.yuv\n");
     EXPECT_EQ(0, store.ReadNumber("yuv_table"));
-    for (const char* name : {"rad", "save_csv", "huge", "half", "absent"}) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(std::nullopt, store.ReadNumber(name));
-    }
+    for (const char* name : {"rad", "save_csv", "huge", "half", "absent"})
+        EXPECT_EQ(std::nullopt, store.ReadNumber(name)) << name;
     EXPECT_EQ(L"/data/a,b/c.yuv", store.ReadText("original"));
 }
 
@@ -93,10 +81,9 @@ TEST_F(SettingsStore, DamagedLinesDontStopIt) {
 }
 
 TEST_F(SettingsStore, TellsThatAValueIsLost) {
-    std::ofstream(File().parent_path().parent_path() / "Taken") << "a file where the directory should be";
-    QtSettingsStore lost(QStringLiteral("Taken"), QStringLiteral("TLV"));
-    EXPECT_FALSE(lost.WriteNumber("rad", 10));
-    EXPECT_EQ(std::nullopt, lost.ReadNumber("rad"));
+    std::ofstream(home / "Taken") << "a file where the directory should be";
+    EXPECT_FALSE(Open("Taken").WriteNumber("rad", 10));
+    EXPECT_EQ(std::nullopt, Open("Taken").ReadNumber("rad"));
 }
 
 }  // namespace

@@ -9,19 +9,21 @@ namespace {
 constexpr int kProcesses = 3;
 constexpr int kValues = 10;
 
+QtSettingsStore Open() {
+    return QtSettingsStore(QStringLiteral("Lumetry"), QStringLiteral("Shared"));
+}
+
 std::string ValueName(int process, int value) {
     return "value_" + std::to_string(process) + "_" + std::to_string(value);
 }
 
 TEST(SettingsStoreOfSeveral, ProcessesDontLoseEachOthersValues) {
-    const auto open = [] { return QtSettingsStore(QStringLiteral("Lumetry"), QStringLiteral("Shared")); };
     pid_t children[kProcesses];
     for (int process = 0; process < kProcesses; ++process) {
         children[process] = fork();
         ASSERT_NE(-1, children[process]);
         if (children[process] != 0) continue;
-
-        QtSettingsStore store = open();
+        QtSettingsStore store = Open();
         bool isSaved = true;
         for (int value = 0; value < kValues; ++value)
             isSaved &= store.WriteNumber(ValueName(process, value), value);
@@ -32,10 +34,9 @@ TEST(SettingsStoreOfSeveral, ProcessesDontLoseEachOthersValues) {
         ASSERT_EQ(child, waitpid(child, &status, 0));
         EXPECT_EQ(0, status);
     }
-    const QtSettingsStore store = open();
     for (int process = 0; process < kProcesses; ++process) {
         for (int value = 0; value < kValues; ++value)
-            EXPECT_EQ(value, store.ReadNumber(ValueName(process, value)));
+            EXPECT_EQ(value, Open().ReadNumber(ValueName(process, value)));
     }
 }
 

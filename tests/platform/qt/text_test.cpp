@@ -9,27 +9,19 @@
 namespace {
 
 TEST(WideText, CrossesUnchanged) {
-    const std::wstring texts[] = {L"",
-                                  L"a<b>&.yuv",
-                                  L"\u00e9\u20ac\uffff",
-                                  L"\U0001F600x\U0010FFFF",
-                                  L"\xdc80\xdcff end",
-                                  std::wstring(L"a\0b", 3)};
-    for (const std::wstring& text : texts) EXPECT_EQ(text, ToWide(ToQString(text)));
+    for (const std::wstring& text :
+         {std::wstring(), std::wstring(L"\u00e9\u20ac\uffff"), std::wstring(L"\U0001F600x\U0010FFFF"),
+          std::wstring(L"\xdc80\xdcff end"), std::wstring(L"a\0b", 3)})
+        EXPECT_EQ(text, ToWide(ToQString(text)));
     EXPECT_EQ(2, ToQString(L"\U0001F600").size());
     EXPECT_EQ(L"\ufffd", ToWide(ToQString(std::wstring(1, wchar_t{0x110000}))));
 }
 
 TEST(WideText, ToolTipsShowLettersNotMarkup) {
     for (const char* text : {"plain", "a<b>x</b>.yuv", "<i>&amp;</i>", "two\nlines"}) {
-        SCOPED_TRACE(text);
         const QString toolTip = PlainToolTip(QString::fromUtf8(text));
-        QTextDocument shown;
-        if (Qt::mightBeRichText(toolTip)) {
-            shown.setHtml(toolTip);
-        } else {
-            shown.setPlainText(toolTip);
-        }
+        QTextDocument shown(toolTip);
+        if (Qt::mightBeRichText(toolTip)) shown.setHtml(toolTip);
         EXPECT_EQ(text, shown.toPlainText().toStdString());
     }
 }
@@ -37,8 +29,8 @@ TEST(WideText, ToolTipsShowLettersNotMarkup) {
 TEST(WideText, LongPiecesCanBeBroken) {
     const QString sentence = QStringLiteral("a sentence of short words ").repeated(10);
     EXPECT_EQ(sentence, BreakableText(sentence));
-
-    QString path = QStringLiteral("Could not open ") + QStringLiteral("/0123456789").repeated(20) + u'!';
+    const QString path =
+        QStringLiteral("Could not open ") + QStringLiteral("/0123456789").repeated(20) + u'!';
     const QStringList pieces = BreakableText(path).split(QChar(0x200B));
     EXPECT_EQ(4, pieces.size());  // 221 letters without a blank, 60 a piece
     EXPECT_EQ(path, pieces.join(QString()));
@@ -46,30 +38,24 @@ TEST(WideText, LongPiecesCanBeBroken) {
 
 TEST(ElidePath, KeepsStartAndFileName) {
     const QFontMetrics metrics(QGuiApplication::font());
-    const QString dots(QChar(0x2026));
-    const QString letters(60, u'w');
+    const int width = 20 * metrics.horizontalAdvance(u'w');
+    const std::string letters(60, 'w'), dots = "\u2026";
     const struct {
-        const char* what;
-        QString path, keptStart, keptEnd;
-        int letters;  // the width, in "w"
+        std::string path, keptStart, keptEnd;
     } cases[] = {
-        {"fits", QStringLiteral("/a/b.yuv"), QStringLiteral("/a/b.yuv"), QString(), 20},
-        {"directories go first", QStringLiteral("/data/") + letters + QStringLiteral("/clip.y4m"),
-         QStringLiteral("/data/"), dots + QStringLiteral("/clip.y4m"), 20},
-        {"both separators", QStringLiteral("c:\\data\\") + letters + QStringLiteral("\\clip.y4m"),
-         QStringLiteral("c:\\data\\"), dots + QStringLiteral("\\clip.y4m"), 20},
-        {"a name too long", QStringLiteral("/data/") + letters + QStringLiteral(".y4m"),
-         QStringLiteral("/data/"), QStringLiteral("w.y4m"), 20},
-        {"a name alone", letters + QStringLiteral(".y4m"), QStringLiteral("w"), QStringLiteral("w.y4m"), 20},
+        {"/a/b.yuv", "/a/b.yuv", ""},
+        {"/data/" + letters + "/clip.y4m", "/data/", dots + "/clip.y4m"},
+        {"c:\\data\\" + letters + "\\clip.y4m", "c:\\data\\", dots + "\\clip.y4m"},
+        {"/data/" + letters + ".y4m", "/data/", "w.y4m"},
+        {letters + ".y4m", "w", "w.y4m"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const int width = c.letters * metrics.horizontalAdvance(u'w');
-        const QString elided = ElidePath(c.path, metrics, width);
-        EXPECT_TRUE(elided.startsWith(c.keptStart)) << elided.toStdString();
-        EXPECT_TRUE(elided.endsWith(c.keptEnd)) << elided.toStdString();
+        SCOPED_TRACE(c.path);
+        const QString elided = ElidePath(QString::fromStdString(c.path), metrics, width);
+        const std::string text = elided.toStdString();
+        EXPECT_TRUE(text.starts_with(c.keptStart) && text.ends_with(c.keptEnd)) << text;
         EXPECT_LE(metrics.horizontalAdvance(elided), width);
-        EXPECT_EQ(c.keptEnd.isEmpty(), !elided.contains(dots));
+        EXPECT_EQ(c.keptEnd.empty(), text.find(dots) == text.npos);
     }
 }
 

@@ -39,17 +39,6 @@ inline int Brightness(int picture) {
     return 40 + 8 * picture;
 }
 
-/// Fills a plane with a value, and a texture around it unless its number is below 0.
-inline void FillPlane(AVBufferRef& plane, int depth, int value, int texture) {
-    std::mt19937 random(static_cast<unsigned>(texture));
-    const int bytes = depth > 8 ? 2 : 1;
-    for (std::size_t i = 0; i + 1 < plane.size; i += static_cast<std::size_t>(bytes)) {
-        const int noise = texture < 0 ? 0 : static_cast<int>(random() % 33) - 16;
-        const auto sample = static_cast<std::uint16_t>((value + noise) << (depth - 8));
-        std::memcpy(plane.data + i, &sample, static_cast<std::size_t>(bytes));
-    }
-}
-
 /// A format of `bits` with `compression` and what follows it.
 inline std::vector<std::uint8_t> MakeFormat(std::uint32_t compression, int bits, int width, int height,
                                             const std::vector<std::uint8_t>& behind = {}) {
@@ -91,6 +80,7 @@ inline TestStream MakeStream(const char* encoderName, AVPixelFormat pixels, std:
         }
     };
     const int depth = av_pix_fmt_desc_get(pixels)->comp[0].depth;
+    const std::size_t sampleBytes = depth > 8 ? 2 : 1;
     for (int i = 0; i < count; ++i) {
         const FramePtr frame = MakeFrame();
         frame->format = pixels;
@@ -99,8 +89,14 @@ inline TestStream MakeStream(const char* encoderName, AVPixelFormat pixels, std:
         frame->pts = i;
         frame->quality = encoder->global_quality;
         EXPECT_EQ(0, av_frame_get_buffer(frame.get(), 0));
+        std::mt19937 random(static_cast<unsigned>(i));
         for (int plane = 0; plane < 4 && frame->buf[plane] != nullptr; ++plane) {
-            FillPlane(*frame->buf[plane], depth, plane == 0 ? Brightness(i) : 128, plane == 0 ? i : -1);
+            const AVBufferRef& bytes = *frame->buf[plane];
+            for (std::size_t at = 0; at + 1 < bytes.size; at += sampleBytes) {
+                const int value = plane == 0 ? Brightness(i) + static_cast<int>(random() % 33) - 16 : 128;
+                const auto sample = static_cast<std::uint16_t>(value << (depth - 8));
+                std::memcpy(bytes.data + at, &sample, sampleBytes);
+            }
         }
         EXPECT_EQ(0, avcodec_send_frame(encoder.get(), frame.get()));
         take();
