@@ -4,7 +4,7 @@
 
 #include <set>
 
-#include "gpu/host_runtime.h"
+#include "tests/gpu/stub_runtime.h"
 
 namespace Metric {
 namespace {
@@ -15,17 +15,16 @@ const std::vector<int> kAll = {ComponentY, ComponentU, ComponentV, ComponentR,
 const std::vector<int> kY = {ComponentY};
 
 /// What users of the list see and settings store.
-struct BuiltIn {
+struct Entry {
     int kind;
-    const wchar_t* id;
-    const wchar_t* name;
+    const wchar_t *id, *name;
     std::vector<int> components;
     int inputsPlain, inputsVisual;
     bool higherIsBetter;
     const wchar_t* unit;
 };
 
-const std::vector<BuiltIn> kBuiltIns = {
+const std::vector<Entry> kMetrics = {
     {5, L"psnr", L"PSNR", kAll, 2, 2, true, L"dB"},
     {6, L"psnr_256", L"PSNR (256)", kAll, 2, 2, true, L"dB"},
     {7, L"apsnr", L"APSNR", kAll, 2, 2, true, L"dB"},
@@ -42,85 +41,47 @@ const std::vector<BuiltIn> kBuiltIns = {
     {2, L"delta", L"Delta", kAll, 2, 2, false, L""},
     {3, L"msad", L"MSAD", kAll, 2, 2, false, L""},
     {4, L"mse", L"MSE", kAll, 2, 2, false, L""},
-};
-
-/// Behind the built-in metrics, for machines with a card.
-const std::vector<BuiltIn> kGpuMetrics = {
     {11, L"ssim_cuda", L"SSIM (CUDA)", kY, 2, 2, true, L""},
     {16, L"msssim_cuda", L"MSSSIM (CUDA)", kY, 2, 2, true, L""},
     {13, L"3ssim_cuda", L"3SSIM (CUDA)", kY, 2, 2, true, L""},
 };
+constexpr int kHostMetrics = 16;  // the others are for machines with a card alone
 
-/// A machine that says that it has so many devices; they are the host. An answer of -1: it can't tell.
-struct StubbedDevices : Gpu::HostRuntime {
-    explicit StubbedDevices(int devices) : answer(devices) {}
-
-    Gpu::Status GetDeviceCount(int& count) override {
-        count = answer;
-        return answer < 0 ? 100 : Gpu::kSuccess;
-    }
-    Gpu::Status GetMultiProcessorCount(int device, int& count) override {
-        count = 10 - device;
-        return Gpu::kSuccess;
-    }
-
-    int answer;
-};
-
-void ExpectMetrics(const CMetricList& list, int index, const std::vector<BuiltIn>& expected, bool needsGpu) {
-    ASSERT_GE(list.GetCount(), index + static_cast<int>(expected.size()));
-    for (const auto& c : expected) {
-        SCOPED_TRACE(testing::Message() << c.id);
-        EXPECT_EQ(c.kind, list.Info(index).kind);
-        EXPECT_EQ(c.id, list.GetId(index));
-        EXPECT_EQ(c.name, list.GetName(index));
-        EXPECT_EQ(c.components, list.GetComponents(index));
-        EXPECT_EQ(c.inputsPlain, list.GetInputCount(index, false));
-        EXPECT_EQ(c.inputsVisual, list.GetInputCount(index, true));
-        EXPECT_EQ(c.higherIsBetter, list.IsHigherBetter(index));
-        EXPECT_EQ(c.unit, list.GetUnit(index));
-        EXPECT_FALSE(list.IsConfigurable(index));
-        EXPECT_EQ(needsGpu, list.NeedsGpu(index));
-        EXPECT_EQ(L"", list.Info(index).pluginPath);
-        MetricParameters parameters;
-        parameters.width = parameters.height = 8;
-        const auto instance = list.CreateInstance(index, parameters);
-        ASSERT_NE(nullptr, instance);
-        EXPECT_EQ(c.id, instance->GetId());
-        ++index;
-    }
-}
-
-void ExpectPluginsOnly(const CMetricList& list, std::size_t index) {
-    for (int i = static_cast<int>(index); i < list.GetCount(); ++i)
-        EXPECT_EQ(kPluginKind, list.Info(i).kind) << i;
-}
-
-TEST(MetricList, MetricsStandInTheirOrder) {
-    for (const int devices : {-1, 0, 1, 2}) {
-        SCOPED_TRACE(devices);
-        StubbedDevices stubbed(devices);
-        const auto list = MakeMetricList(devices == 0 ? nullptr : &stubbed);
-        ExpectMetrics(*list, 0, kBuiltIns, false);
+TEST(MetricList, MetricsStandInTheirOrderAndPluginsLast) {
+    for (const int devices : {-1, 0, 1, 2}) {  // -1: the machine can't tell
+        Gpu::StubRuntime runtime(devices == 2 ? std::vector{10, 9} : std::vector{10});
+        if (devices < 0) runtime.failingName = "GetDeviceCount";
+        const auto list = MakeMetricList(devices == 0 ? nullptr : &runtime);
         EXPECT_EQ(devices > 0, list->HasGpu());
-        const std::size_t behind = devices > 0 ? kGpuMetrics.size() : 0;
-        if (devices > 0) ExpectMetrics(*list, static_cast<int>(kBuiltIns.size()), kGpuMetrics, true);
-        ExpectPluginsOnly(*list, kBuiltIns.size() + behind);
-    }
-}
-
-TEST(MetricList, PluginsComeLastAndIdsAndKindsAreUnique) {
-    CMetricList& list = GetMetricList();
-    EXPECT_EQ(&list, &GetMetricList());
-    int pluginIndex = 0;
-    ASSERT_TRUE(list.FindById(L"roi_psnr", pluginIndex)) << "from plugins beside this program";
-    std::set<std::wstring> ids;
-    std::set<int> kinds;
-    for (int index = 0; index < list.GetCount(); ++index) {
-        EXPECT_TRUE(ids.insert(list.GetId(index)).second) << index;
-        const bool isPlugin = list.Info(index).kind == kPluginKind;
-        EXPECT_TRUE(isPlugin || kinds.insert(list.Info(index).kind).second) << index;
-        EXPECT_TRUE(isPlugin || index < pluginIndex);
+        const int builtIn = devices > 0 ? static_cast<int>(kMetrics.size()) : kHostMetrics;
+        ASSERT_GT(list->GetCount(), builtIn) << "a plug-in stands beside this program";
+        std::set<std::wstring> ids;
+        std::set<int> kinds;
+        for (int index = 0; index < list->GetCount(); ++index) {
+            const MetricInfo& info = list->Info(index);
+            SCOPED_TRACE(testing::Message() << devices << " devices, " << info.id);
+            EXPECT_TRUE(ids.insert(info.id).second);
+            EXPECT_EQ(index >= builtIn, info.kind == kPluginKind);
+            if (index >= builtIn) continue;
+            EXPECT_TRUE(kinds.insert(info.kind).second);
+            const Entry& c = kMetrics[static_cast<std::size_t>(index)];
+            EXPECT_EQ(c.kind, info.kind);
+            EXPECT_EQ(c.id, info.id);
+            EXPECT_EQ(c.name, info.name);
+            EXPECT_EQ(c.components, info.components);
+            EXPECT_EQ(c.inputsPlain, list->GetInputCount(index, false));
+            EXPECT_EQ(c.inputsVisual, list->GetInputCount(index, true));
+            EXPECT_EQ(c.higherIsBetter, info.higherIsBetter);
+            EXPECT_EQ(c.unit, info.unit);
+            EXPECT_FALSE(info.configurable);
+            EXPECT_EQ(index >= kHostMetrics, info.needsGpu);
+            EXPECT_EQ(L"", info.pluginPath);
+            MetricParameters parameters;
+            parameters.width = parameters.height = 8;
+            const auto instance = list->CreateInstance(index, parameters);
+            ASSERT_NE(nullptr, instance);
+            EXPECT_EQ(c.id, instance->GetId());
+        }
     }
 }
 

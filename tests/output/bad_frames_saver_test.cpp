@@ -4,13 +4,18 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 
 #include "platform/text.h"
 #include "tests/file_size_limit.h"
+#include "tests/output/results.h"
 #include "tests/temporary_directory.h"
 #include "video/sources/create_source.h"
 
 namespace {
+
+namespace fs = std::filesystem;
+using Names = std::vector<std::string>;
 
 struct RecordingLog : ILog {
     bool Log(const std::wstring& line) override { return lines.push_back(line), true; }
@@ -19,8 +24,7 @@ struct RecordingLog : ILog {
 
 /// Grey clips, and a PSNR of original and processed that gets worse from frame to frame.
 struct BadFrames : testing::Test {
-    static constexpr int kWidth = 96;
-    static constexpr int kHeight = 64;
+    static constexpr int kWidth = 96, kHeight = 64;
 
     /// A clip whose frame n is flat with the luma `first` + n, but for a bright bottom row.
     FileRecord Clip(const std::string& name, int frames, int first) {
@@ -28,25 +32,20 @@ struct BadFrames : testing::Test {
         for (int n = 0; n < frames; ++n)
             bytes += std::string(kWidth * (kHeight - 1), static_cast<char>(first + n)) +
                      std::string(kWidth, '\xEB') + std::string(kWidth * kHeight / 2, '\x80');
-        FileRecord record;
-        std::filesystem::create_directories(std::filesystem::path(temporary.Path(name)).parent_path());
-        record.name = record.sourceName = FromUtf8(temporary.Write(name, bytes));
-        record.width = kWidth;
-        record.height = kHeight;
-        record.yuvType = IYUV;
-        return record;
+        fs::create_directories(fs::path(temporary.Path(name)).parent_path());
+        const std::wstring path = FromUtf8(temporary.Write(name, bytes));
+        return {path, path, false, false, false, 0, L"", kWidth, kHeight, IYUV};
     }
 
     void Measure(const FileRecord& original, const FileRecord& processed) {
-        ResultRecord record;
-        record.files = {original, processed};
-        store.SetResultRecord(5, record);
-        for (int n = 0; n < 12; ++n) store.AddValue(5, n, static_cast<float>(50 - n));
+        AddResult(store, 5,
+                  {L"psnr", {original.name, processed.name}, {12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1}});
         settings.original = original;
         settings.firstProcessed = processed;
         settings.count = 2;
         settings.outputDir = FromUtf8(temporary.Path("out"));
-        std::filesystem::create_directory(temporary.Path("out"));
+        fs::create_directory(temporary.Path("out"));
+        log.lines.clear();
         records = {{original.name, original}, {processed.name, processed}};
     }
 
@@ -56,7 +55,7 @@ struct BadFrames : testing::Test {
         complete = saver.IsComplete();
         names.clear();
         for (const std::wstring& path : saver.GetPaths())
-            names.push_back(std::filesystem::relative(ToUtf8(path), temporary.Path("out")));
+            names.push_back(fs::relative(ToUtf8(path), temporary.Path("out")));
         return selected;
     }
 
@@ -70,18 +69,16 @@ struct BadFrames : testing::Test {
     BadFramesSettings settings;
     RecordingLog log;
     bool complete = false;
-    std::vector<std::string> names;
+    Names names;
 };
 
 }  // namespace
 
 TEST_F(BadFrames, APictureForEachFrameAndFile) {
     Measure(Clip("orig.y", 12, 16), Clip("proc.y", 12, 116));
-    EXPECT_EQ((std::vector<int>{11, 10}), Save());
+    EXPECT_EQ((std::vector{11, 10}), Save());
     EXPECT_TRUE(complete);
-    EXPECT_EQ(
-        (std::vector<std::string>{"orig_fr_00.bmp", "proc_fr_00.bmp", "orig_fr_01.bmp", "proc_fr_01.bmp"}),
-        names);
+    EXPECT_EQ((Names{"orig_fr_00.bmp", "proc_fr_00.bmp", "orig_fr_01.bmp", "proc_fr_01.bmp"}), names);
     EXPECT_TRUE(log.lines.empty());
 
     // Frame 10 of the second file: 1.164 * (126 - 16) = 128.04, its last row 1.164 * (235 - 16) = 254.9.
@@ -99,71 +96,48 @@ TEST_F(BadFrames, NothingIsWrittenOver) {
     // Equal names, and an original that has the name of a picture.
     const FileRecord original = Clip("out/clip_fr_00.bmp", 12, 16);
     Measure(original, Clip("b/clip.y", 12, 116));
-    ResultRecord record;
-    record.files = {original, Clip("c/clip.y", 12, 16)};
-    store.SetResultRecord(6, record);
-    for (int n = 0; n < 12; ++n) store.AddValue(6, n, 50);
-    settings.secondProcessed = record.files[1];
-    records.emplace(record.files[1].name, record.files[1]);
+    const FileRecord second = settings.secondProcessed = Clip("c/clip.y", 12, 16);
+    AddResult(store, 6, {L"psnr", {original.name, second.name}, std::vector<float>(12, 50)});
+    records.emplace(second.name, second);
     settings.count = 1;
     const std::string before = ReadWhole(temporary.Path("out/clip_fr_00.bmp"));
 
     Save();
     EXPECT_TRUE(complete);
     EXPECT_EQ(before, ReadWhole(temporary.Path("out/clip_fr_00.bmp")));
-    EXPECT_EQ((std::vector<std::string>{"clip_fr_00_fr_00.bmp", "clip_2_fr_00.bmp", "clip_3_fr_00.bmp"}),
-              names);
-    EXPECT_EQ(
-        (std::vector<std::wstring>{
-            L"Bad frames of " + Quoted("b/clip.y") + L" are saved as \"clip_2\", its own name is taken",
-            L"Bad frames of " + Quoted("c/clip.y") + L" are saved as \"clip_3\", its own name is taken"}),
-        log.lines);
-}
-
-TEST_F(BadFrames, WhatCantBeHadIsLeftOut) {
-    const FileRecord original = Clip("orig.y", 12, 16);
-    const FileRecord processed = Clip("proc.y", 12, 116);
-    const struct {
-        const char* what;
-        std::function<void()> damage;
-        std::wstring line;
-        std::size_t saved;
-    } kCases[] = {
-        {"a file that is gone", [&] { std::filesystem::remove(temporary.Path("proc.y")); },
-         L"Failed to open file " + Quoted("proc.y"), 2},
-        {"a file that got shorter", [&] { Clip("proc.y", 11, 116); },
-         L"Failed to read frame 11 from " + Quoted("proc.y"), 3},
-        {"no directory",
-         [&] {
-             Clip("proc.y", 12, 116);
-             std::filesystem::remove_all(temporary.Path("out"));
-         },
-         L"Failed to write " + Quoted("out/orig_fr_00.bmp"), 0},
+    EXPECT_EQ((Names{"clip_fr_00_fr_00.bmp", "clip_2_fr_00.bmp", "clip_3_fr_00.bmp"}), names);
+    const auto line = [&](const char* file, const wchar_t* name) {
+        return L"Bad frames of " + Quoted(file) + L" are saved as \"" + name + L"\", its own name is taken";
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        Measure(original, processed);
-        store = {};
-        Measure(original, processed);
-        log.lines.clear();
-        c.damage();
-        EXPECT_EQ((std::vector<int>{11, 10}), Save());
-        EXPECT_FALSE(complete);
-        EXPECT_EQ(c.saved, names.size());
-        ASSERT_FALSE(log.lines.empty());
-        EXPECT_EQ(c.line, log.lines[0]);
-        EXPECT_EQ(c.saved == 0 ? 2u : 1u, log.lines.size()) << "a line for each file";
-    }
+    EXPECT_EQ((std::vector{line("b/clip.y", L"clip_2"), line("c/clip.y", L"clip_3")}), log.lines);
 }
 
-TEST_F(BadFrames, AFullDiskLeavesThePicturesOfAnEarlierRun) {
-    Measure(Clip("orig.y", 12, 16), Clip("proc.y", 12, 116));
-    Save();
-    const std::string before = ReadWhole(temporary.Path("out/proc_fr_00.bmp"));
-    const FileSizeLimit limit(1000);
-    Save();
-    EXPECT_FALSE(complete);
-    EXPECT_TRUE(names.empty());
-    EXPECT_EQ(before, ReadWhole(temporary.Path("out/proc_fr_00.bmp")));
-    EXPECT_FALSE(std::filesystem::exists(temporary.Path("out/proc_fr_00.bmp.part.bmp")));
+TEST_F(BadFrames, WhatCantBeHadIsLeftOutAndThePicturesOfAnEarlierRunStay) {
+    const std::string out = temporary.Path("out"), picture = temporary.Path("out/proc_fr_00.bmp");
+    std::optional<FileSizeLimit> fullDisk;
+    const std::wstring noWrite = L"Failed to write " + Quoted("out/orig_fr_00.bmp");
+    const std::wstring noFile = L"Failed to open file " + Quoted("proc.y");
+    const std::wstring noFrame = L"Failed to read frame 11 from " + Quoted("proc.y");
+    const std::tuple<std::function<void()>, std::wstring, std::size_t, std::size_t> kCases[] = {
+        {[&] { fs::remove(temporary.Path("proc.y")); }, noFile, 2, 1},
+        {[&] { Clip("proc.y", 11, 116); }, noFrame, 3, 1},
+        {[&] { fullDisk.emplace(1000); }, noWrite, 0, 2},
+        {[&] { fs::remove_all(out); }, noWrite, 0, 2},
+    };
+    for (const auto& [damage, line, saved, lines] : kCases) {
+        SCOPED_TRACE(ToUtf8(line));
+        store = {};
+        Measure(Clip("orig.y", 12, 16), Clip("proc.y", 12, 116));
+        Save();
+        const std::string before = ReadWhole(picture);
+        damage();
+        EXPECT_EQ((std::vector{11, 10}), Save());
+        fullDisk.reset();
+        EXPECT_FALSE(complete);
+        EXPECT_EQ(saved, names.size());
+        ASSERT_EQ(lines, log.lines.size()) << "one for each file";
+        EXPECT_EQ(line, log.lines[0]);
+        EXPECT_TRUE(!fs::exists(out) || before == ReadWhole(picture));
+        EXPECT_FALSE(fs::exists(picture + ".part.bmp"));
+    }
 }

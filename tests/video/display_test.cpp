@@ -1,11 +1,11 @@
 #include "video/display.h"
 
-#include "video/layout_list.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
-#include <vector>
+
+#include "tests/video/packed_frame.h"
+#include "video/display_picture.h"
 
 namespace {
 
@@ -13,10 +13,7 @@ using Bgr = std::array<int, 3>;
 
 // Expected values from a few lines of Python on its doubles.
 TEST(Display, Matrices) {
-    const struct {
-        int matrix, y, u, v;
-        Bgr bgr;
-    } kCases[] = {
+    const std::tuple<int, std::uint8_t, std::uint8_t, std::uint8_t, Bgr> kCases[] = {
         {0, 16, 128, 128, {0, 0, 0}},        {0, 235, 128, 128, {254, 254, 254}},  // 254.916 is cut
         {0, 255, 128, 128, {255, 255, 255}}, {0, 100, 200, 50, {243, 133, 0}},
         {0, 60, 0, 0, {0, 205, 0}},          {0, 81, 90, 240, {0, 0, 254}},
@@ -25,45 +22,40 @@ TEST(Display, Matrices) {
     };
     // Two rows of two pixels, rows of planes 3 apart, of pixels 8: the wanted pixel is the last, the others
     // are black.
-    for (const auto& c : kCases) {
-        std::vector<std::uint8_t> planes = {0,   0,   9, 0,   0,   9, 128, 128, 9,
-                                            128, 128, 9, 128, 128, 9, 128, 128, 9};
-        planes[4] = static_cast<std::uint8_t>(c.y);
-        planes[10] = static_cast<std::uint8_t>(c.u);
-        planes[16] = static_cast<std::uint8_t>(c.v);
-        std::vector<std::uint8_t> picture(16, 77);
-        rkYuvPlanesToRgb24(planes.data(), picture.data(), 2, 2, 3, 8, c.matrix);
-        SCOPED_TRACE(testing::Message() << c.matrix << ": " << c.y << " " << c.u << " " << c.v);
-        EXPECT_EQ(c.bgr, (Bgr{picture[11], picture[12], picture[13]}));
+    for (const auto& [matrix, y, u, v, bgr] : kCases) {
+        SCOPED_TRACE(testing::Message() << matrix << ": " << testing::PrintToString(bgr));
+        const Bytes planes = {0, 0, 9, 0, y, 9, 128, 128, 9, 128, u, 9, 128, 128, 9, 128, v, 9};
+        Bytes picture(16, 77);
+        rkYuvPlanesToRgb24(planes.data(), picture.data(), 2, 2, 3, 8, matrix);
+        EXPECT_EQ(bgr, (Bgr{picture[11], picture[12], picture[13]}));
         EXPECT_EQ((Bgr{0, 0, 0}), (Bgr{picture[8], picture[9], picture[10]}));
         EXPECT_EQ(77, picture[6]);
         EXPECT_EQ(77, picture[15]);
     }
 }
 
-TEST(LayoutList, TheCurrentLayoutIsFoundAndAnotherGivesTheFirst) {
-    const struct {
-        std::span<const rkLayoutItem> list;
-        int colorSpace, position;
-        const wchar_t* text;
-    } kCases[] = {
-        {rkInternalReaderLayouts(), 6, 0, L"IYUV (I420)"},
-        {rkInternalReaderLayouts(), 3, 5, L"YUY2 (YUYV)"},
-        {rkInternalReaderLayouts(), 22, 12, L"16 bit 4:2:2 yuv"},
-        {rkInternalReaderLayouts(), 28, 18, L"16 bit 4:4:4 rgb"},
-        {rkInternalReaderLayouts(), 15, 0, L"IYUV (I420)"},
-        {rkScriptReaderLayouts(), 7, 3, L"Y"},
-        {rkScriptReaderLayouts(), 15, 5, L"VYUY"},
-        {rkScriptReaderLayouts(), 16, 7, L"YVYU"},
-        {rkScriptReaderLayouts(), 17, 0, L"IYUV (I420)"},
+// Red above, blue below; the first row of the result is the picture's last one. In the full-range matrix red
+// is 76, 84, 255 and blue 29, 255, 107, within rounding.
+TEST(DisplayPicture, StandsUprightInEveryLayout) {
+    const std::pair<int, Bytes> kCases[] = {
+        {RGB24, {255, 0, 0, 0, 0, 0, 255, 0}},
+        {YUV, {76, 29, 84, 255, 255, 107}},
+        {P410_RGB, {0, 0, 0, 0, 0, 0, 0xFF, 3, 0xFF, 3, 0, 0}},
+        {P416, {0, 76, 0, 29, 0, 84, 0, 255, 0, 255, 0, 107}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.colorSpace);
-        const int position = rkLayoutPosition(c.list, c.colorSpace);
-        EXPECT_EQ(c.position, position);
-        EXPECT_STREQ(c.text, c.list[static_cast<std::size_t>(position)].text);
+    rkVideoImage frame, scratch, picture;
+    EXPECT_FALSE(MakeDisplayPicture(frame, 1, scratch, picture));
+    for (const auto& [colorSpace, bytes] : kCases) {
+        SCOPED_TRACE(colorSpace);
+        Load(frame, 1, 2, colorSpace, bytes);
+        ASSERT_TRUE(MakeDisplayPicture(frame, 1, scratch, picture));
+        ASSERT_EQ(RGB24, picture.ColorSpace());
+        const std::uint8_t *lower = picture.Row(0, 0), *upper = picture.Row(0, 1);
+        EXPECT_GT(lower[0], 245);
+        EXPECT_LT(lower[2], 20);
+        EXPECT_GT(upper[2], 200);
+        EXPECT_LT(upper[0], 20);
     }
-    EXPECT_EQ(0, rkLayoutPosition({}, 6));
 }
 
 }  // namespace

@@ -11,8 +11,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-class MemoryStream : public rkIRawDataStream {
-public:
+struct MemoryStream : rkIRawDataStream {
     explicit MemoryStream(const TestStream& encoded, int firstSample = 0)
         : stream(encoded), start(firstSample) {}
 
@@ -70,22 +69,20 @@ struct Case {
 
 /// In open groups pictures that are displayed before a key sample's are stored behind it.
 std::vector<Case> Cases() {
-    return {{"in stored order", "mpeg4", FourCC('F', 'M', 'P', '4'), 0},
-            {"open groups", "mpeg4", FourCC('F', 'M', 'P', '4'), 2},
+    const auto mpeg4 = FourCC('F', 'M', 'P', '4'), h264 = FourCC('H', '2', '6', '4');
+    return {{"in stored order", "mpeg4", mpeg4, 0},
+            {"open groups", "mpeg4", mpeg4, 2},
             {"open groups, MPEG-2", "mpeg2video", FourCC('M', 'P', 'G', '2'), 2},
-            {"a pyramid in closed groups", "libx264", FourCC('H', '2', '6', '4'), 3, "scenecut=0:b-adapt=0"},
-            {"a pyramid in open groups", "libx264", FourCC('H', '2', '6', '4'), 3,
-             "scenecut=0:b-adapt=0:open-gop=1"},
-            {"a pyramid in another code", "libx264", FourCC('H', '2', '6', '4'), 3,
-             "scenecut=0:b-adapt=0:cabac=0"}};
+            {"a pyramid in closed groups", "libx264", h264, 3, "scenecut=0:b-adapt=0"},
+            {"a pyramid in open groups", "libx264", h264, 3, "scenecut=0:b-adapt=0:open-gop=1"},
+            {"a pyramid in another code", "libx264", h264, 3, "scenecut=0:b-adapt=0:cabac=0"}};
 }
 
-class Frames {
-public:
-    Frames(MemoryStream& stream, const Case& sound)
-        : decoder(sound.stream, Surface::YV12),
+struct Frames {
+    Frames(MemoryStream& stream, const TestStream& sound)
+        : decoder(sound, Surface::YV12),
           frames(VideoSamples(stream, true), decoder.handle,
-                 {sound.stream.format, {decoder.Output().data, decoder.Output().data + kBitmapFormatBytes}},
+                 {sound.format, {decoder.Output().data, decoder.Output().data + kBitmapFormatBytes}},
                  kBytes) {}
 
     /// The picture, or nothing and `result`.
@@ -95,51 +92,44 @@ public:
         return result == FrameResult::Ok ? picture : Bytes();
     }
     FrameResult result = FrameResult::Ok;
-
-private:
     static constexpr std::size_t kBytes = 32 * 16 * 3 / 2;
     TestDecoder decoder;
     DecompressedFrames frames;
 };
 
 /// Expects the pictures in order, each alone, and shuffled.
-void ExpectPictures(MemoryStream& stream, const Case& sound, const std::vector<Bytes>& pictures) {
-    Frames inOrder(stream, sound), shuffled(stream, sound);
+void ExpectPictures(MemoryStream& stream, const TestStream& sound, const std::vector<Bytes>& pictures) {
     std::vector<int> order(pictures.size());
     std::iota(order.begin(), order.end(), 0);
-    for (const int i : order) {
-        const Bytes& picture = pictures[static_cast<std::size_t>(i)];
-        EXPECT_TRUE(picture == inOrder.Read(stream.start + i)) << i;
-        EXPECT_TRUE(picture == Frames(stream, sound).Read(stream.start + i)) << i << " alone";
+    for (const bool isShuffled : {false, true}) {
+        Frames frames(stream, sound);
+        for (const int i : order) {
+            const Bytes& picture = pictures[static_cast<std::size_t>(i)];
+            EXPECT_TRUE(picture == frames.Read(stream.start + i)) << i << (isShuffled ? " shuffled" : "");
+            EXPECT_TRUE(isShuffled || picture == Frames(stream, sound).Read(stream.start + i))
+                << i << " alone";
+        }
+        std::shuffle(order.begin(), order.end(), std::mt19937(1));
     }
-    std::shuffle(order.begin(), order.end(), std::mt19937(1));
-    for (const int i : order)
-        EXPECT_TRUE(pictures[static_cast<std::size_t>(i)] == shuffled.Read(stream.start + i))
-            << i << " shuffled";
 }
 
-TEST(DecompressedFrames, AnyOrderGivesThePicturesByTheirTimes) {
+TEST(DecompressedFrames, AnyOrderGivesThePicturesByTheirTimesAndRepeats) {
     for (const Case& c : Cases()) {
         SCOPED_TRACE(c.what);
         ASSERT_EQ(Case::kFrames, static_cast<int>(c.pictures.size())) << "the encoder is missing";
         MemoryStream stream(c.stream, 5);
-        ExpectPictures(stream, c, c.pictures);
-    }
-}
+        ExpectPictures(stream, c.stream, c.pictures);
 
-TEST(DecompressedFrames, EmptySamplesRepeatThePictureBefore) {
-    for (const Case& c : Cases()) {
-        SCOPED_TRACE(c.what);
-        MemoryStream stream(c.stream);
+        // An empty sample repeats the picture before.
+        stream.start = 0;
         std::vector<Bytes> pictures = c.pictures;
         for (const std::size_t at : {50u, 30u, 7u}) {  // behind the last, and 14 where they hide a key sample
             const std::size_t count = at == 30 ? 14 : 1;
-            auto& samples = stream.stream.samples;
-            samples.insert(samples.begin() + static_cast<std::ptrdiff_t>(at), count, {});
-            pictures.insert(pictures.begin() + static_cast<std::ptrdiff_t>(at), count,
-                            Bytes(pictures[at - 1]));
+            const auto offset = static_cast<std::ptrdiff_t>(at);
+            stream.stream.samples.insert(stream.stream.samples.begin() + offset, count, {});
+            pictures.insert(pictures.begin() + offset, count, Bytes(pictures[at - 1]));
         }
-        ExpectPictures(stream, c, pictures);
+        ExpectPictures(stream, c.stream, pictures);
     }
 }
 
@@ -158,14 +148,14 @@ TEST(DecompressedFrames, DamageNeverShowsAnotherPicture) {
             } else {
                 bytes = Bytes(40);
             }
-            Frames inOrder(stream, c);
+            Frames inOrder(stream, c.stream);
             for (int i = 0; i < Case::kFrames; ++i) {
-                const Bytes sequential = inOrder.Read(i);
-                const Bytes alone = i % 8 == sample % 8 ? Frames(stream, c).Read(i) : sequential;
-                for (const Bytes& read : {sequential, alone}) {
-                    const bool mustBeRight = std::abs(i - sample) > kFar || !read.empty();
-                    EXPECT_TRUE(!mustBeRight || read == c.pictures[static_cast<std::size_t>(i)]) << i;
-                }
+                const Bytes inTurn = inOrder.Read(i);
+                const Bytes alone = i % 8 == sample % 8 ? Frames(stream, c.stream).Read(i) : inTurn;
+                for (const Bytes& read : {inTurn, alone})
+                    EXPECT_TRUE((read.empty() && std::abs(i - sample) <= kFar) ||
+                                read == c.pictures[static_cast<std::size_t>(i)])
+                        << i;
             }
         }
     }
@@ -173,19 +163,12 @@ TEST(DecompressedFrames, DamageNeverShowsAnotherPicture) {
 
 TEST(DecompressedFrames, WithoutReferencesPicturesBeforeTheFirstKeySampleAreSound) {
     TestStream encoded = MakeStream("mjpeg", AV_PIX_FMT_YUVJ420P, FourCC('M', 'J', 'P', 'G'), 6);
-    std::vector<Turn> turns = TestDecoder(encoded, Surface::YV12).Run();
+    const std::vector<Turn> turns = TestDecoder(encoded, Surface::YV12).Run();
     for (int i = 0; i < 6; ++i) encoded.samples[static_cast<std::size_t>(i)].isKey = i == 4;
     MemoryStream stream(encoded, 5);
-    TestDecoder decoder(encoded, Surface::YV12);
-    const FormatView output = decoder.Output();
-    DecompressedFrames frames(VideoSamples(stream, true), decoder.handle,
-                              {encoded.format, {output.data, output.data + kBitmapFormatBytes}},
-                              turns[0].picture.size());
-    for (const int i : {0, 3, 1, 5, 2, 4}) {
-        Bytes picture(turns[0].picture.size());
-        EXPECT_EQ(FrameResult::Ok, frames.Read(stream.start + i, picture.data())) << i;
-        EXPECT_EQ(turns[static_cast<std::size_t>(i)].picture, picture) << i;
-    }
+    Frames frames(stream, encoded);
+    for (const int i : {0, 3, 1, 5, 2, 4})
+        EXPECT_EQ(turns[static_cast<std::size_t>(i)].picture, frames.Read(stream.start + i)) << i;
 }
 
 TEST(DecompressedFrames, ALongStillIsReadInTimeThatGrowsWithItsLength) {
@@ -195,7 +178,7 @@ TEST(DecompressedFrames, ALongStillIsReadInTimeThatGrowsWithItsLength) {
     auto& samples = stream.stream.samples;
     samples.resize(2);
     samples.insert(samples.begin() + 1, kRepeats, {});
-    Frames frames(stream, c);
+    Frames frames(stream, c.stream);
     for (int i = 0; i <= kRepeats; ++i) ASSERT_EQ(c.pictures[0], frames.Read(i)) << i;
     EXPECT_EQ(c.pictures[1], frames.Read(kRepeats + 1));
     EXPECT_EQ(c.pictures[0], frames.Read(kRepeats / 2));
@@ -209,7 +192,7 @@ TEST(DecompressedFrames, NothingBeforeTheFirstKeySampleOrBehindDamageUpToTheNext
     samples.erase(samples.begin());  // and frame i is picture i + 1
     samples[13].bytes = Bytes(40);
     stream.unreadable = 24;
-    Frames frames(stream, c);
+    Frames frames(stream, c.stream);
     for (int i = 0; i + 1 < Case::kFrames; ++i) {
         const bool isFailed = i < 11 || (i >= 13 && i < 23), isUnreadable = i >= 24 && i < 35;
         const Bytes& picture = c.pictures[static_cast<std::size_t>(i) + 1];
@@ -220,7 +203,7 @@ TEST(DecompressedFrames, NothingBeforeTheFirstKeySampleOrBehindDamageUpToTheNext
 
     MemoryStream unmarked(c.stream);
     for (auto& sample : unmarked.stream.samples) sample.isKey = false;
-    EXPECT_EQ(c.pictures[13], Frames(unmarked, c).Read(13)) << "no sample is marked";
+    EXPECT_EQ(c.pictures[13], Frames(unmarked, c.stream).Read(13)) << "no sample is marked";
 }
 
 }  // namespace

@@ -74,9 +74,9 @@ inline std::string Idx1Entry(const std::string& id, std::uint64_t offset, std::u
 }
 
 /// The bytes of an `indx` or `ix##` chunk; `type` is 0 for an index of indexes and 1 for one of chunks.
-inline std::string Index(int wordsPerEntry, int type, std::uint64_t entryCount, const std::string& id,
-                         std::uint64_t base, const std::string& entries) {
-    return Number(wordsPerEntry, 2) + Number(0, 1) + Number(type, 1) + Word(entryCount) + id +
+inline std::string Index(int wordsPerEntry, int type, std::uint64_t count, std::uint64_t base,
+                         const std::string& entries) {
+    return Number(wordsPerEntry, 2) + Number(0, 1) + Number(type, 1) + Word(count) + "00dc" +
            Number(base, 8) + Word(0) + entries;
 }
 
@@ -87,14 +87,12 @@ inline std::string SuperIndexEntry(std::uint64_t offset) {
 constexpr std::uint64_t kNoKey = 1u << 31;  // in the size of an entry of an index of chunks
 
 /// A whole file of one stream with an `idx1` whose offsets count from the type of the `movi` list. An empty
-/// sample is a dropped frame. Every `keyDistance`-th sample is a key frame.
-inline std::string AviFile(StreamFields fields, const std::vector<std::string>& samples,
-                           int keyDistance = 1) {
+/// sample is a dropped frame.
+inline std::string AviBytes(StreamFields fields, const std::vector<std::string>& samples) {
     std::string movi, index;
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const bool key = i % static_cast<std::size_t>(keyDistance) == 0;
-        index += Idx1Entry("00dc", 4 + movi.size(), samples[i].size(), key);
-        movi += Chunk("00dc", samples[i]);
+    for (const std::string& sample : samples) {
+        index += Idx1Entry("00dc", 4 + movi.size(), sample.size());
+        movi += Chunk("00dc", sample);
     }
     fields.length = static_cast<unsigned>(samples.size());
     const int frames = static_cast<int>(samples.size());

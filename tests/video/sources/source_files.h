@@ -36,9 +36,10 @@ inline std::string ReadBytes(rkIVideoSource& source, int frame = -1) {
     return (frame < 0 ? source.ReadNextFrame(buffer) : source.ReadFrame(buffer, frame)) == 0 ? content : "";
 }
 
-inline std::wstring ErrorText(rkIVideoSource& source, int code) {
+/// Of a source or a writer.
+std::wstring ErrorText(auto& stream, int code) {
     wchar_t text[300] = L"";
-    source.GetErrorText(code, text, 300);
+    stream.GetErrorText(code, text, 300);
     return text;
 }
 
