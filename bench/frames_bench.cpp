@@ -1,6 +1,7 @@
 /// The way of a frame to a metric's plane: every component from each kind of layout, and PSNR, which needs no
 /// plane. "bytes_per_second" counts the frame's bytes that are looked at and the floats of one plane.
 
+#include "bench/register.h"
 #include "bench/scene.h"
 #include "metric/convert_frame.h"
 #include "metric/metric_image.h"
@@ -93,19 +94,12 @@ int main(int argc, char** argv) {
                     std::string(layoutName) + " to " + Narrow(ComponentName(component)) + "/" + size;
                 for (const auto& [what, run] :
                      {std::pair("frames/", &ConvertCase), {"frames/PSNR ", &PsnrCase}})
-                    benchmark::RegisterBenchmark(
-                        (what + name).c_str(),
-                        [=, run = run, layout = layout, width = width, height = height](
-                            benchmark::State& state) { run(state, layout, component, width, height); })
-                        ->ArgName("threads")
-                        ->Arg(1)
-                        ->Arg(2)
-                        ->Unit(benchmark::kMillisecond)
-                        ->UseRealTime();
+                    RegisterOnThreads(what + name, [=, run = run, layout = layout, width = width,
+                                                    height = height](benchmark::State& state) {
+                        run(state, layout, component, width, height);
+                    });
             }
         }
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
+    return RunRegistered(argc, argv);
 }

@@ -45,6 +45,7 @@ HWY_AFTER_NAMESPACE();
 #include <utility>
 #include <vector>
 
+#include "bench/register.h"
 #include "bench/scene.h"
 
 namespace Limits {
@@ -120,17 +121,9 @@ int main(int argc, char** argv) {
             const std::string what =
                 std::string("limits/") + name + "/" + std::to_string(width) + "x" + std::to_string(height);
             const std::int64_t pixels = std::int64_t{width} * height;
-            benchmark::RegisterBenchmark(what.c_str(),
-                                         [run = run, pixels](benchmark::State& state) { run(state, pixels); })
-                ->ArgName("threads")
-                ->Arg(1)
-                ->Arg(2)
-                ->Unit(benchmark::kMillisecond)
-                ->UseRealTime();
+            RegisterOnThreads(what, [run = run, pixels](benchmark::State& state) { run(state, pixels); });
         }
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
+    return RunRegistered(argc, argv);
 }
 #endif

@@ -1,6 +1,6 @@
 /// Every metric on frames of a drifting scene: sizes, bytes and samples of 10 bits, 1 and 2 threads, with and
-/// without a painted picture. Planes are made before the clock starts; what making them takes, frames_bench
-/// tells. "items_per_second" counts frames, "bytes_per_second" the samples of both.
+/// without a painted picture. The planes that a metric reads are made before the clock starts; what making
+/// them takes, frames_bench tells. "items_per_second" counts frames, "bytes_per_second" the samples of both.
 
 #include <benchmark/benchmark.h>
 #include <omp.h>
@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "bench/register.h"
 #include "bench/scene.h"
 #include "metrics/blocking.h"
 #include "metrics/blurring.h"
@@ -102,18 +103,10 @@ int main(int argc, char** argv) {
                                              "x" + std::to_string(height) +
                                              (isDeep ? "/10 bits" : "/8 bits") + (paints ? "/painted" : "");
                     const Case c = {width, height, isDeep, paints};
-                    benchmark::RegisterBenchmark(what.c_str(),
-                                                 [run = run, c](benchmark::State& state) { run(state, c); })
-                        ->ArgName("threads")
-                        ->Arg(1)
-                        ->Arg(2)
-                        ->Unit(benchmark::kMillisecond)
-                        ->UseRealTime();
+                    RegisterOnThreads(what, [run = run, c](benchmark::State& state) { run(state, c); });
                 }
             }
         }
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
+    return RunRegistered(argc, argv);
 }
