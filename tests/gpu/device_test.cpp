@@ -7,7 +7,6 @@
 #include "gpu/ssim_cuda.h"
 #include "gpu/three_ssim_cuda.h"
 #include "tests/gpu/literal.h"
-#include "tests/metrics/pictures.h"
 
 // A card against the host. Where there is none these tests are passed over; scripts/gpu-check is for
 // machines with one and asks for it by TOLVANE_NEEDS_CARD.
@@ -33,8 +32,7 @@ protected:
             Canvas cards(scene.width, scene.height), hosts(scene.width, scene.height);
             const float expected = onHost.MeasureAndVisualize(pictures.Images(), hosts.picture)[0].value;
             const float value = onCard.MeasureAndVisualize(pictures.Images(), cards.picture)[0].value;
-            EXPECT_TRUE(value == expected || (std::isnan(value) && std::isnan(expected)))
-                << value << " " << expected;
+            EXPECT_TRUE(Literal::IsSame(expected, value)) << value << " " << expected;
             EXPECT_EQ(value, onCard.Measure(pictures.Images())[0].value);
             for (int y = 0; y < scene.height; ++y)
                 for (int x = 0; x < scene.width; ++x)

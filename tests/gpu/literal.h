@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <functional>
-#include <utility>
 #include <vector>
 
-#include "tests/metrics/gauss_windows.h"
+#include "tests/metrics/pictures.h"
+#include "tests/metrics/scenes.h"
 
 // The measures on a GPU by their definition, in plain loops and without a line of what they are made of.
 // Floats are added in the order of the definition, so values are compared bit for bit.
@@ -16,7 +15,7 @@ namespace Metric::Literal {
 
 struct Plane {
     Plane(int columns, int rows)
-        : width(columns), height(rows), cells(static_cast<std::size_t>(columns * rows)) {}
+        : Plane(columns, rows, std::vector<float>(static_cast<std::size_t>(columns * rows))) {}
     Plane(int columns, int rows, std::vector<float> samples)
         : width(columns), height(rows), cells(std::move(samples)) {}
 
@@ -121,28 +120,21 @@ inline float Sum(const std::vector<float>& list) {
     return total;
 }
 
+/// Equal, or both not a number.
+inline bool IsSame(float a, float b) {
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
+
 inline float Mean(const Plane& plane) {
     return static_cast<float>(double{Sum(plane.cells)} / static_cast<double>(plane.cells.size()));
 }
-
-/// The pictures of a pair as the metrics see them, continued to multiples of 8.
-struct Pair {
-    explicit Pair(const Scene& scene) : a(Padded(scene)), b(Padded(Distorted(scene))) {}
-
-    Plane a, b;
-
-private:
-    static Plane Padded(const Scene& scene) {
-        return {Scene::RoundUp(scene.width, 8), Scene::RoundUp(scene.height, 8), scene.Padded(8)};
-    }
-};
 
 /// Scenes whose aligned sizes differ from their padded ones in every way.
 inline std::vector<Scene> GpuScenes() {
     std::vector<Scene> scenes = SmallScenes();
     scenes.push_back({"aligned in its width only", 48, 40, Coded});
     scenes.push_back({"a width of 45 blocks of 16", 720, 24, Coded});
-    scenes.push_back({"16 by 16", 16, 16, [](int x, int y) { return Noise(x, y, 256); }});
+    scenes.push_back({"16 by 16", 16, 16, FullNoise});
     return scenes;
 }
 

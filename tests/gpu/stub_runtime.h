@@ -3,6 +3,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "gpu/host_runtime.h"
@@ -12,9 +13,9 @@ namespace Gpu {
 /// The host as a machine with devices of the given numbers of multiprocessors; its memory is garbage at
 /// first. One call can be made to fail, and so does one from a thread whose current device isn't the chosen
 /// one.
-class StubRuntime : public HostRuntime {
+class StubRuntime : public GpuRuntime {
 public:
-    static constexpr Status kFailure = 2;
+    using Host = HostRuntime;
 
     explicit StubRuntime(std::vector<int> multiProcessorCounts = {1})
         : multiProcessors(std::move(multiProcessorCounts)) {
@@ -34,71 +35,53 @@ public:
         return Turn("SetDevice");
     }
     Status LoadKernels() override { return Turn("LoadKernels"); }
+    const char* GetErrorString(Status status) override { return host.GetErrorString(status); }
+
     Status Malloc(void*& buffer, std::size_t bytes) override {
-        const Status status = OnDevice("Malloc", [&] { return HostRuntime::Malloc(buffer, bytes); });
+        const Status status = On("Malloc", &Host::Malloc, buffer, bytes);
         if (status == kSuccess) std::memset(buffer, 0xFF, bytes);  // not a number
         return status;
     }
-    Status Free(void* buffer) override {
-        return OnDevice("Free", [&] { return HostRuntime::Free(buffer); });
-    }
+    Status Free(void* buffer) override { return On("Free", &Host::Free, buffer); }
     Status HostAlloc(void*& block, std::size_t bytes, bool writeCombined) override {
-        return OnDevice("HostAlloc", [&] { return HostRuntime::HostAlloc(block, bytes, writeCombined); });
+        return On("HostAlloc", &Host::HostAlloc, block, bytes, writeCombined);
     }
-    Status FreeHost(void* block) override {
-        return OnDevice("FreeHost", [&] { return HostRuntime::FreeHost(block); });
+    Status FreeHost(void* block) override { return On("FreeHost", &Host::FreeHost, block); }
+    Status MallocArray(ArrayHandle& array, int channels, int w, int h) override {
+        return On("MallocArray", &Host::MallocArray, array, channels, w, h);
     }
-    Status MallocArray(ArrayHandle& array, int channels, int width, int height) override {
-        return OnDevice("MallocArray",
-                        [&] { return HostRuntime::MallocArray(array, channels, width, height); });
-    }
-    Status FreeArray(ArrayHandle array) override {
-        return OnDevice("FreeArray", [&] { return HostRuntime::FreeArray(array); });
-    }
+    Status FreeArray(ArrayHandle array) override { return On("FreeArray", &Host::FreeArray, array); }
     Status CreateTexture(Texture& texture, ArrayHandle array, TextureFilter filter) override {
-        return OnDevice("CreateTexture", [&] { return HostRuntime::CreateTexture(texture, array, filter); });
+        return On("CreateTexture", &Host::CreateTexture, texture, array, filter);
     }
-    Status CreateBufferTexture(Texture& texture, const float* buffer, int width, int height,
-                               std::size_t pitchBytes) override {
-        return OnDevice("CreateBufferTexture", [&] {
-            return HostRuntime::CreateBufferTexture(texture, buffer, width, height, pitchBytes);
-        });
+    Status CreateBufferTexture(Texture& t, const float* buffer, int w, int h, std::size_t pitch) override {
+        return On("CreateBufferTexture", &Host::CreateBufferTexture, t, buffer, w, h, pitch);
     }
-    Status DestroyTexture(Texture texture) override {
-        return OnDevice("DestroyTexture", [&] { return HostRuntime::DestroyTexture(texture); });
-    }
+    Status DestroyTexture(Texture t) override { return On("DestroyTexture", &Host::DestroyTexture, t); }
     Status Memcpy(void* to, const void* from, std::size_t bytes) override {
-        return OnDevice("Memcpy", [&] { return HostRuntime::Memcpy(to, from, bytes); });
+        return On("Memcpy", &Host::Memcpy, to, from, bytes);
     }
-    Status MemcpyAsync(void* to, const void* from, std::size_t bytes, StreamHandle stream) override {
-        return OnDevice("MemcpyAsync", [&] { return HostRuntime::MemcpyAsync(to, from, bytes, stream); });
+    Status MemcpyAsync(void* to, const void* from, std::size_t bytes, StreamHandle s) override {
+        return On("MemcpyAsync", &Host::MemcpyAsync, to, from, bytes, s);
     }
-    Status Memcpy2D(void* to, std::size_t toPitchBytes, const void* from, std::size_t fromPitchBytes,
-                    std::size_t widthBytes, int height) override {
-        return OnDevice("Memcpy2D", [&] {
-            return HostRuntime::Memcpy2D(to, toPitchBytes, from, fromPitchBytes, widthBytes, height);
-        });
+    Status Memcpy2D(void* to, std::size_t toPitch, const void* from, std::size_t pitch, std::size_t w,
+                    int h) override {
+        return On("Memcpy2D", &Host::Memcpy2D, to, toPitch, from, pitch, w, h);
     }
-    Status Memcpy2DToArrayAsync(ArrayHandle array, const void* from, std::size_t fromPitchBytes,
-                                std::size_t widthBytes, int height, StreamHandle stream) override {
-        return OnDevice("Memcpy2DToArrayAsync", [&] {
-            return HostRuntime::Memcpy2DToArrayAsync(array, from, fromPitchBytes, widthBytes, height, stream);
-        });
+    Status Memcpy2DToArrayAsync(ArrayHandle to, const void* from, std::size_t pitch, std::size_t w, int h,
+                                StreamHandle s) override {
+        return On("Memcpy2DToArrayAsync", &Host::Memcpy2DToArrayAsync, to, from, pitch, w, h, s);
     }
-    Status StreamCreate(StreamHandle& stream) override {
-        return OnDevice("StreamCreate", [&] { return HostRuntime::StreamCreate(stream); });
+    Status StreamCreate(StreamHandle& s) override { return On("StreamCreate", &Host::StreamCreate, s); }
+    Status StreamDestroy(StreamHandle s) override { return On("StreamDestroy", &Host::StreamDestroy, s); }
+    Status StreamSynchronize(StreamHandle s) override {
+        return On("StreamSynchronize", &Host::StreamSynchronize, s);
     }
-    Status StreamDestroy(StreamHandle stream) override {
-        return OnDevice("StreamDestroy", [&] { return HostRuntime::StreamDestroy(stream); });
+    Status Launch(const ImageKernel& kernel, const LaunchShape& shape, StreamHandle s) override {
+        return On("Launch", &Host::Launch, kernel, shape, s);
     }
-    Status StreamSynchronize(StreamHandle stream) override {
-        return OnDevice("StreamSynchronize", [&] { return HostRuntime::StreamSynchronize(stream); });
-    }
-    Status Launch(const ImageKernel& kernel, const LaunchShape& shape, StreamHandle stream) override {
-        return OnDevice("Launch", [&] { return HostRuntime::Launch(kernel, shape, stream); });
-    }
-    Status LaunchReduction(const Reduction& reduction, StreamHandle stream) override {
-        return OnDevice("LaunchReduction", [&] { return HostRuntime::LaunchReduction(reduction, stream); });
+    Status LaunchReduction(const Reduction& reduction, StreamHandle s) override {
+        return On("LaunchReduction", &Host::LaunchReduction, reduction, s);
     }
 
     std::size_t failingCall = std::numeric_limits<std::size_t>::max();
@@ -107,17 +90,20 @@ public:
     int chosen = 0;
 
 private:
+    static constexpr Status kFailure = 2;
+
     Status Turn(const char* name) {
         calls.push_back(name);
         return calls.size() - 1 == failingCall || name == failingName ? kFailure : kSuccess;
     }
 
-    template <class Call>
-    Status OnDevice(const char* name, const Call& call) {
-        const Status status = Turn(name);
-        return status == kSuccess && current == chosen ? call() : kFailure;
+    template <class... Parameters, class... Arguments>
+    Status On(const char* name, Status (Host::*call)(Parameters...), Arguments&&... arguments) {
+        const bool isDone = Turn(name) == kSuccess && current == chosen;
+        return isDone ? (host.*call)(std::forward<Arguments>(arguments)...) : kFailure;
     }
 
+    Host host;
     std::vector<int> multiProcessors;
     static inline thread_local int current = 0;
 };

@@ -24,11 +24,9 @@ public:
         return true;
     }
     void Measure(Metric::IMetricImage**, int, int* ids, float* values, int* resultCount) override {
-        *resultCount = word == L"results" ? number : 1;
-        for (int i = 0; i < std::min(*resultCount, 1000); ++i) {
-            ids[i] = -7;
-            values[i] = std::numeric_limits<float>::quiet_NaN();
-        }
+        *resultCount = Told(L"results", 1);
+        std::fill_n(ids, std::min(*resultCount, 1000), -7);
+        std::fill_n(values, std::min(*resultCount, 1000), std::numeric_limits<float>::quiet_NaN());
         MayThrow();
     }
     void MeasureAndVisualize(Metric::IMetricImage** images, int count, int* ids, float* values,
@@ -36,10 +34,10 @@ public:
         Measure(images, count, ids, values, resultCount);
     }
     void GetResultInfo(int* resultCount, int* ids, int** fileLists, wchar_t** names, bool) override {
-        *resultCount = word == L"results" ? number : 1;
+        *resultCount = Told(L"results", 1);
         for (int i = 0; i < std::min(*resultCount, 1000); ++i) {
             ids[i] = -7;
-            fileLists[i][0] = word == L"files" ? number : 2;
+            fileLists[i][0] = Told(L"files", 2);
             for (int file = 1; file <= std::min(fileLists[i][0], 1000); ++file) fileLists[i][file] = file;
             Write(names[i]);
         }
@@ -50,7 +48,7 @@ public:
     }
     int GetInputCount(bool) override { return MayThrow(), 2; }
     void GetComponents(int* components, int* count) override {
-        *count = word == L"components" ? number : 1;
+        *count = Told(L"components", 1);
         for (int i = 0; i < std::min(*count, 1000); ++i) components[i] = i - 2;
         MayThrow();
     }
@@ -70,9 +68,10 @@ public:
     }
 
 private:
+    /// The number of the settings if they are about `what`, else what is usual.
+    int Told(const wchar_t* what, int usual) const { return word == what ? number : usual; }
     void Write(wchar_t* buffer) const {
-        const int length = word == L"text" ? number : 0;
-        std::wmemset(buffer, L'x', static_cast<std::size_t>(length));
+        std::fill_n(buffer, Told(L"text", 0), L'x');
         if (word != L"text") buffer[0] = 0;
         MayThrow();
     }

@@ -12,31 +12,12 @@ typedef struct Image {
     } * table;
 } Image;
 
+typedef void (*Function)(void); /* cast from and to its own type */
+
 typedef struct Object {
-    const struct Table* table;
+    const Function* table;
     int component, width, height, ids[2], frames;
 } Object;
-
-struct Table {
-    void (*reserved)(void);
-    void (*init)(Object*, int, int, int, int*);
-    void (*measure)(Object*, Image**, int, int*, float*, int*);
-    void (*measureAndVisualize)(Object*, Image**, int, int*, float*, int*, unsigned char*, int);
-    void (*getResultInfo)(Object*, int*, int*, int**, wchar_t**, bool);
-    void (*getAverages)(Object*, int*, float*, int*, bool);
-    int (*getInputCount)(Object*, bool);
-    void (*getComponents)(Object*, int*, int*);
-    void (*getId)(Object*, wchar_t*);
-    void (*getUnit)(Object*, wchar_t*);
-    int (*getBlockWidth)(Object*);
-    int (*getBlockHeight)(Object*);
-    void (*getName)(Object*, wchar_t*);
-    void (*getInfoUrl)(Object*, wchar_t*);
-    bool (*isHigherBetter)(Object*);
-    bool (*isConfigurable)(Object*);
-    bool (*configure)(Object*, const wchar_t*);
-    bool (*getDefaultSettings)(Object*, wchar_t*, int);
-};
 
 static void Init(Object* self, int component, int width, int height, int* resultIdCounter) {
     self->component = component;
@@ -46,8 +27,7 @@ static void Init(Object* self, int component, int width, int height, int* result
     self->ids[1] = (*resultIdCounter)++;
 }
 
-/* Value 0 has a digit for the first sample of each plane of the first image, 1 the sizes of the last image.
- */
+/* Value 0 has a digit for the first sample of each plane of the first image, 1 the last image's sizes. */
 static void Measure(Object* self, Image** images, int imageCount, int* ids, float* values, int* resultCount) {
     Image* last = images[imageCount - 1];
     float place = 1;
@@ -134,26 +114,31 @@ static void NeverCalled(void) {
     abort();
 }
 
-static const struct Table kTable = {
-    NeverCalled,    Init,
-    Measure,        MeasureAndVisualize,
-    GetResultInfo,  GetAverages,
-    GetInputCount,  GetComponents,
-    GetId,          GetUnit,
-    GetBlockWidth,  GetBlockHeight,
-    GetName,        GetInfoUrl,
-    IsHigherBetter, IsConfigurable,
-    Configure,      GetDefaultSettings,
-};
+static const Function kTable[] = {NeverCalled,
+                                  (Function)Init,
+                                  (Function)Measure,
+                                  (Function)MeasureAndVisualize,
+                                  (Function)GetResultInfo,
+                                  (Function)GetAverages,
+                                  (Function)GetInputCount,
+                                  (Function)GetComponents,
+                                  (Function)GetId,
+                                  (Function)GetUnit,
+                                  (Function)GetBlockWidth,
+                                  (Function)GetBlockHeight,
+                                  (Function)GetName,
+                                  (Function)GetInfoUrl,
+                                  (Function)IsHigherBetter,
+                                  (Function)IsConfigurable,
+                                  (Function)Configure,
+                                  (Function)GetDefaultSettings};
 
-void CreateMetric(void** metric);
 void CreateMetric(void** metric) {
     Object* object = calloc(1, sizeof(Object));
-    if (object != NULL) object->table = &kTable;
+    if (object != NULL) object->table = kTable;
     *metric = object;
 }
 
-void ReleaseMetric(void* metric);
 void ReleaseMetric(void* metric) {
     free(metric);
 }

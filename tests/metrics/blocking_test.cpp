@@ -10,20 +10,6 @@
 namespace Metric {
 namespace {
 
-struct Probe : CBlockingMetric {
-    using CBlockingMetric::CBlockingMetric;
-    using CBlockingMetric::GetMap;
-};
-
-void ExpectReference(const Scene& scene, const Reference::BlockingFrame& expected) {
-    const auto image = scene.Image();
-    Probe metric(PictureSize(scene.width, scene.height));
-    Canvas canvas(scene.width, scene.height);
-    EXPECT_EQ(expected.value, metric.Measure({image.get()})[0].value);
-    EXPECT_EQ(expected.value, metric.MeasureAndVisualize({image.get()}, canvas.picture)[0].value);
-    EXPECT_TRUE(std::equal(expected.map.begin(), expected.map.end(), metric.GetMap(ComponentY)));
-}
-
 // The plain loops give the expected bits.
 TEST(Blocking, EqualsReference) {
     for (const Scene& scene : Scenes()) {
@@ -31,7 +17,14 @@ TEST(Blocking, EqualsReference) {
         const std::vector<float> plane = scene.Padded(8);
         const Reference::BlockingFrame expected = Reference::Blocking(
             plane.data(), Scene::RoundUp(scene.width, 8), Scene::RoundUp(scene.height, 8));
-        Kernels::ForEachTargetAndTeam([&] { ExpectReference(scene, expected); });
+        const auto image = scene.Image();
+        Kernels::ForEachTargetAndTeam([&] {
+            Probe<CBlockingMetric> metric(PictureSize(scene.width, scene.height));
+            Canvas canvas(scene.width, scene.height);
+            EXPECT_EQ(expected.value, metric.Measure({image.get()})[0].value);
+            EXPECT_EQ(expected.value, metric.MeasureAndVisualize({image.get()}, canvas.picture)[0].value);
+            EXPECT_TRUE(std::equal(expected.map.begin(), expected.map.end(), metric.GetMap(ComponentY)));
+        });
     }
 }
 
@@ -39,7 +32,7 @@ TEST(Blocking, EqualsReference) {
 // 40. Across a vertical line 255 is the limit in all rows of a block but the last. `shown` is the grey in
 // the first place of a block and in the last one, drawn up to 50 away from its neighbour.
 TEST(Blocking, StepBetweenFlatHalves) {
-    const struct {
+    constexpr struct {
         const char* what;
         bool vertical;
         int position, height;
@@ -57,27 +50,22 @@ TEST(Blocking, StepBetweenFlatHalves) {
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.what);
-        const int width = c.vertical ? 16 : 8;
-        const int height = 24 - width;
-        const auto level = [&](int x, int y) {
+        const int width = c.vertical ? 16 : 8, height = 24 - width;
+        const auto image = BytePicture(width, height, [&](int x, int y) {
             return 100 + ((c.vertical ? x : y) < c.position ? 0 : c.height);
-        };
-        const auto image = BytePicture(width, height, level);
+        });
         CBlockingMetric metric(PictureSize(width, height));
         Canvas canvas(width, height);
         EXPECT_EQ(c.value, metric.MeasureAndVisualize({image.get()}, canvas.picture)[0].value);
         EXPECT_EQ(c.value, metric.GetAverages(true)[0].value);
 
         // The line's cells: columns 7 and 8, or rows 8 and 9.
-        const auto grey = [&](int across, int along) {
-            return (c.vertical ? canvas.Pixel(across, along) : canvas.Pixel(along, across))[0];
-        };
         const int side = c.vertical ? 7 : 8;
-        for (int along : {0, 7}) {
-            EXPECT_EQ(c.shown, grey(side, along));
-            EXPECT_EQ(c.shown, grey(side + 1, along));
-            EXPECT_EQ(0, grey(side - 1, along));
-            EXPECT_EQ(0, grey(side + 2, along));
+        for (int across = side - 1; across <= side + 2; ++across) {
+            for (const int along : {0, 7}) {
+                const auto pixel = c.vertical ? canvas.Pixel(across, along) : canvas.Pixel(along, across);
+                EXPECT_EQ(across == side || across == side + 1 ? c.shown : 0, pixel[0]) << across;
+            }
         }
     }
 }
@@ -90,19 +78,9 @@ TEST(Blocking, OtherProgram) {
                              return static_cast<float>(40 + mosaic + grain) +
                                     static_cast<float>((x + y) % 4) / 4;
                          }};
-    const auto image = scene.Image();
     CBlockingMetric metric(PictureSize(scene.width, scene.height));
-    EXPECT_EQ(155.753311f, metric.Measure({image.get()})[0].value);
-}
-
-TEST(Blocking, TakesOneVideo) {
-    CBlockingMetric metric(PictureSize(8, 8));
-    for (bool visualize : {false, true}) {
-        EXPECT_EQ(1, metric.GetInputCount(visualize));
-        const auto info = metric.GetResultInfo(visualize);
-        ASSERT_EQ(1u, info.size());
-        EXPECT_EQ(std::vector<int>{0}, info[0].files);
-    }
+    EXPECT_EQ(155.753311f, metric.Measure({scene.Image().get()})[0].value);
+    EXPECT_EQ(std::vector<int>{0}, metric.GetResultInfo(true)[0].files);
 }
 
 }  // namespace

@@ -1,24 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
-#include <memory>
-#include <vector>
 
 #include "metrics/delta.h"
 #include "metrics/msad.h"
 #include "metrics/mse.h"
+#include "metrics/psnr.h"
 #include "tests/metrics/pictures.h"
 
 namespace Metric {
 namespace {
-
-template <class DifferenceMetric>
-std::unique_ptr<CMetric> Make(MetricParameters parameters) {
-    return std::make_unique<DifferenceMetric>(std::move(parameters));
-}
 
 const struct {
     const char* name;
@@ -36,12 +29,10 @@ const struct {
 TEST(Difference, NoiseAgainstTheDefinition) {
     constexpr std::array<int, 2> kSizes[] = {{1, 1}, {15, 3}, {16, 1}, {17, 33}, {1920, 1080}};
     for (const auto& [w, h] : kSizes) {
-        const auto first = NoisePicture(w, h, 1);
-        const auto second = NoisePicture(w, h, 2);
+        const auto first = NoisePicture(w, h, 1), second = NoisePicture(w, h, 2);
         for (const auto& m : kMetrics) {
             SCOPED_TRACE(testing::Message() << m.name << " " << w << " by " << h);
-            long double sum = 0;
-            long double magnitude = 0;
+            long double sum = 0, magnitude = 0;
             for (int i = 0; i < w * h; ++i) {
                 const long double term =
                     m.term(static_cast<long double>(first->GetY()[i]) - second->GetY()[i]);
@@ -60,16 +51,21 @@ TEST(Difference, NoiseAgainstTheDefinition) {
             EXPECT_EQ(value / 2, metric->GetAverages(true)[0].value);
             EXPECT_EQ(m.isSigned ? -value : value, metric->Measure({second.get(), first.get()})[0].value);
         }
+
+        // 8-bit differences have an exact sum; the logarithm is rounded to float before it is multiplied.
+        long double squares = 0;
+        for (int i = 0; i < w * h; ++i)
+            squares += std::pow(static_cast<long double>(first->GetY()[i]) - second->GetY()[i], 2);
+        const auto psnr = static_cast<double>(10 * std::log10(255.0L * 255 * w * h / squares));
+        EXPECT_NEAR(psnr, MeasureOnce<CPSNRMetric>(*first, *second), 2e-7 * std::abs(psnr));
     }
 }
 
 // A constant adds up with the same rounding in row after row, the worst case for a float sum: without the
 // carried excess the mean is off by 1e-4 and more here.
 TEST(Difference, LargeFlatFrame) {
-    constexpr int kWidth = 16;
-    constexpr int kHeight = 100000;
-    CMetricImage first(kWidth, kHeight);
-    CMetricImage second(kWidth, kHeight);
+    constexpr int kWidth = 16, kHeight = 100000;
+    CMetricImage first(kWidth, kHeight), second(kWidth, kHeight);
     std::fill_n(first.GetU(), kWidth * kHeight, 0.1f);
     for (const auto& m : kMetrics) {
         SCOPED_TRACE(testing::Message() << m.name);
@@ -77,6 +73,14 @@ TEST(Difference, LargeFlatFrame) {
         const auto expected = static_cast<double>(m.term(0.1f));
         EXPECT_NEAR(expected, metric->Measure({&first, &second})[0].value, 1e-6 * expected);
     }
+}
+
+// In float the ones after 2^24 would be lost: (2^24 + 8) / 4 = 2^22 + 2.
+TEST(Difference, AverageIsTheMeanOfTheFirstValuesInDouble) {
+    CMSEMetric metric(PictureSize(1, 1)), other(PictureSize(1, 1));
+    for (const float value : {16777216.0f, 1.0f, 1.0f, 6.0f}) metric.AddFrameValues({value, 1000});
+    EXPECT_EQ(4194306.0f, metric.GetAverages(true)[0].value);
+    EXPECT_EQ(metric.GetResultIds()[0] + 1, other.GetResultInfo(false)[0].resultId) << "an id of its own";
 }
 
 // First minus second at a pixel, and what each metric paints there, by hand.
@@ -93,8 +97,7 @@ TEST(Difference, Pictures) {
         {-86, {grey(174), grey(255), {0, 255, 0}}}, {255, {grey(251), grey(255), {0, 0, 255}}},
     };
     constexpr int kCount = std::size(kCases);
-    CMetricImage first(kCount, 1);
-    CMetricImage second(kCount, 1);
+    CMetricImage first(kCount, 1), second(kCount, 1);
     for (int x = 0; x < kCount; ++x) first.GetR()[x] = kCases[x].difference;
     for (std::size_t i = 0; i < std::size(kMetrics); ++i) {
         Canvas canvas(kCount, 1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <random>
@@ -17,6 +18,18 @@ inline MetricParameters PictureSize(int width, int height, int component = Compo
     parameters.width = width;
     parameters.height = height;
     return parameters;
+}
+
+/// A metric that shows its map.
+template <class Measured>
+struct Probe : Measured {
+    using Measured::GetMap;
+    using Measured::Measured;
+};
+
+template <class Measured>
+std::unique_ptr<CMetric> Make(MetricParameters parameters) {
+    return std::make_unique<Measured>(std::move(parameters));
 }
 
 /// An image whose three planes Y, U, V all hold `sample(x, y)`, a byte; U and V less 128.
@@ -41,7 +54,7 @@ inline std::unique_ptr<CMetricImage> NoisePicture(int width, int height, unsigne
     return BytePicture(width, height, [&](int, int) { return random() & 0xFF; });
 }
 
-/// A black `RGB24` picture to paint on, and a pixel of it as B, G, R.
+/// A grey `RGB24` picture to paint on, and a pixel of it as B, G, R.
 struct Canvas {
     Canvas(int width, int height, std::uint8_t grey = 0) {
         picture.Create(width, height, RGB24, 0);
@@ -53,7 +66,27 @@ struct Canvas {
         return {pixel[0], pixel[1], pixel[2]};
     }
 
+    /// How many pixels aren't the grey that greyAt(x, y) says.
+    template <class GreyAt>
+    int WrongPixels(const GreyAt& greyAt) const {
+        int wrong = 0;
+        for (int y = 0; y < picture.VisibleHeight(); ++y) {
+            const std::uint8_t* byte = picture.Data() + y * picture.Stride();
+            for (int x = 0; x < picture.VisibleWidth(); ++x, byte += 3)
+                wrong += std::count(byte, byte + 3, greyAt(x, y)) != 3;
+        }
+        return wrong;
+    }
+
     rkVideoImage picture;
 };
+
+/// The value of one frame by a new instance, without and with a picture painted.
+template <class Measured>
+float MeasureOnce(CMetricImage& first, CMetricImage& second, rkVideoImage* target = nullptr) {
+    Measured metric(PictureSize(first.GetWidth(), first.GetHeight()));
+    const std::vector<CMetricImage*> images = {&first, &second};
+    return (target ? metric.MeasureAndVisualize(images, *target) : metric.Measure(images))[0].value;
+}
 
 }  // namespace Metric

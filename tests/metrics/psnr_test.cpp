@@ -4,40 +4,14 @@
 
 #include <array>
 #include <cmath>
-#include <cstdint>
 #include <iterator>
-#include <random>
-#include <vector>
 
 #include "metric/convert_frame.h"
+#include "metrics/psnr_variants.h"
 #include "tests/metrics/pictures.h"
-#include "video/video_image.h"
 
 namespace Metric {
 namespace {
-
-// 8-bit differences have an exact sum; the reference is the definition in long double. The logarithm is
-// rounded to float before it is multiplied: two roundings.
-TEST(Psnr, NoiseAgainstTheDefinition) {
-    constexpr std::array<int, 2> kSizes[] = {{1, 1}, {17, 3}, {67, 33}, {352, 288}};
-    for (const auto& [w, h] : kSizes) {
-        SCOPED_TRACE(w);
-        const auto first = NoisePicture(w, h, 1);
-        const auto second = NoisePicture(w, h, 2);
-        long double sum = 0;
-        for (int i = 0; i < w * h; ++i)
-            sum += std::pow(static_cast<long double>(first->GetV()[i]) - second->GetV()[i], 2);
-        const auto expected = static_cast<double>(10 * std::log10(255.0L * 255 * w * h / sum));
-
-        CPSNRMetric metric(PictureSize(w, h, ComponentV));
-        Canvas canvas(w, h);
-        const double tolerance = 2e-7 * std::abs(expected);
-        EXPECT_NEAR(expected, metric.Measure({first.get(), second.get()})[0].value, tolerance);
-        EXPECT_NEAR(expected,
-                    metric.MeasureAndVisualize({second.get(), first.get()}, canvas.picture)[0].value,
-                    tolerance);
-    }
-}
 
 // On paper: 20 log10 255; 20 log10(65535 / 256); 20 log10 65535 + 10 log10 4, where a frame stops at 100, a
 // sequence doesn't.
@@ -47,8 +21,7 @@ TEST(Psnr, PeakIsTheSmallerOfTheTwo) {
     for (std::size_t i = 0; i < 3; ++i) deep[i].LoadYuvDeep444(frames[i].data(), 16);
     const auto bytes = FlatPicture(2, 2, 1);
     const struct {
-        CMetricImage* first;
-        CMetricImage* second;
+        CMetricImage *first, *second;
         float frame, sequence;
     } kCases[] = {
         {&deep[0], bytes.get(), 48.130804f, 48.130804f},
@@ -61,6 +34,40 @@ TEST(Psnr, PeakIsTheSmallerOfTheTwo) {
         CPSNRMetric metric(PictureSize(2, 2));
         EXPECT_FLOAT_EQ(c.frame, metric.Measure({c.first, c.second})[0].value);
         EXPECT_FLOAT_EQ(c.sequence, metric.GetAverages(false)[0].value);
+    }
+}
+
+// On paper. Three equal frames and one of error 4: 10 log10(peak^2 / 4) for the frame, by errors 10
+// log10(peak^2) for the sequence, else the mean of 100, 100, 100 and the frame's value. L at a difference of
+// 2 has the same error and a peak of 100.
+TEST(Psnr, VariantsOfPeaksAndAverages) {
+    constexpr struct {
+        const char* name;
+        std::unique_ptr<CMetric> (*make)(MetricParameters);
+        float frame, sequence;
+    } kCases[] = {
+        {"PSNR", Make<CPSNRMetric>, 42.110204f, 48.130804f},
+        {"PSNR (256)", Make<CPsnr256Metric>, 42.144199f, 48.164799f},
+        {"APSNR", Make<CApsnrMetric>, 42.110204f, 85.527551f},
+        {"APSNR (256)", Make<CApsnr256Metric>, 42.144199f, 85.536050f},
+    };
+    const auto first = FlatPicture(24, 3, 0), second = FlatPicture(24, 3, 2);
+    CMetricImage darkL(24, 3), brightL(24, 3);
+    darkL.ToL(1);
+    brightL.ToL(1);
+    std::fill_n(brightL.GetL(), 24 * 3, 2.0f);
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        const auto metric = c.make(PictureSize(24, 3));
+        for (int frame = 0; frame < 3; ++frame)
+            EXPECT_EQ(100, metric->Measure({first.get(), first.get()})[0].value);
+        EXPECT_EQ(100, metric->GetAverages(false)[0].value);
+        Canvas canvas(24, 3);
+        EXPECT_FLOAT_EQ(c.frame,
+                        metric->MeasureAndVisualize({first.get(), second.get()}, canvas.picture)[0].value);
+        EXPECT_FLOAT_EQ(c.sequence, metric->GetAverages(false)[0].value);
+        EXPECT_FLOAT_EQ(33.9794f,
+                        c.make(PictureSize(24, 3, ComponentL))->Measure({&darkL, &brightL})[0].value);
     }
 }
 
@@ -92,13 +99,6 @@ TEST(Psnr, SamplesGiveTheValueOfFloats) {
     }
 }
 
-/// Lets a test into the map.
-class OpenPsnr : public CPSNRMetric {
-public:
-    using CPSNRMetric::CPSNRMetric;
-    using CPSNRMetric::GetMap;
-};
-
 // Brightness by hand from the bands 17, 20, 35, 99 and their slopes 3, 5, 15, 6.
 TEST(Psnr, ColorsOfTheMap) {
     const struct {
@@ -111,7 +111,7 @@ TEST(Psnr, ColorsOfTheMap) {
         {98.99f, {40, 0, 0}},    {99, {0, 0, 0}},   {100, {0, 0, 0}},
     };
     constexpr int kCount = std::size(kCases);
-    OpenPsnr metric(PictureSize(kCount, 2));
+    Probe<CPSNRMetric> metric(PictureSize(kCount, 2));
     for (int x = 0; x < kCount; ++x) metric.GetMap(ComponentG)[kCount + x] = kCases[x].decibels;
     Canvas canvas(kCount, 2);
     metric.Visualize(canvas.picture, ComponentG);
@@ -128,11 +128,8 @@ TEST(Psnr, PictureOfErrors) {
     const std::vector<int> kPixels[] = {{0, 0, 0}, {0, 0, 0}, {189, 0, 0}, {0, 195, 0}, {0, 0, 219}};
     const auto first = FlatPicture(5, 1, 100);
     const auto second = BytePicture(5, 1, [&](int x, int) { return 100 + kErrors[x]; });
-    OpenPsnr metric(PictureSize(5, 1));
     Canvas canvas(5, 1);
-    metric.MeasureAndVisualize({first.get(), second.get()}, canvas.picture);
-    EXPECT_EQ(100, metric.GetMap(ComponentY)[1]);
-    EXPECT_FLOAT_EQ(36.089603f, metric.GetMap(ComponentY)[2]);
+    MeasureOnce<CPSNRMetric>(*first, *second, &canvas.picture);
     for (int x = 0; x < 5; ++x) EXPECT_EQ(kPixels[x], canvas.Pixel(x, 0)) << x;
 }
 

@@ -22,11 +22,9 @@ struct Scene {
     /// The samples, continued to multiples of `block` by repeating the last column and row.
     std::vector<float> Padded(int block) const {
         std::vector<float> samples;
-        for (int y = 0; y < RoundUp(height, block); ++y) {
-            for (int x = 0; x < RoundUp(width, block); ++x) {
+        for (int y = 0; y < RoundUp(height, block); ++y)
+            for (int x = 0; x < RoundUp(width, block); ++x)
                 samples.push_back(sample(std::min(x, width - 1), std::min(y, height - 1)));
-            }
-        }
         return samples;
     }
 
@@ -55,9 +53,13 @@ inline float Coded(int x, int y) {
     return std::floor(static_cast<float>(waves)) + static_cast<float>(mosaic) + Noise(x, y, 1 + x / 60);
 }
 
+inline float FullNoise(int x, int y) {
+    return Noise(x, y, 256);
+}
+
 inline std::vector<Scene> Scenes() {
     return {
-        {"one block of noise", 8, 8, [](int x, int y) { return Noise(x, y, 256); }},
+        {"one block of noise", 8, 8, FullNoise},
         {"neither side a multiple of 8", 100, 100, Coded},
         {"width not a multiple of 8", 722, 576, Coded},
         {"black and white noise", 72, 120, [](int x, int y) { return Noise(x, y, 2) * 255; }},
@@ -72,5 +74,48 @@ inline std::vector<Scene> Scenes() {
          }},
     };
 }
+
+/// The scenes that slow references get through in a moment; the biggest is still worth a team of 8.
+inline std::vector<Scene> SmallScenes() {
+    std::vector<Scene> scenes = Scenes();
+    std::erase_if(scenes, [](const Scene& scene) { return scene.width * scene.height > 150000; });
+    return scenes;
+}
+
+/// A distorted version of a scene in 10 bits, which has a peak of 255.75.
+inline Scene Distorted(const Scene& scene) {
+    return {scene.what, scene.width, scene.height, [=](int x, int y) {
+                const float noise = Noise(x + 3, y + 5, 64) - 32 + Noise(x / 4, y / 4, 32);
+                return std::clamp(std::floor(scene.sample(x, y) * 4) + noise, 0.0f, 1023.0f) / 4;
+            }};
+}
+
+/// A scene and a distorted one, whose peaks are 255 and 255.75: as images, and as planes that are continued
+/// to multiples of 8.
+struct PicturePair {
+    explicit PicturePair(const Scene& scene)
+        : width(Scene::RoundUp(scene.width, 8)),
+          height(Scene::RoundUp(scene.height, 8)),
+          firstPlane(scene.Padded(8)),
+          secondPlane(Distorted(scene).Padded(8)),
+          first(scene.Image()),
+          second(std::make_unique<CMetricImage>(scene.width, scene.height)) {
+        std::vector<std::uint8_t> bytes;
+        for (const float sample : Distorted(scene).Padded(1)) {
+            const int word = static_cast<int>(sample * 4);
+            bytes.push_back(static_cast<std::uint8_t>(word & 0xFF));
+            bytes.push_back(static_cast<std::uint8_t>(word >> 8));
+        }
+        bytes.resize(3 * bytes.size());  // U and V
+        second->LoadYuvDeep444(bytes.data(), 10);
+        second->ForgetFrame();
+    }
+
+    std::vector<CMetricImage*> Images() const { return {first.get(), second.get()}; }
+
+    int width, height;
+    std::vector<float> firstPlane, secondPlane;
+    std::unique_ptr<CMetricImage> first, second;
+};
 
 }  // namespace Metric

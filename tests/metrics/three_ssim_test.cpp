@@ -2,53 +2,40 @@
 
 #include <gtest/gtest.h>
 
+#include "kernels/reference/sobel.h"
 #include "metrics/ssim_precise.h"
 #include "tests/kernels/targets.h"
-#include "tests/metrics/gauss_windows.h"
+#include "tests/metrics/pictures.h"
+#include "tests/metrics/scenes.h"
 
 namespace Metric {
 namespace {
 
-// In float, as segments and sums depend on its roundings.
-std::vector<float> Gradients(const std::vector<float>& plane, int width, int height) {
-    std::vector<float> gradients;
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const auto at = [&](int dx, int dy) {
-                const bool inside = x + dx >= 0 && x + dx < width && y + dy >= 0 && y + dy < height;
-                return inside ? plane[static_cast<std::size_t>((y + dy) * width + x + dx)] : 0.0f;
-            };
-            float across = 0;
-            float down = 0;
-            for (int i = -1; i <= 1; ++i) {
-                const auto weight = static_cast<float>(2 - std::abs(i));
-                across += weight * (at(1, i) - at(-1, i));
-                down += weight * (at(i, 1) - at(i, -1));
-            }
-            gradients.push_back(std::sqrt(across * across + down * down));
-        }
-    }
+std::vector<float> Gradients(const std::vector<float>& plane, int width) {
+    std::vector<float> gradients(plane.size());
+    const int stride = width * static_cast<int>(sizeof(float));
+    Kernels::Reference::SobelSquares(plane.data(), stride, gradients.data(), stride, width,
+                                     static_cast<int>(plane.size()) / width);
+    for (float& gradient : gradients) gradient = std::sqrt(gradient);
     return gradients;
 }
 
 /// 0 smooth, 1 texture, 2 edge.
-std::vector<int> Segments(const std::vector<float>& first, const std::vector<float>& second) {
+std::vector<std::size_t> Segments(const std::vector<float>& first, const std::vector<float>& second) {
     const double greatest = std::max(*std::max_element(first.begin(), first.end()),
                                      *std::max_element(second.begin(), second.end()));
-    const auto edge = static_cast<float>(greatest * 0.12);
-    const auto texture = static_cast<float>(greatest * 0.06);
-    std::vector<int> segments;
+    const auto edge = static_cast<float>(greatest * 0.12), texture = static_cast<float>(greatest * 0.06);
+    std::vector<std::size_t> segments;
     for (std::size_t i = 0; i < first.size(); ++i)
         segments.push_back(first[i] > edge || second[i] > edge ? 2 : first[i] >= texture ? 1 : 0);
     return segments;
 }
 
-float WeighedMeans(const std::vector<int>& segments, const float* map) {
-    float sums[3] = {};
-    float counts[3] = {};
-    for (std::size_t i = 0; i < segments.size(); ++i) {
-        sums[segments[i]] += map[i];
-        ++counts[segments[i]];
+float WeighedMeans(const std::vector<std::size_t>& segments, const float* map) {
+    float sums[3] = {}, counts[3] = {};
+    for (const std::size_t segment : segments) {
+        sums[segment] += *map++;
+        ++counts[segment];
     }
     const auto mean = [&](int segment) { return counts[segment] == 0 ? 1 : sums[segment] / counts[segment]; };
     return mean(2) * 0.7f + mean(0) * 0.15f + mean(1) * 0.15f;
@@ -57,26 +44,22 @@ float WeighedMeans(const std::vector<int>& segments, const float* map) {
 TEST(ThreeSsim, ScenesByTheDefinition) {
     for (const Scene& scene : SmallScenes()) {
         SCOPED_TRACE(scene.what);
-        const int width = Scene::RoundUp(scene.width, 8);
-        const int height = Scene::RoundUp(scene.height, 8);
         const PicturePair pair(scene);
-        const std::vector<int> segments = Segments(Gradients(scene.Padded(8), width, height),
-                                                   Gradients(Distorted(scene).Padded(8), width, height));
+        const std::vector<std::size_t> segments =
+            Segments(Gradients(pair.firstPlane, pair.width), Gradients(pair.secondPlane, pair.width));
         Probe<CSSIMMetricIpp> precise(PictureSize(scene.width, scene.height));
-        Canvas unused(scene.width, scene.height);
-        precise.MeasureAndVisualize(pair.Images(), unused.picture);
+        Canvas canvas(scene.width, scene.height);
+        precise.MeasureAndVisualize(pair.Images(), canvas.picture);
         const float* const map = precise.GetMap(ComponentY);
         const float expected = WeighedMeans(segments, map);
 
-        Canvas canvas(scene.width, scene.height);
         EXPECT_EQ(expected, MeasureOnce<C3SSIMMetricIpp>(*pair.first, *pair.second, &canvas.picture));
         int wrong = 0;
         for (int y = 0; y < scene.height; ++y) {
             for (int x = 0; x < scene.width; ++x) {
-                const int i = y * width + x;
+                const int i = y * pair.width + x;
                 std::vector<int> color(3);
-                color[static_cast<std::size_t>(segments[static_cast<std::size_t>(i)])] =
-                    static_cast<int>(255 - map[i] * 255) & 0xFF;
+                color[segments[static_cast<std::size_t>(i)]] = static_cast<int>(255 - map[i] * 255) & 0xFF;
                 wrong += canvas.Pixel(x, y) != color;
             }
         }
@@ -92,12 +75,12 @@ TEST(ThreeSsim, ScenesByTheDefinition) {
 // the rim is and on the smooth rest, and no texture, which counts as 1. Black ones are all texture, with a
 // greatest gradient of 0.
 TEST(ThreeSsim, FlatPictures) {
-    const auto black = FlatPicture(24, 16, 0);
-    const auto dark = FlatPicture(24, 16, 5);
-    const auto grey = FlatPicture(24, 16, 10);
-    EXPECT_NEAR(0.85 * 106.5025 / 131.5025 + 0.15, MeasureOnce<C3SSIMMetricIpp>(*dark, *grey), 1e-6);
-    EXPECT_NEAR(0.85 * 6.5025 / 31.5025 + 0.15, MeasureOnce<C3SSIMMetricIpp>(*black, *dark), 1e-6);
-    EXPECT_EQ(0.7f + 0.15f + 0.15f, MeasureOnce<C3SSIMMetricIpp>(*black, *black));
+    const auto value = [](int first, int second) {
+        return MeasureOnce<C3SSIMMetricIpp>(*FlatPicture(24, 16, first), *FlatPicture(24, 16, second));
+    };
+    EXPECT_NEAR(0.85 * 106.5025 / 131.5025 + 0.15, value(5, 10), 1e-6);
+    EXPECT_NEAR(0.85 * 6.5025 / 31.5025 + 0.15, value(0, 5), 1e-6);
+    EXPECT_EQ(0.7f + 0.15f + 0.15f, value(0, 0));
 }
 
 // Columns of one level each: up to 250 and down to 100 by 25 a column, a step, and down to 0. On the columns
@@ -112,9 +95,8 @@ TEST(ThreeSsim, BoundariesOfSegments) {
     };
     const struct {
         int firstStep, secondStep, segment;
-    } kCases[] = {
-        {31, 0, 2}, {30, 0, 1}, {15, 0, 1}, {14, 0, 0}, {0, 31, 2}, {0, 30, 0}, {14, 30, 0}, {15, 31, 2},
-    };
+    } kCases[] = {{31, 0, 2}, {30, 0, 1}, {15, 0, 1},  {14, 0, 0},
+                  {0, 31, 2}, {0, 30, 0}, {14, 30, 0}, {15, 31, 2}};
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message() << c.firstStep << " and " << c.secondStep);
         Canvas canvas(64, 24);

@@ -10,30 +10,12 @@
 namespace Metric {
 namespace {
 
-struct Probe : CVQMMetric {
-    using CVQMMetric::CVQMMetric;
-    using CVQMMetric::GetMap;
-};
-
 Scene Coarser(Scene scene) {
     const auto fine = scene.sample;
     scene.sample = [fine](int x, int y) {
         return std::min(std::floor(fine(x, y) / 12) * 12 + 6.25f, 255.0f);
     };
     return scene;
-}
-
-void ExpectReference(const Scene& scene, const Reference::VqmFrame& expected) {
-    const auto first = scene.Image();
-    const auto second = Coarser(scene).Image();
-    Probe metric(PictureSize(scene.width, scene.height));
-    Canvas canvas(scene.width, scene.height);
-    EXPECT_EQ(expected.value, metric.Measure({first.get(), second.get()})[0].value);
-    EXPECT_EQ(expected.value,
-              metric.MeasureAndVisualize({first.get(), second.get()}, canvas.picture)[0].value);
-    const float* map = metric.GetMap(ComponentY);
-    EXPECT_TRUE(std::equal(expected.map.begin(), expected.map.end(), map));
-    for (int channel : canvas.Pixel(0, 0)) EXPECT_EQ(static_cast<int>(map[0]), channel);
 }
 
 // The plain loops give the expected bits.
@@ -48,36 +30,40 @@ TEST(Vqm, EqualsReference) {
         const std::vector<float> second = Coarser(scene).Padded(8);
         const Reference::VqmFrame expected = Reference::Vqm(
             first.data(), second.data(), Scene::RoundUp(scene.width, 8), Scene::RoundUp(scene.height, 8));
-        Kernels::ForEachTargetAndTeam([&] { ExpectReference(scene, expected); });
+        const auto image = scene.Image(), coarser = Coarser(scene).Image();
+        Kernels::ForEachTargetAndTeam([&] {
+            Probe<CVQMMetric> metric(PictureSize(scene.width, scene.height));
+            Canvas canvas(scene.width, scene.height);
+            EXPECT_EQ(expected.value, metric.Measure({image.get(), coarser.get()})[0].value);
+            EXPECT_EQ(expected.value,
+                      metric.MeasureAndVisualize({image.get(), coarser.get()}, canvas.picture)[0].value);
+            const float* map = metric.GetMap(ComponentY);
+            EXPECT_TRUE(std::equal(expected.map.begin(), expected.map.end(), map));
+            EXPECT_EQ(std::vector(3, static_cast<int>(map[0])), canvas.Pixel(0, 0));
+        });
     }
-}
-
-float Value(const CMetricImage& first, const CMetricImage& second) {
-    auto& a = const_cast<CMetricImage&>(first);
-    auto& b = const_cast<CMetricImage&>(second);
-    return CVQMMetric(PictureSize(a.GetWidth(), a.GetHeight())).Measure({&a, &b})[0].value;
 }
 
 // On paper. Of two flat blocks the dc alone differs: 8 times the level, its contrast (dc / 1024)^0.65, its
 // weight 1/8. For levels 0 and 128 that makes one d of 1/8 among 64, hence 10 (1000 / 512 + 5 / 8).
 TEST(Vqm, ClosedForm) {
-    const auto black = FlatPicture(16, 8, 0);
-    const auto grey = FlatPicture(16, 8, 128);
+    const auto black = FlatPicture(16, 8, 0), grey = FlatPicture(16, 8, 128);
     const auto half = BytePicture(16, 8, [](int x, int) { return x < 8 ? 128 : 0; });
     CMetricImage fractions(16, 8);
     for (int i = 0; i < 16 * 8; ++i) fractions.GetY()[i] = 128.0f + static_cast<float>(i % 4) / 4;
 
-    EXPECT_EQ(0, Value(*half, *half));
-    EXPECT_EQ(25.78125f, Value(*black, *grey));
-    EXPECT_EQ(16.015625f, Value(*half, *black)) << "a black block in both adds nothing";
-    EXPECT_EQ(0, Value(*grey, fractions)) << "samples are cut to integers";
+    EXPECT_EQ(0, MeasureOnce<CVQMMetric>(*half, *half));
+    EXPECT_EQ(25.78125f, MeasureOnce<CVQMMetric>(*black, *grey));
+    EXPECT_EQ(16.015625f, MeasureOnce<CVQMMetric>(*half, *black)) << "a black block in both adds nothing";
+    EXPECT_EQ(0, MeasureOnce<CVQMMetric>(*grey, fractions)) << "samples are cut to integers";
 }
 
 // From a Python program of its own with lists, its floats rounded by struct, the power from the C library.
 TEST(Vqm, OtherProgram) {
     const auto first = [](int x, int y) { return (x * x / 5 + 3 * y + x * y % 17) % 200; };
     const auto second = [&](int x, int y) { return first(x, y) / 12 * 12 + 6; };
-    EXPECT_EQ(1.18041253f, Value(*BytePicture(40, 32, first), *BytePicture(40, 32, second)));
+    EXPECT_EQ(1.18041253f,
+              MeasureOnce<CVQMMetric>(*BytePicture(40, 32, first), *BytePicture(40, 32, second)));
 }
 
 }  // namespace
