@@ -6,6 +6,7 @@
 #include <hwy/highway.h>
 
 #include "kernels/transpose-inl.h"
+#include "metrics/vqm_transform-inl.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -16,15 +17,9 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-constexpr int kSide = kVqmBlockSize;
-constexpr int kArea = kSide * kSide;
-
 // So many blocks are taken together that their sums have a lane each on every instruction set.
 constexpr int kBlocksAtOnce = 16;
 
-using Doubles = hn::CappedTag<double, kSide>;  // a vector never spans more than a row of the block
-using SampleFloats = hn::Rebind<float, Doubles>;
-using Integers = hn::Rebind<std::int32_t, Doubles>;
 using Floats = hn::CappedTag<float, kBlocksAtOnce>;
 constexpr int kLanes = static_cast<int>(hn::MaxLanes(Floats()));
 
@@ -48,40 +43,6 @@ HWY_NOINLINE void CutToIntegers(const float* HWY_RESTRICT samples, int stride, i
                     hn::Trunc(hn::LoadU(SampleFloats(), samples + y * stride + block * kSide + x));
                 hn::Store(hn::PromoteTo(d, cut), d, integers[block] + y * kSide + x);
             }
-        }
-    }
-}
-
-// The block's 64 coefficients, cut to 16 bits: those of samples within the peak are far below, but files of
-// more than 8 bits can hold samples of up to 16384.
-//
-// Both passes keep columns of the result in lanes, so that every sum has its own lane, and nothing is
-// transposed: pass 1 multiplies a sample by a row of the transposed matrix, pass 2 an entry of the matrix
-// by a row of pass 1.
-HWY_NOINLINE void Transform(const VqmTables& tables, const double* HWY_RESTRICT samples,
-                            float* HWY_RESTRICT coefficients) {
-    const Doubles d;
-    for (int column = 0; column < kSide; column += static_cast<int>(hn::Lanes(d))) {
-        // The sum over k of weights[k] times rows(k), added in this order.
-        const auto weightedSum = [d](const double* weights, const auto& rows) HWY_ATTR {
-            auto sum = hn::Mul(hn::Set(d, weights[0]), rows(0));
-            for (int k = 1; k < kSide; ++k) sum = hn::Add(sum, hn::Mul(hn::Set(d, weights[k]), rows(k)));
-            return sum;
-        };
-        const double* transposed = tables.dctTransposed.data() + column;
-        hn::Vec<Doubles> transformedRows[kSide];
-        for (int y = 0; y < kSide; ++y) {
-            transformedRows[y] = weightedSum(samples + y * kSide, [d, transposed](int k) HWY_ATTR {
-                return hn::LoadU(d, transposed + k * kSide);
-            });
-        }
-        for (int v = 0; v < kSide; ++v) {
-            const auto sum = weightedSum(tables.dctMatrix.data() + v * kSide,
-                                         [&](int k) HWY_ATTR { return transformedRows[k]; });
-            const auto rounded = hn::DemoteTo(Integers(), hn::Floor(hn::Add(sum, hn::Set(d, 0.499999))));
-            const auto low16 = hn::ShiftRight<16>(hn::ShiftLeft<16>(rounded));
-            hn::StoreU(hn::ConvertTo(SampleFloats(), low16), SampleFloats(),
-                       coefficients + v * kSide + column);
         }
     }
 }
@@ -148,8 +109,12 @@ float CompareRow(const VqmTables& tables, const float* first, const float* secon
         const int count = std::min(kBlocksAtOnce, blocks - begin);
         for (int picture = 0; picture < 2; ++picture) {
             CutToIntegers((picture == 0 ? first : second) + begin * kSide, width, count, work.integers);
-            for (int block = 0; block < count; ++block)
-                Transform(tables, work.integers[block], work.coefficients[picture][block]);
+            for (int block = 0; block < count; ++block) {
+                const double* const samples = work.integers[block];
+                float* const coefficients = work.coefficients[picture][block];
+                if (!FoldedTransform(tables, samples, coefficients))
+                    StatedTransform(tables, samples, coefficients);
+            }
         }
         for (int block = 0; block < count; ++block) {
             CompareBlocks(tables, work.coefficients[0][block], work.coefficients[1][block],

@@ -44,6 +44,16 @@ TEST(Vqm, EqualsReference) {
     }
 }
 
+// What the bound of the folded transform rests on.
+TEST(Vqm, OppositeEntriesOfTheMatrixAgree) {
+    for (std::size_t u = 0; u < 8; ++u) {
+        for (std::size_t x = 0; x < 4; ++x) {
+            const double* row = VqmTables::Get().dctMatrix.data() + 8 * u;
+            EXPECT_NEAR(row[x], (u % 2 == 0 ? 1 : -1) * row[7 - x], 4e-15);
+        }
+    }
+}
+
 // On paper. Of two flat blocks the dc alone differs: 8 times the level, its contrast (dc / 1024)^0.65, its
 // weight 1/8. For levels 0 and 128 that makes one d of 1/8 among 64, hence 10 (1000 / 512 + 5 / 8).
 TEST(Vqm, ClosedForm) {
