@@ -6,10 +6,7 @@
 
 // A wrong option ends with 64 and exactly one line, which names the option.
 TEST(Options, WrongOnesAreNamed) {
-    const struct {
-        const char* arguments;
-        const char* named;
-    } kCases[] = {
+    const std::pair<const char*, const char*> kCases[] = {
         {"--foo", "--foo"},
         {"", "--original"},
         {"--original", "--original"},
@@ -70,13 +67,13 @@ TEST(Options, WrongOnesAreNamed) {
         {"--original a.y4m --processed b.y4m --bad-frames d --bad-frames-type 1", "--processed2"},
         {"--original a.y4m --processed2 b.y4m --bad-frames d", "--processed"},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.arguments);
-        const ProgramRun run = RunProgram(c.arguments);
+    for (const auto& [arguments, named] : kCases) {
+        SCOPED_TRACE(arguments);
+        const ProgramRun run = RunProgram(arguments);
         EXPECT_EQ(64, run.status);
         EXPECT_EQ("", run.output);
         EXPECT_EQ(1, std::count(run.errors.begin(), run.errors.end(), '\n')) << run.errors;
-        EXPECT_NE(run.errors.npos, run.errors.find(c.named)) << run.errors;
+        EXPECT_TRUE(run.Says(named)) << run.errors;
     }
 }
 
@@ -91,4 +88,8 @@ TEST(Options, HelpVersionAndList) {
     EXPECT_EQ(0, list.status);
     EXPECT_EQ("  0  psnr              PSNR                              YUVRGBL   2  dB\n",
               list.output.substr(0, list.output.find('\n') + 1));
+    const ProgramRun codecs = RunProgram("--codec list");
+    EXPECT_EQ(0, codecs.status);
+    for (const char* line : {"none  Uncompressed RGB\n", "MJPG  ", "HFYU  "})
+        EXPECT_NE(codecs.output.npos, codecs.output.find(line)) << line;
 }

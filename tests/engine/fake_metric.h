@@ -20,7 +20,6 @@ struct FakeKind {
     bool loads = true;                   ///< an instance for a run can be had
     bool configurable = false;
     bool acceptsSettings = true;
-    bool readsItsComponentOnly = true;
     std::vector<std::vector<int>> results = {{0, 1}};  ///< the file positions of each result
     /// A frame's value; by default that of the first pixel, less that of the second image.
     std::function<float(const Images& images)> measure = [](const Images& images) {
@@ -64,7 +63,6 @@ public:
         return averages;
     }
     std::vector<int> GetComponents() override { return {0}; }
-    bool ReadsItsComponentOnly() override { return kind.readsItsComponentOnly; }
     bool IsConfigurable() override { return kind.configurable; }
     bool Configure(const std::wstring&) override { return kind.acceptsSettings; }
 

@@ -1,7 +1,8 @@
-// Calls on files that fail, do less than asked, or are interrupted. What the C library calls itself isn't
-// seen: a FILE is watched when it is opened and closed, not in between.
+// Calls on files that fail, do less than asked, or are interrupted: those that the program and the libraries
+// that open its files make. What the C library calls itself isn't seen: a FILE is watched when it is opened
+// and closed, not in between.
 
-#include "tests/faults/fault_counter.h"
+#include "tests/faults/fault_plan.h"
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -44,24 +45,37 @@ void SetWatched(int descriptor, bool on) {
 
 /// Whether the call on a path or descriptor is to fail; then `errno` is set.
 template <class File>
-bool Fails(FaultPlan::Calls calls, File file, int error) {
+bool Fails(FaultPlan::Calls calls, File file, int error = EIO) {
     return IsWatched(file) && NextFault(calls, error) == Fault::Fails;
 }
 
-void Begin() {
-    if (FaultCounter* const counter = faultCounter) counter->hasBegun = true;
-}
-
-int Opened(int descriptor) {
-    Begin();
-    if (descriptor >= 0) SetWatched(descriptor, true);
+int DescriptorOf(int descriptor) {
     return descriptor;
 }
 
-std::FILE* Opened(std::FILE* file) {
-    Begin();
-    if (file != nullptr) SetWatched(fileno(file), true);
-    return file;
+int DescriptorOf(std::FILE* file) {
+    return fileno(file);
+}
+
+/// Opens a file by `open()`, as planned. `none` is the answer of a failure.
+template <class File, class Open>
+File Opened(const char* path, File none, const Open& open) {
+    if (!IsWatched(path)) return open();
+    if (Fails(FaultPlan::Open, path, EMFILE)) return none;
+    if (FaultCounter* const counter = faultCounter) counter->hasBegun = true;
+    const File opened = open();
+    if (opened != none) SetWatched(DescriptorOf(opened), true);
+    return opened;
+}
+
+/// Closes a file by `close()`. It is gone also when closing reports a failure.
+template <class Close>
+int Closed(int descriptor, const Close& close) {
+    const bool fails = Fails(FaultPlan::Close, descriptor);
+    SetWatched(descriptor, false);
+    const int result = close();
+    if (fails) errno = EIO;
+    return fails ? -1 : result;
 }
 
 /// Does a transfer of `bytes` bytes by `transfer(bytes)`, as planned.
@@ -73,191 +87,85 @@ ssize_t Transferred(FaultPlan::Calls calls, int descriptor, std::size_t bytes, c
     return transfer(fault == Fault::GoesShorter ? (bytes + 1) / 2 : bytes);
 }
 
-/// The same for a vector, of which a shorter transfer takes the half of the first part.
-template <class Transfer>
-ssize_t TransferredParts(FaultPlan::Calls calls, int descriptor, const iovec* parts, int count,
-                         const Transfer& transfer) {
-    if (count < 1) return transfer(parts, count);
-    return Transferred(calls, descriptor, parts[0].iov_len, [&](std::size_t bytes) {
-        if (bytes == parts[0].iov_len) return transfer(parts, count);
-        const iovec shorter = {parts[0].iov_base, bytes};
-        return transfer(&shorter, 1);
-    });
-}
-
-/// The third argument of `open`, if it has one.
-mode_t ModeOf(int flags, va_list arguments) {
-    return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
-}
-
 }  // namespace
 
 extern "C" {
 
-// -- Open
-
-#define OPEN_FUNCTION(name)                                                                 \
-    int name(const char* path, int flags, ...) {                                            \
-        REAL(name);                                                                         \
-        va_list arguments;                                                                  \
-        va_start(arguments, flags);                                                         \
-        const mode_t mode = ModeOf(flags, arguments);                                       \
-        va_end(arguments);                                                                  \
-        if (!IsWatched(path)) return real(path, flags, mode);                               \
-        return Fails(FaultPlan::Open, path, EMFILE) ? -1 : Opened(real(path, flags, mode)); \
+#define OPEN_FUNCTION(name, parameters, arguments)                             \
+    int name parameters {                                                      \
+        REAL(name);                                                            \
+        va_list rest;                                                          \
+        va_start(rest, flags);                                                 \
+        const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0; \
+        va_end(rest);                                                          \
+        return Opened(path, -1, [=] { return real arguments; });               \
     }
-OPEN_FUNCTION(open)
-OPEN_FUNCTION(open64)
+OPEN_FUNCTION(open, (const char* path, int flags, ...), (path, flags, mode))
+OPEN_FUNCTION(open64, (const char* path, int flags, ...), (path, flags, mode))
+OPEN_FUNCTION(openat, (int directory, const char* path, int flags, ...), (directory, path, flags, mode))
 
-int openat(int directory, const char* path, int flags, ...) {
-    REAL(openat);
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = ModeOf(flags, arguments);
-    va_end(arguments);
-    if (!IsWatched(path)) return real(directory, path, flags, mode);
-    return Fails(FaultPlan::Open, path, EMFILE) ? -1 : Opened(real(directory, path, flags, mode));
-}
-
-#define FOPEN_FUNCTION(name)                                                              \
-    std::FILE* name(const char* path, const char* mode) {                                 \
-        REAL(name);                                                                       \
-        if (!IsWatched(path)) return real(path, mode);                                    \
-        return Fails(FaultPlan::Open, path, EMFILE) ? nullptr : Opened(real(path, mode)); \
+#define FOPEN_FUNCTION(name)                                                        \
+    std::FILE* name(const char* path, const char* mode) {                           \
+        REAL(name);                                                                 \
+        return Opened<std::FILE*>(path, nullptr, [=] { return real(path, mode); }); \
     }
 FOPEN_FUNCTION(fopen)
 FOPEN_FUNCTION(fopen64)
 
-// -- Read and write
-
-ssize_t read(int descriptor, void* buffer, std::size_t bytes) {
-    REAL(read);
-    return Transferred(FaultPlan::Read, descriptor, bytes,
-                       [=](std::size_t some) { return real(descriptor, buffer, some); });
-}
-
-ssize_t write(int descriptor, const void* buffer, std::size_t bytes) {
-    REAL(write);
-    return Transferred(FaultPlan::Write, descriptor, bytes,
-                       [=](std::size_t some) { return real(descriptor, buffer, some); });
-}
-
-#define POSITIONED_FUNCTION(name, calls, Buffer, Offset)                                              \
-    ssize_t name(int descriptor, Buffer* buffer, std::size_t bytes, Offset offset) {                  \
-        REAL(name);                                                                                   \
-        return Transferred(calls, descriptor, bytes,                                                  \
-                           [=](std::size_t some) { return real(descriptor, buffer, some, offset); }); \
-    }
-POSITIONED_FUNCTION(pread, FaultPlan::Read, void, off_t)
-POSITIONED_FUNCTION(pread64, FaultPlan::Read, void, off64_t)
-POSITIONED_FUNCTION(pwrite, FaultPlan::Write, const void, off_t)
-POSITIONED_FUNCTION(pwrite64, FaultPlan::Write, const void, off64_t)
-
-#define VECTOR_FUNCTION(name, calls)                                                                  \
-    ssize_t name(int descriptor, const iovec* parts, int count) {                                     \
-        REAL(name);                                                                                   \
-        return TransferredParts(calls, descriptor, parts, count, [=](const iovec* some, int number) { \
-            return real(descriptor, some, number);                                                    \
-        });                                                                                           \
-    }
-VECTOR_FUNCTION(readv, FaultPlan::Read)
-VECTOR_FUNCTION(writev, FaultPlan::Write)
-
-#define POSITIONED_VECTOR_FUNCTION(name, calls)                                                       \
-    ssize_t name(int descriptor, const iovec* parts, int count, off_t offset) {                       \
-        REAL(name);                                                                                   \
-        return TransferredParts(calls, descriptor, parts, count, [=](const iovec* some, int number) { \
-            return real(descriptor, some, number, offset);                                            \
-        });                                                                                           \
-    }
-POSITIONED_VECTOR_FUNCTION(preadv, FaultPlan::Read)
-POSITIONED_VECTOR_FUNCTION(pwritev, FaultPlan::Write)
-
-// -- Seek
-
-off_t lseek(int descriptor, off_t offset, int from) noexcept {
-    REAL(lseek);
-    return Fails(FaultPlan::Seek, descriptor, EIO) ? -1 : real(descriptor, offset, from);
-}
-
-off64_t lseek64(int descriptor, off64_t offset, int from) noexcept {
-    REAL(lseek64);
-    return Fails(FaultPlan::Seek, descriptor, EIO) ? -1 : real(descriptor, offset, from);
-}
-
-// -- Close: a descriptor is gone also when closing reports a failure
-
 int close(int descriptor) {
     REAL(close);
-    const bool fails = Fails(FaultPlan::Close, descriptor, EIO);
-    SetWatched(descriptor, false);
-    const int result = real(descriptor);
-    if (fails) errno = EIO;
-    return fails ? -1 : result;
+    return Closed(descriptor, [=] { return real(descriptor); });
 }
 
 int fclose(std::FILE* file) {
     REAL(fclose);
-    const int descriptor = fileno(file);
-    const bool fails = Fails(FaultPlan::Close, descriptor, EIO);
-    SetWatched(descriptor, false);
-    const int result = real(file);
-    if (fails) errno = EIO;
-    return fails ? EOF : result;
+    return Closed(fileno(file), [=] { return real(file); });
 }
 
-// -- Change. Nothing is written through to the disk, which would take most of a test's time.
-
-int fsync(int descriptor) {
-    return Fails(FaultPlan::Change, descriptor, EIO) ? -1 : 0;
-}
-
-int fdatasync(int descriptor) {
-    return Fails(FaultPlan::Change, descriptor, EIO) ? -1 : 0;
-}
-
-int rename(const char* from, const char* to) noexcept {
-    REAL(rename);
-    return Fails(FaultPlan::Change, to, EIO) ? -1 : real(from, to);
-}
-
-int ftruncate(int descriptor, off_t bytes) noexcept {
-    REAL(ftruncate);
-    return Fails(FaultPlan::Change, descriptor, EIO) ? -1 : real(descriptor, bytes);
-}
-
-int fchmod(int descriptor, mode_t mode) noexcept {
-    REAL(fchmod);
-    return Fails(FaultPlan::Change, descriptor, EIO) ? -1 : real(descriptor, mode);
-}
-
-int mkdir(const char* path, mode_t mode) noexcept {
-    REAL(mkdir);
-    return Fails(FaultPlan::Change, path, EIO) ? -1 : real(path, mode);
-}
-
-int unlink(const char* path) noexcept {
-    REAL(unlink);
-    return Fails(FaultPlan::Change, path, EIO) ? -1 : real(path);
-}
-
-// -- Look
-
-#define STAT_FUNCTION(name, File)                                           \
-    int name(File file, struct stat* status) noexcept {                     \
-        REAL(name);                                                         \
-        return Fails(FaultPlan::Look, file, EIO) ? -1 : real(file, status); \
+#define TRANSFER_FUNCTION(calls, name, parameters, arguments)                                                \
+    ssize_t name parameters {                                                                                \
+        REAL(name);                                                                                          \
+        return Transferred(FaultPlan::calls, file, bytes, [=](std::size_t some) { return real arguments; }); \
     }
-STAT_FUNCTION(stat, const char*)
-STAT_FUNCTION(lstat, const char*)
-STAT_FUNCTION(fstat, int)
+TRANSFER_FUNCTION(Read, read, (int file, void* to, std::size_t bytes), (file, to, some))
+TRANSFER_FUNCTION(Read, pread, (int file, void* to, std::size_t bytes, off_t at), (file, to, some, at))
+TRANSFER_FUNCTION(Write, write, (int file, const void* from, std::size_t bytes), (file, from, some))
+TRANSFER_FUNCTION(Write, pwrite, (int file, const void* from, std::size_t bytes, off_t at),
+                  (file, from, some, at))
 
-int faccessat(int directory, const char* path, int mode, int flags) noexcept {
-    REAL(faccessat);
-    return Fails(FaultPlan::Look, path, EIO) ? -1 : real(directory, path, mode, flags);
+/// A shorter transfer takes the half of the first part.
+ssize_t writev(int descriptor, const iovec* parts, int count) {
+    REAL(writev);
+    return Transferred(FaultPlan::Write, descriptor, parts[0].iov_len, [=](std::size_t bytes) {
+        const iovec shorter = {parts[0].iov_base, bytes};
+        return bytes == parts[0].iov_len ? real(descriptor, parts, count) : real(descriptor, &shorter, 1);
+    });
 }
 
-// -- Print: standard output alone
+// Calls that fail or do what they always do. `file` is the one of the parameters that may be watched.
+#define FUNCTION(calls, Result, name, file, parameters, arguments)  \
+    Result name parameters noexcept {                               \
+        REAL(name);                                                 \
+        return Fails(FaultPlan::calls, file) ? -1 : real arguments; \
+    }
+FUNCTION(Seek, off_t, lseek, file, (int file, off_t offset, int from), (file, offset, from))
+FUNCTION(Seek, off64_t, lseek64, file, (int file, off64_t offset, int from), (file, offset, from))
+FUNCTION(Change, int, rename, to, (const char* from, const char* to), (from, to))
+FUNCTION(Change, int, ftruncate, file, (int file, off_t bytes), (file, bytes))
+FUNCTION(Change, int, fchmod, file, (int file, mode_t mode), (file, mode))
+FUNCTION(Change, int, mkdir, path, (const char* path, mode_t mode), (path, mode))
+FUNCTION(Change, int, unlink, path, (const char* path), (path))
+FUNCTION(Look, int, stat, path, (const char* path, struct stat* status), (path, status))
+FUNCTION(Look, int, lstat, path, (const char* path, struct stat* status), (path, status))
+FUNCTION(Look, int, fstat, file, (int file, struct stat* status), (file, status))
+FUNCTION(Look, int, faccessat, path, (int at, const char* path, int mode, int flags), (at, path, mode, flags))
+
+/// Nothing is written through to the disk, which would take most of a test's time.
+int fsync(int descriptor) {
+    return Fails(FaultPlan::Change, descriptor) ? -1 : 0;
+}
+
+// Of these standard output alone is watched.
 
 std::size_t fwrite(const void* bytes, std::size_t size, std::size_t count, std::FILE* file) {
     REAL(fwrite);

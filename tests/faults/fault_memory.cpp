@@ -1,7 +1,7 @@
 // Memory that there isn't. The C library's functions are called by their second names: to look them up takes
 // memory.
 
-#include "tests/faults/fault_counter.h"
+#include "tests/faults/fault_plan.h"
 
 #include <dlfcn.h>
 

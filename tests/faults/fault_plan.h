@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 /// What the preloaded library lets fail, and how. The library and the tests share it; it travels as plain
@@ -10,8 +11,8 @@ struct FaultPlan {
     enum Calls : std::uint32_t {
         None,
         Open,    ///< open, fopen
-        Read,    ///< read, pread and their vectors
-        Write,   ///< write, pwrite and their vectors
+        Read,    ///< read, pread
+        Write,   ///< write, pwrite, writev
         Seek,    ///< lseek
         Close,   ///< close, fclose: closed all the same
         Change,  ///< fsync, rename, ftruncate, fchmod, mkdir, unlink
@@ -42,8 +43,7 @@ struct FaultAnswer {
 
 /// Where the library takes plans from and puts its answers: one after the other, each a run of the program
 /// from `main` on in a process of its own. Loading and linking it is so done once for many runs.
-constexpr int kPlanDescriptor = 197;
-constexpr int kAnswerDescriptor = 198;
+constexpr int kPlanDescriptor = 197, kAnswerDescriptor = 198;
 
 /// The directory whose files are watched, ending in `/`. Unset: all files.
 constexpr const char* kFaultDirectoryVariable = "TOLVANE_FAULT_DIRECTORY";
@@ -51,3 +51,22 @@ constexpr const char* kFaultDirectoryVariable = "TOLVANE_FAULT_DIRECTORY";
 /// Instead of plans from a descriptor one for this very process, for a debugger: calls, way and number as in
 /// the enumerations, least bytes, such as "8 1 120 0".
 constexpr const char* kFaultVariable = "TOLVANE_FAULT";
+
+// -- The library's own
+
+/// The plan of this process and what came of it.
+struct FaultCounter {
+    FaultPlan plan;
+    std::atomic<std::uint32_t> calls = 0;
+    std::atomic<std::uint32_t> faults = 0;
+    std::atomic<bool> hasBegun = false;  ///< a watched file has been opened
+};
+
+/// Null where nothing is to fail: before `main`, and in the process that only starts the others.
+extern std::atomic<FaultCounter*> faultCounter;
+
+enum class Fault { None, Fails, GoesShorter };
+
+/// Counts a call; what is planned for it. If it is to fail, `errno` is set, to `error` or to that of an
+/// interruption.
+Fault NextFault(FaultPlan::Calls calls, int error);

@@ -1,6 +1,6 @@
 // Starts the program's `main` again and again, each time in a child process with a plan of its own.
 
-#include "tests/faults/fault_counter.h"
+#include "tests/faults/fault_plan.h"
 
 #include <dlfcn.h>
 #include <sys/mman.h>

@@ -10,6 +10,7 @@
 
 #include <fstream>
 #include <random>
+#include <sstream>
 
 namespace {
 
@@ -17,27 +18,16 @@ constexpr int kWidth = 32, kHeight = 24;
 constexpr std::size_t kLumaBytes = kWidth * kHeight, kFrameBytes = kLumaBytes * 3 / 2;
 constexpr int kLargeWidth = 192, kLargeHeight = 144;  // more than is read at once
 
-const std::vector<std::string> kPair = {"original", "processed"};
-
 std::vector<std::string> Roles(const Scenario& scenario) {
-    std::vector<std::string> roles = kPair;
+    std::vector<std::string> roles = {"original", "processed"};
     if (scenario.hasSecond) roles.push_back("processed2");
     if (scenario.hasMask) roles.push_back("mask");
     return roles;
 }
 
 std::string FileName(const Scenario& scenario, const std::string& role) {
-    switch (scenario.inputs) {
-        case Scenario::Raw:
-            return role + ".yuv";
-        case Scenario::Y4m:
-        case Scenario::OddY4m:
-            return role + ".y4m";
-        case Scenario::Bitmaps:
-            return role + ".bmp";
-        default:
-            return role + ".avi";
-    }
+    constexpr const char* kEndings[] = {".yuv", ".y4m", ".y4m", ".avi", ".avi", ".avi", ".bmp"};
+    return role + kEndings[scenario.inputs];
 }
 
 /// Noise, of another strength in each frame and file, on a picture that they share.
@@ -59,27 +49,28 @@ std::string MaskFrame(bool isMarked) {
     return samples;
 }
 
-void WriteRaw(const std::string& path, const std::string& role, int frames, int maskedFrames) {
-    std::ofstream file(path, std::ios::binary);
-    const bool isMask = role == "mask";
+std::string RawFrames(const std::string& role, int frames, int maskedFrames) {
+    std::string bytes;
     for (int frame = 0; frame < frames; ++frame)
-        file << (isMask ? MaskFrame(frame < maskedFrames) : NoisyFrame(kFrameBytes, role, frame));
+        bytes += role == "mask" ? MaskFrame(frame < maskedFrames) : NoisyFrame(kFrameBytes, role, frame);
+    return bytes;
 }
 
 /// With odd sides and a word in each frame's line the file has to be walked to learn what it holds.
-void WriteY4m(const std::string& path, const std::string& role, int frames, bool isOdd) {
+std::string Y4m(const std::string& role, int frames, bool isOdd) {
     constexpr std::size_t kOddBytes = 31 * 23 + 2 * 16 * 12;
-    std::ofstream file(path, std::ios::binary);
-    file << (isOdd ? "YUV4MPEG2 W31 H23 F25:1\n" : "YUV4MPEG2 W32 H24 F25:1\n");
+    std::string bytes = isOdd ? "YUV4MPEG2 W31 H23 F25:1\n" : "YUV4MPEG2 W32 H24 F25:1\n";
     for (int frame = 0; frame < frames; ++frame)
-        file << (isOdd ? "FRAME Xodd\n" : "FRAME\n")
-             << NoisyFrame(isOdd ? kOddBytes : kFrameBytes, role, frame);
+        bytes +=
+            (isOdd ? "FRAME Xodd\n" : "FRAME\n") + NoisyFrame(isOdd ? kOddBytes : kFrameBytes, role, frame);
+    return bytes;
 }
 
-void LoadNoise(rkVideoImage& image, const std::string& role, int frame, int width, int height) {
+rkVideoImage& LoadNoise(rkVideoImage& image, const std::string& role, int frame, int width, int height) {
     image.Create(width, height, RGB24, 0);
     const std::string noise = NoisyFrame(image.PackedFrameBytes(), role, frame);
     image.LoadFrame(reinterpret_cast<const std::uint8_t*>(noise.data()));
+    return image;
 }
 
 void WriteAvi(const std::string& path, const std::string& role, int frames, bool compressed, bool large) {
@@ -92,63 +83,41 @@ void WriteAvi(const std::string& path, const std::string& role, int frames, bool
     rkVideoFile file;
     ASSERT_TRUE(file.OpenWriterWithSettings(FromUtf8(path), width, height, 1, 25, settings));
     rkVideoImage image;
-    for (int frame = 0; frame < frames; ++frame) {
-        LoadNoise(image, role, frame, width, height);
-        ASSERT_TRUE(file.WriteImage(image));
-    }
+    for (int frame = 0; frame < frames; ++frame)
+        ASSERT_TRUE(file.WriteImage(LoadNoise(image, role, frame, width, height)));
     ASSERT_TRUE(file.CloseWriter());
-}
-
-void WriteBitmap(const std::string& path, const std::string& role) {
-    rkVideoImage image;
-    LoadNoise(image, role, 0, kWidth, kHeight);
-    std::ofstream(path, std::ios::binary) << rkBmpFileBytes(image);
 }
 
 }  // namespace
 
 const std::vector<Scenario> kScenarios = {
-    {"Raw",
-     Scenario::Raw,
-     true,
-     true,
-     {"-m", "psnr:Y", "-m", "blurring_metric:Y", "--bad-frames", "OUT", "--bad-frames-count", "2"}},
-    {"Y4m", Scenario::Y4m, true, false, {"-m", "psnr:Y", "-m", "mse:L", "--visualize", "OUT"}},
-    {"OddY4m", Scenario::OddY4m, false, false, {"-m", "psnr:V"}},
-    {"Avi",
-     Scenario::Avi,
-     false,
-     false,
-     {"-m", "msad:R", "-m", "ssim_fast:Y", "--bad-frames", "OUT", "--bad-frames-count", "1", "--visualize",
-      "OUT", "--codec", "HFYU"}},
-    {"CompressedAvi", Scenario::CompressedAvi, false, false, {"-m", "delta:U", "-m", "vqm:Y"}},
-    {"Scripts", Scenario::Scripts, false, false, {"-m", "psnr:B", "--avs"}},
-    {"Bitmaps",
-     Scenario::Bitmaps,
-     true,
-     false,
-     {"-m", "psnr:G", "--visualize", "OUT", "--bad-frames", "OUT", "--bad-frames-count", "0"}},
+    {"Raw", Scenario::Raw, true, true,
+     "-m psnr:Y -m blurring_metric:Y --bad-frames OUT --bad-frames-count 2"},
+    {"Y4m", Scenario::Y4m, true, false, "-m psnr:Y -m mse:L --visualize OUT"},
+    {"OddY4m", Scenario::OddY4m, false, false, "-m psnr:V"},
+    {"Avi", Scenario::Avi, false, false,
+     "-m msad:R -m ssim_fast:Y --bad-frames OUT --bad-frames-count 1 --visualize OUT --codec HFYU"},
+    {"CompressedAvi", Scenario::CompressedAvi, false, false, "-m delta:U -m vqm:Y"},
+    {"Scripts", Scenario::Scripts, false, false, "-m psnr:B --avs"},
+    {"Bitmaps", Scenario::Bitmaps, true, false,
+     "-m psnr:G --visualize OUT --bad-frames OUT --bad-frames-count 0"},
 };
 
 void WriteInputs(const Scenario& scenario, const std::filesystem::path& directory, int frames,
                  int maskedFrames) {
+    const auto inputs = scenario.inputs;
     for (const std::string& role : Roles(scenario)) {
         const std::string path = directory / FileName(scenario, role);
-        switch (scenario.inputs) {
-            case Scenario::Raw:
-                WriteRaw(path, role, frames, maskedFrames);
-                break;
-            case Scenario::Y4m:
-            case Scenario::OddY4m:
-                WriteY4m(path, role, frames, scenario.inputs == Scenario::OddY4m);
-                break;
-            case Scenario::Bitmaps:
-                WriteBitmap(path, role);
-                break;
-            default:
-                WriteAvi(path, role, frames, scenario.inputs == Scenario::CompressedAvi,
-                         scenario.inputs == Scenario::Scripts);
-        }
+        std::ofstream file(path, std::ios::binary);
+        rkVideoImage image;
+        if (inputs == Scenario::Raw)
+            file << RawFrames(role, frames, maskedFrames);
+        else if (inputs == Scenario::Y4m || inputs == Scenario::OddY4m)
+            file << Y4m(role, frames, inputs == Scenario::OddY4m);
+        else if (inputs == Scenario::Bitmaps)
+            file << rkBmpFileBytes(LoadNoise(image, role, 0, kWidth, kHeight));
+        else
+            WriteAvi(path, role, frames, inputs == Scenario::CompressedAvi, inputs == Scenario::Scripts);
     }
 }
 
@@ -160,8 +129,8 @@ std::vector<std::string> Arguments(const Scenario& scenario, const std::filesyst
     };
     for (const std::string& role : Roles(scenario)) add("--" + role, in / FileName(scenario, role));
     if (scenario.inputs == Scenario::Raw) add("--size", "32x24");
-    for (const std::string& option : scenario.options)
-        arguments.push_back(option == "OUT" ? out.native() : option);
+    std::istringstream options(scenario.options);
+    for (std::string option; options >> option;) arguments.push_back(option == "OUT" ? out.native() : option);
     add("--csv", out);
     add("--csv-naming", "custom");
     add("--csv-name", "values.csv");

@@ -11,9 +11,9 @@ struct Scenario {
 
     const char* name;
     Inputs inputs;
-    bool hasSecond = false;  ///< a second processed file
-    bool hasMask = false;    ///< for raw files only
-    std::vector<std::string> options = {};
+    bool hasSecond;       ///< a second processed file
+    bool hasMask;         ///< for raw files only
+    const char* options;  ///< "OUT" is the directory of the outputs
 
     int Frames() const { return inputs == Bitmaps ? 1 : 4; }
 };

@@ -1,8 +1,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "tests/fuzz/memory_file.h"
-#include "tests/fuzz/require.h"
+#include "tests/fuzz/fuzz_input.h"
 #include "video/avi/avi_opendml_parser.h"
 
 namespace {

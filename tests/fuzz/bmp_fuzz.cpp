@@ -1,7 +1,6 @@
 #include <vector>
 
-#include "tests/fuzz/memory_file.h"
-#include "tests/fuzz/require.h"
+#include "tests/fuzz/fuzz_input.h"
 #include "video/raw_layout.h"
 #include "video/sources/bmp_source.h"
 #include "video/sources/bmp_writer.h"

@@ -1,4 +1,4 @@
-#include "tests/fuzz/require.h"
+#include "tests/fuzz/fuzz_input.h"
 #include "video/avi/compressor_settings.h"
 
 /// Takes the bytes for a stored choice of a compressor. What is read must be stored as it was read, and the

@@ -5,7 +5,6 @@
 #include "metric/metric_image.h"
 #include "platform/text.h"
 #include "tests/fuzz/metrics_with_plugins.h"
-#include "tests/fuzz/require.h"
 
 namespace {
 

@@ -1,27 +1,16 @@
 #include "cli/options.h"
 
 #include <cstdint>
+#include <sstream>
 #include <string_view>
 #include <vector>
 
 #include "cli/job.h"
 #include "metric/metric_types.h"
 #include "tests/fuzz/metrics_with_plugins.h"
-#include "tests/fuzz/require.h"
 #include "video/raw_layout.h"
 
 namespace {
-
-/// The arguments, each ended by a line end.
-std::vector<std::string> Split(std::string_view text) {
-    std::vector<std::string> arguments = {"tolvane-measure"};
-    while (!text.empty()) {
-        const std::string_view line = text.substr(0, text.find('\n'));
-        arguments.emplace_back(line.substr(0, line.find('\0')));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
-    }
-    return arguments;
-}
 
 void CheckJob(const MeasurementJob& job, const Metric::CMetricList& metrics) {
     Require(!job.selection.empty() && !job.run.inputFiles.empty());
@@ -40,10 +29,12 @@ void CheckJob(const MeasurementJob& job, const Metric::CMetricList& metrics) {
 
 }  // namespace
 
-/// Takes the bytes for a command line. It becomes a job, or a message that names an option.
+/// Takes the bytes for a command line, each line an argument. It becomes a job, or a message that names an option.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const Metric::CMetricList& metrics = MetricsWithPlugins();
-    const std::vector<std::string> arguments = Split({reinterpret_cast<const char*>(data), size});
+    std::vector<std::string> arguments = {"tolvane-measure"};
+    std::istringstream lines(std::string(reinterpret_cast<const char*>(data), size));
+    for (std::string line; std::getline(lines, line);) arguments.push_back(line.c_str());  // up to a 0 byte
     std::vector<const char*> pointers;
     for (const std::string& argument : arguments) pointers.push_back(argument.c_str());
     try {

@@ -1,8 +1,7 @@
 #include "platform/script_host/builtin_sources.h"
 #include "platform/script_host/clip.h"
 #include "platform/script_host/script_text.h"
-#include "tests/fuzz/memory_file.h"
-#include "tests/fuzz/require.h"
+#include "tests/fuzz/fuzz_input.h"
 
 namespace {
 

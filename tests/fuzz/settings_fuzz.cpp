@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <charconv>
 #include <map>
-#include <string_view>
+#include <sstream>
 
 #include "app/rules/bad_frames_form.h"
 #include "app/rules/main_form.h"
@@ -15,39 +15,28 @@
 #include "app/rules/yuv_form.h"
 #include "platform/text.h"
 #include "tests/fuzz/metrics_with_plugins.h"
-#include "tests/fuzz/require.h"
 
 namespace {
 
 /// Lines "name=7" for numbers and "name:text" for texts, ended by 0 bytes; a number that is none is a text.
-class InputStore : public MemorySettingsStore {
-public:
-    explicit InputStore(std::string_view bytes) {
-        while (!bytes.empty()) {
-            const std::string_view line = bytes.substr(0, bytes.find('\0'));
-            Add(line);
-            bytes.remove_prefix(std::min(line.size() + 1, bytes.size()));
+struct InputStore : MemorySettingsStore {
+    explicit InputStore(const std::string& bytes) {
+        std::istringstream lines(bytes);
+        for (std::string line; std::getline(lines, line, '\0');) {
+            const std::size_t end = std::min(line.find_first_of("=:"), line.size());
+            const std::string name = line.substr(0, end), value = line.substr(std::min(end + 1, line.size()));
+            int number = 0;
+            const auto [behind, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+            if (line[end] == '=' && error == std::errc() && *behind == '\0')
+                WriteNumber(name, number);
+            else
+                WriteText(name, FromUtf8(value));
         }
-    }
-
-private:
-    void Add(std::string_view line) {
-        const std::size_t end = std::min(line.find_first_of("=:"), line.size());
-        const std::string name(line.substr(0, end));
-        const std::string_view value = line.substr(std::min(end + 1, line.size()));
-        int number = 0;
-        const auto [behind, error] = std::from_chars(value.data(), value.data() + value.size(), number);
-        const bool isNumber = error == std::errc() && behind == value.data() + value.size();
-        if (end < line.size() && line[end] == '=' && isNumber)
-            WriteNumber(name, number);
-        else
-            WriteText(name, FromUtf8(value));
     }
 };
 
 /// All that was written, but for the number of starts, which grows.
-class NotingStore : public MemorySettingsStore {
-public:
+struct NotingStore : MemorySettingsStore {
     std::map<std::string, std::wstring> written;
 
     bool WriteNumber(const std::string& name, int number) override {
@@ -103,28 +92,22 @@ void ShowAll(ShellState& state, const Metric::CMetricList& metrics) {
     StoreForm(badFrames, job.badFrames);
 }
 
-std::map<std::string, std::wstring> Saved(const ShellState& state, const Metric::CMetricList& metrics,
-                                          NotingStore& store) {
-    Require(SaveSettings(store, metrics, state));
-    return store.written;
-}
-
 }  // namespace
 
 /// Takes the bytes for a store of settings. What is loaded is saved and loaded as the same again; every
 /// dialog can show it, and a run can begin with it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Metric::CMetricList& metrics = MetricsWithPlugins();
-    const InputStore store({reinterpret_cast<const char*>(data), size});
+    const InputStore store(std::string(reinterpret_cast<const char*>(data), size));
     for (const bool hasAll : {true, false}) {
         const Capabilities capabilities = {hasAll, hasAll, hasAll, hasAll, hasAll};
         ShellState state = NewShellState(capabilities, metrics);
         LoadSettings(store, L"/program/", metrics, state);
         NotingStore first, second;
-        const auto written = Saved(state, metrics, first);
+        Require(SaveSettings(first, metrics, state));
         ShellState again = NewShellState(capabilities, metrics);
         LoadSettings(first, L"/program/", metrics, again);
-        Require(Saved(again, metrics, second) == written);
+        Require(SaveSettings(second, metrics, again) && second.written == first.written);
 
         ChooseMetric(state.job, SelectionOf(state.job).metricIndex, metrics);
         MatchBadFramesType(state.job);

@@ -3,8 +3,7 @@
 
 #include "platform/elf_file.h"
 #include "platform/file.h"
-#include "tests/fuzz/memory_file.h"
-#include "tests/fuzz/require.h"
+#include "tests/fuzz/fuzz_input.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 #include "platform/text.h"
-#include "tests/fuzz/require.h"
+#include "tests/fuzz/fuzz_input.h"
 #include "update/update_list.h"
 #include "update/version.h"
 

@@ -1,8 +1,7 @@
 #include <cwchar>
 #include <vector>
 
-#include "tests/fuzz/memory_file.h"
-#include "tests/fuzz/require.h"
+#include "tests/fuzz/fuzz_input.h"
 #include "video/raw_layout.h"
 #include "video/sources/y4m_source.h"
 #include "video/video_image.h"

@@ -17,7 +17,7 @@ struct Form {
     bool firstV = false;  ///< V stands before U
 };
 
-constexpr Form kRawForms[] = {
+constexpr Form kForms[] = {
     {"IYUV", Kind::Planar, 8, 3, 1, 1},      {"YV12", Kind::Planar, 8, 3, 1, 1, true},
     {"YV16", Kind::Planar, 8, 3, 1, 0},      {"YUV", Kind::Planar, 8, 3, 0, 0},
     {"Y", Kind::Planar, 8, 1, 0, 0},         {"UYVY", Kind::PackedUyvy, 8, 3, 1, 0},
@@ -28,13 +28,17 @@ constexpr Form kRawForms[] = {
     {"P410", Kind::Planar, 10, 3, 0, 0},     {"P414", Kind::Planar, 14, 3, 0, 0},
     {"P416", Kind::Planar, 16, 3, 0, 0},     {"P410_RGB", Kind::Planar, 10, 3, 0, 0},
     {"P414_RGB", Kind::Planar, 14, 3, 0, 0}, {"P416_RGB", Kind::Planar, 16, 3, 0, 0},
+    {"C420jpeg", Kind::Planar, 8, 3, 1, 1},  {"C422", Kind::Planar, 8, 3, 1, 0},
+    {"C444", Kind::Planar, 8, 3, 0, 0},      {"C420p10", Kind::Planar, 10, 3, 1, 1},
+    {"C422p12", Kind::Planar, 12, 3, 1, 0},  {"C444p16", Kind::Planar, 16, 3, 0, 0},
+    {"BMP", Kind::Planar, 8, 3, 0, 0},
 };
 
-constexpr Form kY4mForms[] = {
-    {"C420jpeg", Kind::Planar, 8, 3, 1, 1}, {"C422", Kind::Planar, 8, 3, 1, 0},
-    {"C444", Kind::Planar, 8, 3, 0, 0},     {"C420p10", Kind::Planar, 10, 3, 1, 1},
-    {"C422p12", Kind::Planar, 12, 3, 1, 0}, {"C444p16", Kind::Planar, 16, 3, 0, 0},
-};
+const Form& FormOf(const Clip& clip) {
+    for (const Form& form : kForms)
+        if (clip.form == form.name) return form;
+    throw std::runtime_error("no clip can be made in the form " + clip.form);
+}
 
 void Append(std::string& bytes, int sample, int bits) {
     bytes += static_cast<char>(sample & 0xFF);
@@ -106,28 +110,6 @@ struct Frame {
     }
 };
 
-template <std::size_t kCount>
-const Form* FindForm(const Form (&forms)[kCount], const std::string& name) {
-    for (const Form& form : forms)
-        if (name == form.name) return &form;
-    return nullptr;
-}
-
-std::string Frames(const Clip& clip, const Form& form, int version, const std::string& mark) {
-    std::string bytes;
-    for (int number = 0; number < clip.frames; ++number) {
-        const Frame frame{clip, form, version, number};
-        bytes += mark;
-        if (form.kind == Kind::Planar)
-            frame.AppendPlanes(bytes, !mark.empty());
-        else if (form.kind == Kind::PackedWords)
-            frame.AppendWords(bytes);
-        else
-            frame.AppendPairs(bytes);
-    }
-    return bytes;
-}
-
 std::string Bitmap(const Clip& clip, int version) {
     const int rowBytes = (3 * clip.width + 3) / 4 * 4;
     std::string bytes = "BM";
@@ -137,8 +119,7 @@ std::string Bitmap(const Clip& clip, int version) {
     };
     append({54 + rowBytes * clip.height, 0, 54, 40, clip.width, clip.height, 24 << 16 | 1, 0,
             rowBytes * clip.height, 0, 0, 0, 0});
-    const Form form{"BMP", Kind::Planar, 8, 3, 0, 0};
-    const Frame frame{clip, form, version, 0};
+    const Frame frame{clip, FormOf(clip), version, 0};
     for (int y = clip.height - 1; y >= 0; --y) {
         for (int i = 0; i < rowBytes; ++i)
             bytes += static_cast<char>(i < 3 * clip.width ? frame.Sample(2 - i % 3, i / 3, y) : 0);
@@ -146,22 +127,36 @@ std::string Bitmap(const Clip& clip, int version) {
     return bytes;
 }
 
+bool IsY4m(const Clip& clip) {
+    return clip.form[0] == 'C';
+}
+
 }  // namespace
 
 std::string ClipEnding(const Clip& clip) {
-    if (clip.form == "BMP") return ".bmp";
-    return FindForm(kY4mForms, clip.form) ? ".y4m" : ".yuv";
+    return clip.form == "BMP" ? ".bmp" : IsY4m(clip) ? ".y4m" : ".yuv";
 }
 
 bool IsRaw(const Clip& clip) {
-    return FindForm(kRawForms, clip.form) != nullptr;
+    return ClipEnding(clip) == ".yuv";
 }
 
 std::string ClipFile(const Clip& clip, int version) {
     if (clip.form == "BMP") return Bitmap(clip, version);
-    if (const Form* form = FindForm(kRawForms, clip.form)) return Frames(clip, *form, version, "");
-    const Form* form = FindForm(kY4mForms, clip.form);
-    if (!form) throw std::runtime_error("no clip can be made in the form " + clip.form);
-    return "YUV4MPEG2 W" + std::to_string(clip.width) + " H" + std::to_string(clip.height) +
-           " F25:1 Ip A1:1 " + clip.form + "\n" + Frames(clip, *form, version, "FRAME\n");
+    const Form& form = FormOf(clip);
+    std::string bytes;
+    if (IsY4m(clip))
+        bytes = "YUV4MPEG2 W" + std::to_string(clip.width) + " H" + std::to_string(clip.height) +
+                " F25:1 Ip A1:1 " + clip.form + "\n";
+    for (int number = 0; number < clip.frames; ++number) {
+        const Frame frame{clip, form, version, number};
+        if (IsY4m(clip)) bytes += "FRAME\n";
+        if (form.kind == Kind::Planar)
+            frame.AppendPlanes(bytes, IsY4m(clip));
+        else if (form.kind == Kind::PackedWords)
+            frame.AppendWords(bytes);
+        else
+            frame.AppendPairs(bytes);
+    }
+    return bytes;
 }

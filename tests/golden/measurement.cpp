@@ -62,12 +62,10 @@ std::string FileArguments(const TemporaryDirectory& directory, const std::string
     clip.form = form;
     const std::string name = role + ClipEnding(clip);
     directory.Write(name, ClipFile(clip, version));
-    std::string arguments = " --" + role + " " + name;
-    if (IsRaw(clip)) {
-        arguments += " --" + role + "-layout " + form + " --" + role + "-size " + std::to_string(clip.width) +
-                     "x" + std::to_string(clip.height);
-    }
-    return arguments;
+    const std::string arguments = " --" + role + " " + name;
+    if (!IsRaw(clip)) return arguments;
+    return arguments + " --" + role + "-layout " + form + " --" + role + "-size " +
+           std::to_string(clip.width) + "x" + std::to_string(clip.height);
 }
 
 std::string AllFileArguments(const TemporaryDirectory& directory, const Program& program, const Case& what) {
@@ -87,15 +85,12 @@ std::string AllFileArguments(const TemporaryDirectory& directory, const Program&
     return arguments + FileArguments(directory, "mask", mask, what.maskForm, 3);
 }
 
-/// Whether a choice, the one after `before` in the list, is one of a set of `Case::metrics`.
-bool IsIn(const std::string& set, const MetricChoice& metric, const MetricChoice& before) {
-    const bool first = metric.id != before.id;
+/// Whether a choice, in its metric's first component or another one, is one of a set of `Case::metrics`.
+bool IsIn(const std::string& set, const MetricChoice& metric, bool first) {
     if (set == "each") return first || metric.id == "mse";
-    if (set == "planes") {
-        return metric.id == "mse" || metric.id == "delta" || metric.id == "blurring_metric" ||
-               (first && (metric.id == "psnr" || metric.id == "ssim_precise"));
-    }
-    return true;
+    if (set != "planes") return true;
+    return metric.id == "mse" || metric.id == "delta" || metric.id == "blurring_metric" ||
+           (first && (metric.id == "psnr" || metric.id == "ssim_precise"));
 }
 
 /// The metric options of each run.
@@ -103,18 +98,18 @@ std::vector<std::string> MetricArguments(const std::vector<MetricChoice>& metric
                                          Split split) {
     if (chosen.starts_with("-")) return {chosen};
     std::vector<std::string> runs;
-    std::map<char, std::size_t> runOfComponent;
-    MetricChoice before;
-    for (const MetricChoice& metric : metrics) {
-        const bool isChosen = IsIn(chosen, metric, before);
-        before = metric;
-        if (!isChosen) continue;
-        std::size_t run = 0;
-        if (split == Split::ByMetric) run = runs.size();
-        if (split == Split::ByComponent)
-            run = runOfComponent.emplace(metric.component, runs.size()).first->second;
+    std::map<std::string, std::size_t> runOf;  // by what a run is for
+    std::string before;
+    for (const auto& [id, component] : metrics) {
+        const bool isFirst = std::exchange(before, id) != id;
+        if (!IsIn(chosen, {id, component}, isFirst)) continue;
+        std::string argument = " -m " + id + ":" + component;
+        const std::string purpose = split == Split::ByMetric      ? argument
+                                    : split == Split::ByComponent ? std::string(1, component)
+                                                                  : "";
+        const std::size_t run = runOf.emplace(purpose, runs.size()).first->second;
         if (run == runs.size()) runs.emplace_back();
-        runs[run] += " -m " + metric.id + ":" + metric.component;
+        runs[run] += argument;
     }
     return runs;
 }

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "tests/golden/cases.h"
-#include "tests/golden/table.h"
 
 /// The program that is measured with.
 struct Program {
@@ -20,16 +19,33 @@ struct MetricChoice {
     char component = 'Y';
 };
 
+/// One result of a run. Numbers are text of nine significant digits, which tell any two floats apart; "null"
+/// is what isn't a number, and the average of no frame.
+struct Row {
+    std::string key;  ///< "mse Y original processed": metric, component, result if it has a name, files
+    int firstFrame = 0;
+    std::string average;
+    std::vector<std::string> values;
+};
+
+/// A case's results.
+struct Section {
+    std::string name;
+    std::string files;  ///< for the reader: how the clips were measured
+    std::vector<Row> rows;
+};
+
 /// The instruction sets that this machine has code for, as `Program::vectors` takes them.
 std::vector<std::string> VectorSets();
 
-/// Throws std::runtime_error unless the program obeys `Program::vectors`.
+// All of these throw std::runtime_error where the program doesn't give results.
+
+/// Throws also unless the program obeys `Program::vectors`.
 void CheckVectors(const Program& program);
 
-/// All metrics of the program, in the order of its list. Throws std::runtime_error if it doesn't run.
+/// All metrics of the program, in the order of its list.
 std::vector<MetricChoice> MetricsOf(const Program& program);
 
 /// Runs the program on the files of a case, once or, split, several times, and puts the results together.
-/// Throws std::runtime_error where the program doesn't give results.
 Section Measure(const Program& program, const std::vector<MetricChoice>& metrics, const Case& what,
                 Split split);

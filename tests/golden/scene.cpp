@@ -63,8 +63,6 @@ int SceneSample(Scene scene, int version, int plane, int x, int y, int frame) {
     if (version == 3) return Mask(plane, x, y);
     const int noise = Hash(x, y, 7000 + 100 * version + 10 * frame + plane);
     switch (scene) {
-        case Scene::Moving:
-            return InPan(version, plane, x, y, frame, 1);
         case Scene::Fast:
             return InPan(version, plane, x, y, frame, 5);
         case Scene::Noise:
@@ -76,8 +74,8 @@ int SceneSample(Scene scene, int version, int plane, int x, int y, int frame) {
         case Scene::Equal:
             return InPan(0, plane, x, y, frame, 1);
         case Scene::Inverted:
-            return version == 0 ? InPan(0, plane, x, y, frame, 1)
-                                : kGreatest - InPan(0, plane, x, y, frame, 1);
+            return std::abs((version == 0 ? 0 : kGreatest) - InPan(0, plane, x, y, frame, 1));
+        default:
+            return InPan(version, plane, x, y, frame, 1);
     }
-    return 0;
 }

@@ -2,14 +2,8 @@
 
 #include "report/results_dialog.h"
 
-#include <gtest/gtest.h>
-#include <QAbstractButton>
-#include <QApplication>
-#include <QTest>
-#include <QWheelEvent>
+#include "tests/platform/qt/user.h"
 
-#include <algorithm>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <span>
@@ -51,16 +45,9 @@ struct Viewer {
         EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }
 
-    /// By its accessible name or, without one, its text.
     template <typename Control>
     Control* Find(const char* name, const QWidget* window = nullptr) const {
-        for (Control* control : (window ? window : dialog.get())->findChildren<Control*>()) {
-            QString own = control->accessibleName();
-            if (own.isEmpty()) own = control->property("text").toString().remove(u'&');
-            if (own == QLatin1String(name)) return control;
-        }
-        ADD_FAILURE() << "there is no " << name;
-        std::abort();
+        return &::Find<Control>(window ? *window : *dialog, name);
     }
 
     void Click(const char* name, const QWidget* window = nullptr) const {
@@ -98,25 +85,16 @@ struct ControlText {
 };
 
 /// What has to hold for the controls of a window: every one has a name, a reason while it is disabled, the
-/// tooltip of `texts`; and no two the same mnemonic. `letters` are all of these, in ascending order.
+/// tooltip of `texts`. `letters` are their mnemonics, in ascending order.
 inline void CheckTexts(const Viewer& viewer, const QWidget& window, std::span<const ControlText> texts,
                        const char* letters) {
-    QString found;
-    const auto take = [&found](const QString& text) {
-        const auto sign = text.indexOf(u'&');
-        if (sign >= 0) found += text[sign + 1].toLower();
-    };
+    EXPECT_EQ(letters, Mnemonics(window));
     for (const QWidget* control : window.findChildren<QWidget*>()) {
-        if (control->window() != &window) continue;
-        const QString text = control->property("text").toString() + control->property("title").toString();
-        take(text);
-        if (control->focusPolicy() == Qt::NoFocus) continue;
-        EXPECT_FALSE((control->accessibleName() + text).isEmpty()) << control->metaObject()->className();
-        EXPECT_TRUE(control->isEnabled() || !control->toolTip().isEmpty())
-            << control->accessibleName().toStdString();
+        if (control->window() != &window || control->focusPolicy() == Qt::NoFocus) continue;
+        const QString name = control->accessibleName() + control->property("text").toString();
+        EXPECT_FALSE(name.isEmpty()) << control->metaObject()->className();
+        EXPECT_TRUE(control->isEnabled() || !control->toolTip().isEmpty()) << name.toStdString();
     }
-    std::sort(found.begin(), found.end());
-    EXPECT_EQ(letters, found.toStdString());
     for (const ControlText& text : texts)
         EXPECT_EQ(text.toolTip, viewer.Find<QWidget>(text.name, &window)->toolTip().toStdString())
             << text.name;

@@ -8,15 +8,7 @@
 #include "tests/report/made_results.h"
 #include "tests/temporary_directory.h"
 
-#include <gtest/gtest.h>
-#include <QAction>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QHelpEvent>
-#include <QMenu>
 #include <QSvgRenderer>
-#include <QToolTip>
 
 #include <cmath>
 
@@ -24,43 +16,35 @@ namespace {
 
 using Report::CReportGraph;
 
-/// Pixels of exactly this colour.
-int Count(const QImage& image, QColor color, QRect area = {}) {
-    if (area.isNull()) area = image.rect();
-    area &= image.rect();
+/// How many places of an area are as asked for.
+template <typename Is>
+int CountOf(QRect area, Is is) {
     int count = 0;
     for (int y = area.top(); y <= area.bottom(); ++y)
-        for (int x = area.left(); x <= area.right(); ++x) count += image.pixel(x, y) == color.rgb();
+        for (int x = area.left(); x <= area.right(); ++x) count += is(x, y) ? 1 : 0;
     return count;
+}
+
+/// Pixels of exactly this colour.
+int Count(const QImage& image, QColor color, QRect area = {}) {
+    const QRect inside = area.isNull() ? image.rect() : area & image.rect();
+    return CountOf(inside, [&](int x, int y) { return image.pixel(x, y) == color.rgb(); });
 }
 
 /// Whether there is a line of this colour, 3 pixels thick and 20 long but for the sign in its middle.
 bool HasSample(const QImage& image, QColor color) {
-    for (int y = 1; y + 1 < image.height(); ++y) {
-        for (int x = 0; x + 20 <= image.width(); ++x) {
-            const auto isFull = [&](int from) {
-                return Count(image, color, QRect(x + from, y - 1, 6, 3)) == 18;
-            };
-            if (isFull(0) && isFull(14)) return true;
-        }
-    }
-    return false;
+    const auto isFull = [&](int x, int y) { return Count(image, color, QRect(x, y - 1, 6, 3)) == 18; };
+    return CountOf(image.rect().adjusted(0, 1, -20, -1),
+                   [&](int x, int y) { return isFull(x, y) && isFull(x + 14, y); }) > 0;
 }
 
 bool HasText(const QImage& image, const QRect& place) {
-    for (int y = place.top(); y <= place.bottom(); ++y)
-        for (int x = place.left(); x <= place.right(); ++x)
-            if (qGray(image.pixel(x, y)) < 110) return true;
-    return false;
+    return CountOf(place, [&](int x, int y) { return qGray(image.pixel(x, y)) < 110; }) > 0;
 }
 
 QRect PlotRect(const Report::PlotState& state) {
     const Report::PlotGeometry& plot = state.scale.plot;
     return QRect(plot.left, plot.Top(), plot.width + 1, plot.height + 1);
-}
-
-QRect PlotRect(const CReportGraph& graph) {
-    return PlotRect(graph.State());
 }
 
 /// A plot without its curves.
@@ -84,44 +68,39 @@ struct ReportGraph : testing::Test {
 
 // What is drawn column by column is what Qt draws line by line.
 TEST(CurveLayer, PaintsWhatSingleLinesPaint) {
-    const struct {
-        const char* what;
-        float (*value)(int);
-    } kShapes[] = {
+    const std::pair<const char*, float (*)(int)> kShapes[] = {
         {"noise", [](int i) { return static_cast<float>((i * 7919 + i % 1009 * (i % 97) * 31) % 101); }},
         {"waves", [](int i) { return 50 + 49 * std::sin(static_cast<float>(i) * 0.37F); }},
         {"slow waves", [](int i) { return 50 + 49 * std::sin(static_cast<float>(i) * 0.003F); }},
         {"steps", [](int i) { return i / 37 % 2 ? 80.0F : 20.0F; }},
         {"spikes", [](int i) { return i % 501 == 0 ? 100.0F : 3.0F; }},
     };
-    for (const auto& shape : kShapes) {
+    for (const auto& [what, value] : kShapes) {
         for (const int frames : {2, 3, 7, 60, 199, 700, 701, 702, 1001, 30'000}) {
             for (const QSize& size : {QSize(700, 250), QSize(333, 97), QSize(64, 700)}) {
-                SCOPED_TRACE(testing::Message() << shape.what << ", " << frames << " in " << size.width());
+                SCOPED_TRACE(testing::Message() << what << ", " << frames << " in " << size.width());
                 Report::PlotScale scale;
                 scale.plot = {0, size.height(), size.width(), size.height()};
                 scale.rangeLast = frames - 1;
                 scale.values = {0, 100};
                 Report::Series series;
-                for (int i = 0; i < frames; ++i) series.values.push_back(shape.value(i));
+                for (int i = 0; i < frames; ++i) series.values.push_back(value(i));
 
                 QImage lines(size + QSize(1, 1), QImage::Format_RGB32);
                 lines.fill(Qt::white);
                 QImage columns = lines.copy();
-                {
-                    QPainter painter(&lines);
-                    painter.setPen(QPen(Report::CurveColor(0), 1));
-                    for (int i = 1; i < frames; ++i) {
-                        painter.drawLine(
-                            scale.CurveX(i - 1), scale.CurveY(series.values[static_cast<std::size_t>(i - 1)]),
-                            scale.CurveX(i), scale.CurveY(series.values[static_cast<std::size_t>(i)]));
-                    }
-                    // Qt leaves the end of some steep lines to the line that follows.
-                    painter.drawPoint(scale.CurveX(frames - 1), scale.CurveY(series.values.back()));
-                }
+                QPainter painter(&lines);
+                painter.setPen(QPen(Report::CurveColor(0), 1));
+                const auto point = [&](int i) {
+                    return QPoint(scale.CurveX(i), scale.CurveY(series.values[static_cast<std::size_t>(i)]));
+                };
+                for (int i = 1; i < frames; ++i) painter.drawLine(point(i - 1), point(i));
+                painter.drawPoint(
+                    point(frames - 1));  // Qt leaves the end of some steep lines to the next one
+                painter.end();
                 Report::CurveLayer layer;
                 layer.Draw({{0, series}}, scale, 1, false);
-                QPainter painter(&columns);
+                painter.begin(&columns);
                 layer.LayOver(painter, {});
                 painter.end();
                 EXPECT_TRUE(lines == columns);
@@ -133,7 +112,7 @@ TEST(CurveLayer, PaintsWhatSingleLinesPaint) {
 TEST_F(ReportGraph, ColoursAndCurves) {
     const QImage upper = Grab(overview);
     const QImage lower = Grab(detail);
-    const QRect plot = PlotRect(detail);
+    const QRect plot = PlotRect(detail.State());
     for (const QImage& image : {upper, lower}) {
         EXPECT_GT(Count(image, QColor(200, 0, 0)), 300);
         EXPECT_GT(Count(image, QColor(0, 0, 200)), 300);
@@ -146,28 +125,21 @@ TEST_F(ReportGraph, ColoursAndCurves) {
 
     // On the band, and only there, white stands around a curve.
     const QRect band = overview.State().Band();
-    int blue = 0;
-    int lonely = 0;
-    for (int y = band.top() + 2; y < band.bottom() - 1; ++y) {
-        for (int x = band.left() + 2; x < band.right() - 1; ++x) {
-            if (upper.pixel(x, y) != qRgb(0, 0, 200)) continue;
-            ++blue;
-            for (const QPoint& side : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)})
-                lonely += upper.pixel(QPoint(x, y) + side) == Report::kBandColor.rgb();
-        }
-    }
-    EXPECT_GT(blue, 100);
-    EXPECT_EQ(0, lonely);
+    const auto isBlue = [&](int x, int y) { return upper.pixel(x, y) == qRgb(0, 0, 200); };
+    const auto isBand = [&](int x, int y) { return upper.pixel(x, y) == Report::kBandColor.rgb(); };
+    const QRect inBand = band.adjusted(2, 2, -2, -2);
+    EXPECT_GT(CountOf(inBand, isBlue), 100);
+    EXPECT_EQ(0, CountOf(inBand, [&](int x, int y) {
+                  return isBlue(x, y) &&
+                         (isBand(x + 1, y) || isBand(x - 1, y) || isBand(x, y + 1) || isBand(x, y - 1));
+              }));
     const QImage bare = Base(viewer.dialog->Controller().Data(), overview.State());
-    const QRect all = PlotRect(overview);
-    int strange = 0;
-    for (int x = all.left(); x < band.left(); ++x) {
-        for (int y = all.top(); y <= all.bottom(); ++y) {
-            const QRgb pixel = upper.pixel(x, y);
-            strange += pixel != bare.pixel(x, y) && pixel != qRgb(200, 0, 0) && pixel != qRgb(0, 0, 200);
-        }
-    }
-    EXPECT_EQ(0, strange);
+    QRect beside = PlotRect(overview.State());
+    beside.setRight(band.left() - 1);
+    EXPECT_EQ(0, CountOf(beside, [&](int x, int y) {
+                  const QRgb pixel = upper.pixel(x, y);
+                  return pixel != bare.pixel(x, y) && pixel != qRgb(200, 0, 0) && pixel != qRgb(0, 0, 200);
+              }));
 }
 
 // Frames 10 to 30 with the cursor at 17 and values from 20 to 60, looked at where the labels have to stand.
@@ -201,7 +173,7 @@ TEST(PlotPicture, AxesAndMarks) {
         {"first frame", {plot.left, below, 2 * cw, th}, true, true, false},
         {"current frame", {x, below, 2 * cw, th}, true, false, false},
         {"last frame", {plot.Right(), below, 2 * cw, th}, true, true, false},
-        {"left of the current one",
+        {"left of the current",
          {plot.left + 3 * cw, below + 1, x - plot.left - 4 * cw, th},
          false,
          false,
@@ -214,9 +186,10 @@ TEST(PlotPicture, AxesAndMarks) {
         {"above its name", {2, plot.Top(), th, 10}, false, false, false},
     };
     for (const auto& c : kTexts) {
-        EXPECT_EQ(c.inShown, HasText(shown, c.place)) << c.what;
-        EXPECT_EQ(c.inCopy, HasText(copy, c.place)) << c.what << ", copied";
-        EXPECT_EQ(c.inEmpty, HasText(empty, c.place)) << c.what << ", without curves";
+        SCOPED_TRACE(c.what);
+        EXPECT_EQ(c.inShown, HasText(shown, c.place));
+        EXPECT_EQ(c.inCopy, HasText(copy, c.place));
+        EXPECT_EQ(c.inEmpty, HasText(empty, c.place));
     }
     EXPECT_EQ(plot.height + 1, Count(shown, Report::kCursorColor, QRect(x, plot.Top(), 1, plot.height + 1)));
     EXPECT_EQ(0, Count(copy, Report::kCursorColor));
@@ -230,10 +203,8 @@ TEST(PlotPicture, AxesAndMarks) {
     EXPECT_TRUE(HasText(Base(data, large), QRect(plot.Right() - cw, below, cw, th)));
 
     // One triangle: the marks of frames beside the range are left out.
-    const QRgb markColor = Report::kBadFrameMarkColor.rgb();
-    EXPECT_EQ(markColor, shown.pixel(mark, plot.bottom));
-    EXPECT_EQ(markColor, shown.pixel(mark - 2, below));
-    EXPECT_EQ(markColor, shown.pixel(mark + 2, below));
+    for (const QPoint& at : {QPoint(mark, plot.bottom), QPoint(mark - 2, below), QPoint(mark + 2, below)})
+        EXPECT_EQ(Report::kBadFrameMarkColor.rgb(), shown.pixel(at));
     EXPECT_EQ(Count(shown, Report::kBadFrameMarkColor, QRect(mark - 2, plot.bottom, 5, 5)),
               Count(shown, Report::kBadFrameMarkColor));
 
@@ -248,8 +219,8 @@ TEST(PlotPicture, AxesAndMarks) {
     EXPECT_EQ(band.width() - 1, Count(overview, Report::kBandColor, band.adjusted(-9, 0, 9, 0)));
 }
 
-TEST_F(ReportGraph, GridSwitch) {
-    const QRect plot = PlotRect(detail);
+TEST_F(ReportGraph, GridSwitchAndToolTip) {
+    const QRect plot = PlotRect(detail.State());
     EXPECT_GT(Count(Grab(detail), Report::kGridColor, plot), 1000);
     viewer.Find<QCheckBox>("Show grid")->click();
     const QImage without = Grab(detail);
@@ -260,14 +231,21 @@ TEST_F(ReportGraph, GridSwitch) {
     const QRect ticks(plot.left() + 1, plot.top() + 2, 2, plot.height() - 4);
     EXPECT_GT(Count(without, Report::kAxisColor, ticks), 2);
     EXPECT_EQ(0, Count(without, Report::kAxisColor, ticks.translated(2, 0)));
+
+    const QPoint place(detail.State().scale.FrameX(40) + 2, plot.center().y());
+    QHelpEvent help(QEvent::ToolTip, place, detail.mapToGlobal(place));
+    QApplication::sendEvent(&detail, &help);
+    EXPECT_EQ("Frame 40\nFirst processed: 28.0000\nSecond processed: 48.0000",
+              QToolTip::text().toStdString());
+    QToolTip::hideText();
 }
 
 TEST_F(ReportGraph, Dragging) {
-    const int y = PlotRect(detail).center().y();
+    const int y = PlotRect(detail.State()).center().y();
     const auto in = [y](const CReportGraph& plot, int frame) {
         return QPoint(plot.State().scale.FrameX(frame) + 2, y);
     };
-    const QPoint outside(PlotRect(detail).center().x(), -5);
+    const QPoint outside(PlotRect(detail.State()).center().x(), -5);
     const struct {
         const char* what;
         CReportGraph& plot;
@@ -277,7 +255,7 @@ TEST_F(ReportGraph, Dragging) {
         {"a press", detail, {in(detail, 40)}, 40, 25},
         {"a drag", detail, {in(detail, 40), in(detail, 60)}, 60, 25},
         {"it stays in the range", detail, {in(detail, 40), QPoint(detail.width() - 2, y)}, 74, 25},
-        {"beside the plot", detail, {QPoint(PlotRect(detail).left() - 3, y), in(detail, 40)}, 49, 25},
+        {"beside the plot", detail, {QPoint(PlotRect(detail.State()).left() - 3, y), in(detail, 40)}, 49, 25},
         {"it ends outside", detail, {in(detail, 40), outside, in(detail, 60)}, 40, 25},
         {"grabbing moves nothing", overview, {in(overview, 50)}, 49, 25},
         {"the band", overview, {in(overview, 50), in(overview, 70)}, 69, 45},
@@ -298,15 +276,6 @@ TEST_F(ReportGraph, Dragging) {
         EXPECT_EQ(&c.plot == &overview ? Qt::OpenHandCursor : Qt::CrossCursor, c.plot.cursor().shape())
             << c.what;
     }
-}
-
-TEST_F(ReportGraph, ToolTip) {
-    const QPoint place(detail.State().scale.FrameX(40) + 2, PlotRect(detail).center().y());
-    QHelpEvent help(QEvent::ToolTip, place, detail.mapToGlobal(place));
-    QApplication::sendEvent(&detail, &help);
-    EXPECT_EQ("Frame 40\nFirst processed: 28.0000\nSecond processed: 48.0000",
-              QToolTip::text().toStdString());
-    QToolTip::hideText();
 }
 
 TEST_F(ReportGraph, Clipboard) {
@@ -359,11 +328,10 @@ TEST_F(ReportGraph, ContextMenuAndFiles) {
     svg.render(&painter);
     painter.end();
     EXPECT_EQ(0, Count(drawn, Qt::green));
-    int reddish = 0;
-    for (int y = 0; y < drawn.height(); ++y)
-        for (int x = 0; x < drawn.width(); ++x)
-            reddish += qRed(drawn.pixel(x, y)) > qBlue(drawn.pixel(x, y)) + 60;
-    EXPECT_GT(reddish, 300);
+    const auto isReddish = [&](int x, int y) {
+        return qRed(drawn.pixel(x, y)) > qBlue(drawn.pixel(x, y)) + 60;
+    };
+    EXPECT_GT(CountOf(drawn.rect(), isReddish), 300);
     EXPECT_FALSE(detail.SavePng(path("missing/plot.png").toStdWString()));
     EXPECT_FALSE(detail.SaveSvg(path("missing/plot.svg").toStdWString()));
 }
@@ -379,16 +347,10 @@ TEST(PlotPicture, AFinerScreen) {
     const QImage copy = Report::PlotCopy(data, state, 2);
     ASSERT_EQ(QSize(1000, 500), copy.size());
     const QRect plot(PlotRect(state).topLeft() * 2, PlotRect(state).size() * 2);
-    int thick = 0;
-    int thin = 0;
-    for (int y = plot.top(); y < plot.bottom(); ++y) {
-        for (int x = plot.left() + 2; x < plot.right(); ++x) {
-            const auto is = [&](int dx) { return copy.pixel(x + dx, y) == qRgb(200, 0, 0); };
-            if (is(0)) ++(is(-1) || is(1) ? thick : thin);
-        }
-    }
-    EXPECT_GT(thick, 100);
-    EXPECT_EQ(0, thin);
+    const auto is = [&](int x, int y) { return copy.pixel(x, y) == qRgb(200, 0, 0); };
+    const QRect inside = plot.adjusted(2, 0, -1, -1);
+    EXPECT_GT(CountOf(inside, is), 100);
+    EXPECT_EQ(0, CountOf(inside, [&](int x, int y) { return is(x, y) && !is(x - 1, y) && !is(x + 1, y); }));
 }
 
 }  // namespace

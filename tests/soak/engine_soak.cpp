@@ -15,8 +15,8 @@
 
 #include <omp.h>
 
-#include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
 
 namespace {
 
@@ -72,52 +72,39 @@ std::vector<Run> Runs(const fs::path& root) {
         WriteInputs(scenario, in, scenario.Frames(), scenario.Frames());
         runs.push_back({scenario.name, Arguments(scenario, in, out)});
     }
-    const Words samples = {"--original", TOLVANE_SAMPLES "/yard.y4m", "--processed",
-                           TOLVANE_SAMPLES "/yard_x264.y4m"};
-    const Words script = {"--original", TOLVANE_SAMPLES "/yard.y4m", "--processed",
-                          TOLVANE_SAMPLES "/yard_x264.y4m", "--avs"};
-    runs.push_back({"all metrics", With(samples, AllMetrics())});
-    runs.push_back({"two threads", With(samples, {"--threads", "2", "-m", "ssim_precise", "-m", "psnr:R"})});
-    runs.push_back(
-        {"all pictures", With(samples, {"--visualize", (root / "pictures").native(), "--codec", "MJPG", "-m",
-                                        "ssim_precise", "-m", "3ssim", "-m", "msad:L"})});
-    runs.push_back({"scripts", script});
-    runs.push_back({"stopped", samples, ExitPartial, true});
-    runs.push_back({"no such file",
-                    {"--original", "/nowhere", "--processed", TOLVANE_SAMPLES "/yard.y4m"},
-                    ExitNothing});
-    runs.push_back({"no such directory", With(samples, {"--visualize", "/nowhere", "--log", "/nowhere/log"}),
-                    ExitPartial});
-    runs.push_back(
-        {"no video",
-         {"--avs", "--original", TOLVANE_SAMPLES "/README.md", "--processed", TOLVANE_SAMPLES "/README.md"},
-         ExitNothing});
-    fs::create_directories(root / "pictures");
+    const std::string yard = TOLVANE_SAMPLES "/yard.y4m", text = TOLVANE_SAMPLES "/README.md";
+    const Words samples = {"--original", yard, "--processed", TOLVANE_SAMPLES "/yard_x264.y4m"};
+    const fs::path pictures = root / "pictures";
+    fs::create_directories(pictures);
+    const auto add = [&](const char* name, const Words& more, ExitStatus status = ExitComplete,
+                         bool isStopped = false) {
+        runs.push_back({name, With(samples, more), status, isStopped});
+    };
+    add("all metrics", AllMetrics());
+    add("two threads", {"--threads", "2", "-m", "ssim_precise", "-m", "psnr:R"});
+    add("all pictures",
+        {"--visualize", pictures, "--codec", "MJPG", "-m", "ssim_precise", "-m", "3ssim", "-m", "msad:L"});
+    add("scripts", {"--avs"});
+    add("stopped", {}, ExitPartial, true);
+    add("no such directory", {"--visualize", "/nowhere", "--log", "/nowhere/log"}, ExitPartial);
+    runs.push_back({"no such file", {"--original", "/nowhere", "--processed", yard}, ExitNothing});
+    runs.push_back({"no video", {"--avs", "--original", text, "--processed", text}, ExitNothing});
     return runs;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const double minutes = argc > 1 ? std::atof(argv[1]) : 0;
-    const int rounds = argc > 2 ? std::atoi(argv[2]) : 0;
-    if (minutes <= 0 && rounds <= 0) {
-        std::fputs("usage: engine_soak MINUTES [ROUNDS]\n", stderr);
-        return 64;
-    }
     Metric::EmulateGpu();
     const TemporaryDirectory root;
     const std::vector<Run> runs = Runs(root.Root());
     fs::current_path(root.Root());  // scripts are written there
-    Soak soak("engine: " + std::to_string(runs.size()) + " runs a round, in one process", minutes);
-    for (int round = 0; rounds > 0 ? round < rounds : soak.GoesOn(); ++round) {
-        for (const Run& run : runs) {
-            const ExitStatus status = Measure(run);
-            if (status == run.status) continue;
-            std::printf("\"%s\" ends with %d instead of %d\n", run.name.c_str(), status, run.status);
-            return 1;
-        }
-        soak.EndRound(static_cast<int>(runs.size()));
-    }
-    return soak.Conclude(stdout) || rounds > 0 ? 0 : 1;
+    const std::string what = "engine: " + std::to_string(runs.size()) + " runs a round, in one process";
+    return Soak(argc, argv, what, stdout, [&runs] {
+        for (const Run& run : runs)
+            if (const ExitStatus status = Measure(run); status != run.status)
+                throw std::runtime_error(run.name + " ends with " + std::to_string(status) + " instead of " +
+                                         std::to_string(run.status));
+        return static_cast<int>(runs.size());
+    });
 }

@@ -10,8 +10,8 @@
 #include "platform/text.h"
 #include "report/report_frame.h"
 #include "report/results_dialog.h"
-#include "tests/app/user.h"
 #include "tests/faults/scenario.h"
+#include "tests/platform/qt/user.h"
 #include "tests/soak/soak.h"
 #include "tests/temporary_directory.h"
 
@@ -23,7 +23,7 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
+#include <stdexcept>
 
 namespace {
 
@@ -34,24 +34,19 @@ const std::string kProgress = "Tolvane - Progress", kViewer = "Tolvane - Results
 
 struct Files {
     std::wstring original, processed;
-    bool isRaw = false;
-    bool useAvs = false;
+    Scenario::Inputs inputs = Scenario::Y4m;
 };
 
 std::vector<Files> MakeFiles(const fs::path& root) {
     std::vector<Files> files = {
-        {FromUtf8(TOLVANE_SAMPLES "/yard.y4m"), FromUtf8(TOLVANE_SAMPLES "/yard_x264.y4m"), false, false}};
+        {FromUtf8(TOLVANE_SAMPLES "/yard.y4m"), FromUtf8(TOLVANE_SAMPLES "/yard_x264.y4m")}};
     for (const Scenario& scenario : kScenarios) {
         const fs::path directory = root / scenario.name;
         fs::create_directory(directory);
         WriteInputs(scenario, directory, scenario.Frames(), 0);
-        Files made = {L"", L"", scenario.inputs == Scenario::Raw, scenario.inputs == Scenario::Scripts};
-        for (const auto& entry : fs::directory_iterator(directory)) {
-            const std::string name = entry.path().stem();
-            if (name == "original") made.original = FromUtf8(entry.path().native());
-            if (name == "processed") made.processed = FromUtf8(entry.path().native());
-        }
-        files.push_back(made);
+        // "--threads", "1", "--original", ...
+        const std::vector<std::string> words = Arguments(scenario, directory, root);
+        files.push_back({FromUtf8(words[3]), FromUtf8(words[5]), scenario.inputs});
     }
     return files;
 }
@@ -59,21 +54,18 @@ std::vector<Files> MakeFiles(const fs::path& root) {
 /// Everything is saved, to `directory`.
 ShellState StateFor(const Files& files, const std::wstring& directory) {
     ShellState state = NewShellState({true, true, true, true, true});
+    MeasurementJob& job = state.job;
     for (const FileRow row : {RowOriginal, RowProcessed}) {
-        FileRecord& slot = SlotOf(state.job, row);
+        FileRecord& slot = SlotOf(job, row);
         SetPath(slot, row == RowOriginal ? files.original : files.processed);
-        slot.useAvs = files.useAvs;
-        if (files.isRaw) {
-            slot.width = 32;
-            slot.height = 24;
-            slot.yuvType = IYUV;
-        }
+        slot.useAvs = files.inputs == Scenario::Scripts;
+        if (files.inputs != Scenario::Raw) continue;
+        slot.width = 32;
+        slot.height = 24;
+        slot.yuvType = IYUV;
     }
-    for (OutputSettings* output : {static_cast<OutputSettings*>(&state.job.csv),
-                                   static_cast<OutputSettings*>(&state.job.visualization),
-                                   static_cast<OutputSettings*>(&state.job.badFrames)})
-        output->outputDir = directory;
-    state.job.csv.save = state.job.visualization.save = state.job.badFrames.save = true;
+    job.csv.outputDir = job.visualization.outputDir = job.badFrames.outputDir = directory;
+    job.csv.save = job.visualization.save = job.badFrames.save = true;
     return state;
 }
 
@@ -83,6 +75,9 @@ QSlider* SliderOf(QWidget& window) {
 
 /// Steps in the viewer of results: along the slide, and through the window of frames.
 void LookThroughResults(User& user) {
+    const auto frameOf = [](QWidget& window) {
+        return dynamic_cast<Report::ResultsDialog&>(window).FrameView();
+    };
     user.In(kViewer,
             [](QWidget& window) {
                 QSlider* const slide = SliderOf(window);
@@ -92,19 +87,13 @@ void LookThroughResults(User& user) {
                 return true;
             })
         .In(kViewer,
-            [](QWidget& window) {
-                auto* const frame = dynamic_cast<Report::ResultsDialog&>(window).FrameView();
-                if (frame == nullptr || frame->IsWaiting()) return false;
-                QSlider* const slide = SliderOf(window);
-                slide->setValue(slide->maximum());
+            [=](QWidget& window) {
+                if (frameOf(window) == nullptr || frameOf(window)->IsWaiting()) return false;
+                SliderOf(window)->setValue(SliderOf(window)->maximum());
                 return true;
             })
-        .In(kViewer, [](QWidget& window) {
-            auto* const frame = dynamic_cast<Report::ResultsDialog&>(window).FrameView();
-            if (frame->IsWaiting()) return false;
-            frame->close();
-            window.close();
-            return true;
+        .In(kViewer, [=](QWidget& window) {
+            return !frameOf(window)->IsWaiting() && frameOf(window)->close() && window.close();
         });
 }
 
@@ -145,33 +134,22 @@ void LookAtOptions(MainWindow& window) {
     }
 }
 
-int UseWindows(const std::vector<Files>& files, const std::wstring& directory) {
-    for (const Files& pair : files) {
-        ShellState state = StateFor(pair, directory);
-        MainWindow window(state, [] { return true; });
-        window.show();
-        Preview(window);
-        Measure(window);
-        LookAtOptions(window);
-        Click(window, "Comparative analysis");  // which takes another file
-        Click(window, "Comparative analysis");
-        Measure(window);
-        window.close();
-    }
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QApplication::processEvents();
-    return static_cast<int>(2 * files.size());
+void UseWindows(const Files& pair, const std::wstring& directory) {
+    ShellState state = StateFor(pair, directory);
+    MainWindow window(state, [] { return true; });
+    window.show();
+    Preview(window);
+    Measure(window);
+    LookAtOptions(window);
+    Click(window, "Comparative analysis");  // which takes another file
+    Click(window, "Comparative analysis");
+    Measure(window);
+    window.close();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const double minutes = argc > 1 ? std::atof(argv[1]) : 0;
-    const int rounds = argc > 2 ? std::atoi(argv[2]) : 0;
-    if (minutes <= 0 && rounds <= 0) {
-        std::fputs("usage: window_soak MINUTES [ROUNDS]\n", stderr);
-        return 64;
-    }
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     const TemporaryDirectory home;
     qputenv("XDG_CONFIG_HOME", home.Root().c_str());
@@ -190,14 +168,14 @@ int main(int argc, char** argv) {
     const std::vector<Files> files = MakeFiles(home.Root());
     fs::create_directory(home.Path("out"));
     fs::current_path(home.Root());
-    Soak soak("windows: " + std::to_string(files.size()) + " main dialogs a round, in one process", minutes);
-    for (int round = 0; rounds > 0 ? round < rounds : soak.GoesOn(); ++round) {
-        const int runs = UseWindows(files, FromUtf8(home.Path("out")));
-        if (!LooseThreadsEnd(std::chrono::seconds(20))) {
-            std::fputs("a thread that a window left behind doesn't end\n", stderr);
-            return 1;
-        }
-        soak.EndRound(runs);
-    }
-    return soak.Conclude(figures) || rounds > 0 ? 0 : 1;
+    const std::string what =
+        "windows: " + std::to_string(files.size()) + " main dialogs a round, in one process";
+    return Soak(argc, argv, what, figures, [&] {
+        for (const Files& pair : files) UseWindows(pair, FromUtf8(home.Path("out")));
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QApplication::processEvents();
+        if (!LooseThreadsEnd(std::chrono::seconds(20)))
+            throw std::runtime_error("a thread that a window left behind doesn't end");
+        return static_cast<int>(2 * files.size());
+    });
 }

@@ -2,13 +2,7 @@
 
 #include "app/dialogs/output_dialog.h"
 #include "platform/vfw/bitmap_format.h"
-#include "tests/app/user.h"
-
-#include <gtest/gtest.h>
-#include <QLabel>
-#include <QSlider>
-#include <QTest>
-#include <QTreeWidget>
+#include "tests/platform/qt/user.h"
 
 namespace {
 
@@ -25,72 +19,44 @@ void Select(QWidget& dialog, const char* letters) {
     ASSERT_EQ(letters, list.currentItem()->text(1).toStdString());
 }
 
-TEST(FourLetters, OfACode) {
-    EXPECT_EQ(L"MJPG", FourLetters(kMotionJpeg));
-    EXPECT_EQ(L"", FourLetters(0));
-    EXPECT_EQ(L"DIB.", FourLetters(FourCC('D', 'I', 'B', ' ')));
-    EXPECT_EQ(L"a..\x7E", FourLetters(FourCC('a', '\x01', '\xE9', '~')));
-}
-
 TEST(CompressorForm, StoresTheChoice) {
-    struct Numbers {
-        std::uint32_t type, handler;
-        int quality, dataRate;
+    using Numbers = std::tuple<std::uint32_t, std::uint32_t, int, int>;  // type, handler, quality, data rate
+    constexpr Numbers kNone = {0, 0, -1, 0};
+    constexpr Numbers kUsual = {kFccVideoCodec, kMotionJpeg, -1, 0};
+    constexpr Numbers kBetween = {kFccVideoCodec, kMotionJpeg, 4055, 7};  // no position of the slider
+    const std::tuple<const char*, Numbers, std::uint32_t, int, Numbers> kCases[] = {
+        {"another one", kNone, kMotionJpeg, 40, {kFccVideoCodec, kMotionJpeg, 4000, 0}},
+        {"lossless: there is no quality", kNone, kHuffyuv, 40, {kFccVideoCodec, kHuffyuv, -1, 0}},
+        {"back to uncompressed", kBetween, 0, 40, kNone},
+        {"unchanged", kBetween, kMotionJpeg, 40, kBetween},
+        {"unchanged, with the compressor's own quality", kUsual, kMotionJpeg, 75, kUsual},
+        {"another quality", kBetween, kMotionJpeg, 41, {kFccVideoCodec, kMotionJpeg, 4100, 0}},
+        {"one that nobody has", {kFccVideoCodec, 1, 20000, 7}, 0, 100, kNone},
     };
-    const struct {
-        const char* what;
-        Numbers before;
-        std::uint32_t handler;  // selected
-        int quality;
-        Numbers after;
-    } cases[] = {
-        {"another one", {0, 0, -1, 0}, kMotionJpeg, 40, {kFccVideoCodec, kMotionJpeg, 4000, 0}},
-        {"lossless: there is no quality", {0, 0, -1, 0}, kHuffyuv, 40, {kFccVideoCodec, kHuffyuv, -1, 0}},
-        {"back to uncompressed", {kFccVideoCodec, kMotionJpeg, 4000, 7}, 0, 40, {0, 0, -1, 0}},
-        {"unchanged, with a quality between the slider's",
-         {kFccVideoCodec, kMotionJpeg, 4055, 7},
-         kMotionJpeg,
-         40,
-         {kFccVideoCodec, kMotionJpeg, 4055, 7}},
-        {"unchanged, with the compressor's own quality",
-         {kFccVideoCodec, kMotionJpeg, -1, 0},
-         kMotionJpeg,
-         75,
-         {kFccVideoCodec, kMotionJpeg, -1, 0}},
-        {"another quality",
-         {kFccVideoCodec, kMotionJpeg, 4055, 7},
-         kMotionJpeg,
-         41,
-         {kFccVideoCodec, kMotionJpeg, 4100, 0}},
-        {"one that nobody has", {kFccVideoCodec, 1, 20000, 7}, 0, 100, {0, 0, -1, 0}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        const HIC before = ICOpen(c.before.type, c.before.handler, IcMode::Compress);
-        COMPVARS choice = {c.before.type, c.before.handler, c.before.quality, c.before.dataRate, 0, before};
+    for (const auto& [what, before, selected, sliderQuality, after] : kCases) {
+        SCOPED_TRACE(what);
+        const auto [type, handler, quality, dataRate] = before;
+        const HIC hic = ICOpen(type, handler, IcMode::Compress);
+        COMPVARS choice = {type, handler, quality, dataRate, 0, hic};
         CompressorForm form = CompressorFormFrom(choice);
         form.codec = 0;
-        while (form.codecs.at(static_cast<std::size_t>(form.codec)).handler != c.handler) ++form.codec;
-        form.quality = c.quality;
+        while (form.codecs.at(static_cast<std::size_t>(form.codec)).handler != selected) ++form.codec;
+        form.quality = sliderQuality;
         StoreForm(form, choice);
-        EXPECT_EQ(c.after.type, choice.fccType);
-        EXPECT_EQ(c.after.handler, choice.fccHandler);
-        EXPECT_EQ(c.after.quality, choice.lQ);
-        EXPECT_EQ(c.after.dataRate, choice.lDataRate);
-        EXPECT_EQ(c.handler != 0, choice.hic != nullptr);
-        if (c.before.handler == c.handler) {
-            EXPECT_EQ(before, choice.hic) << "its state is lost";
-        }
+        EXPECT_EQ(after, Numbers(choice.fccType, choice.fccHandler, choice.lQ, choice.lDataRate));
+        EXPECT_EQ(selected != 0, choice.hic != nullptr);
+        EXPECT_TRUE(handler != selected || hic == choice.hic) << "its state is lost";
     }
 }
 
-TEST(CompressorDialog, SliderIsForLossyOnes) {
+TEST(CompressorDialog, SliderIsForLossyOnesAndADoubleClickChooses) {
     COMPVARS choice;
     choice.lQ = -1;
     CompressorDialog dialog(nullptr, choice, QString::fromLatin1(kTitle));
+    dialog.show();
     auto& slider = *dialog.findChild<QSlider*>();
-    EXPECT_EQ(static_cast<int>(ListCompressors().size()),
-              dialog.findChild<QTreeWidget*>()->topLevelItemCount());
+    auto& list = *dialog.findChild<QTreeWidget*>();
+    EXPECT_EQ(static_cast<int>(ListCompressors().size()), list.topLevelItemCount());
     EXPECT_EQ(75, slider.value());
     for (const auto& [letters, isLossy] : {std::pair("", false), {"HFYU", false}, {"MJPG", true}}) {
         Select(dialog, letters);
@@ -102,17 +68,12 @@ TEST(CompressorDialog, SliderIsForLossyOnes) {
     dialog.accept();
     EXPECT_EQ(kMotionJpeg, choice.fccHandler);
     EXPECT_EQ(3000, choice.lQ);
-}
 
-TEST(CompressorDialog, DoubleClickChooses) {
-    COMPVARS choice;
-    CompressorDialog dialog(nullptr, choice, QString::fromLatin1(kTitle));
     dialog.show();
-    auto& list = *dialog.findChild<QTreeWidget*>();
     const QPoint second = list.visualItemRect(list.topLevelItem(1)).center();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, second);
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, second);
-    EXPECT_EQ(QDialog::Accepted, dialog.result());
+    EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(ListCompressors()[1].handler, choice.fccHandler);
 }
 
@@ -122,42 +83,36 @@ TEST(CompressorDialog, ChoiceTakesEffectAtOnce) {
     InstallCompressorChooser();
     MeasurementJob job;
     job.visualization.save = true;
-    {
+    rkCompressorSettings& chosen = job.visualization.compressor;
+    const auto choose = [&job](const std::string& current, const User::Act& act, const std::string& after) {
         OutputDialog dialog(nullptr, job);
         dialog.show();
-        const auto current = [&] {
-            const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
-            for (const QLabel* label : labels)
-                if (label->text().startsWith(QStringLiteral("Current:"))) return label->text().toStdString();
-            return std::string();
-        };
-        EXPECT_EQ("Current: Uncompressed RGB", current());
+        Find<QLabel>(dialog, "Current: " + current);
         User user;
-        user.In(kTitle, [](QWidget& window) {
-            Select(window, "MJPG");
-            window.findChild<QSlider*>()->setValue(60);
-            return true;
-        });
-        user.Press(kTitle, "OK");
+        user.In(kTitle, act);
         Click(dialog, "Choose compression");
-        EXPECT_EQ("Current: Motion JPEG, RGB converted to 4:2:0", current());
+        Find<QLabel>(dialog, "Current: " + after);
         dialog.reject();
-    }
-    EXPECT_EQ(kMotionJpeg, job.visualization.compressor.fccHandler);
-    EXPECT_EQ(6000, job.visualization.compressor.quality);
-
-    const rkCompressorSettings before = job.visualization.compressor;
-    OutputDialog dialog(nullptr, job);
-    dialog.show();
-    User user;
-    user.In(kTitle, [](QWidget& window) {
+    };
+    const std::string motion = "Motion JPEG, RGB converted to 4:2:0";
+    const auto take = [](QWidget& window) {
+        Select(window, "MJPG");
+        window.findChild<QSlider*>()->setValue(60);
+        Click(window, "OK");
+        return true;
+    };
+    choose("Uncompressed RGB", take, motion);
+    EXPECT_EQ(kMotionJpeg, chosen.fccHandler);
+    EXPECT_EQ(6000, chosen.quality);
+    const rkCompressorSettings before = chosen;
+    const auto look = [](QWidget& window) {
         EXPECT_EQ("MJPG", window.findChild<QTreeWidget*>()->currentItem()->text(1).toStdString());
         EXPECT_EQ(60, window.findChild<QSlider*>()->value());
         Select(window, "HFYU");
         return window.close();
-    });
-    Click(dialog, "Choose compression");
-    EXPECT_EQ(before, job.visualization.compressor);
+    };
+    choose(motion, look, motion);
+    EXPECT_EQ(before, chosen);
     SetCompressorChooser(nullptr);
 }
 

@@ -2,45 +2,53 @@
 
 #include "app/preview/preview_picture.h"
 #include "platform/loose_threads.h"
-#include "tests/app/preview/test_video.h"
-#include "tests/app/user.h"
-
-#include <gtest/gtest.h>
-#include <QAccessible>
-#include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QSlider>
-#include <QTest>
-
-#include <chrono>
+#include "tests/platform/qt/user.h"
+#include "tests/report/frames/test_video.h"
 
 namespace {
 
 /// A preview window of a video that the test goes on to know of.
 struct Window {
     Window(int width, int height, int frameCount)
-        : dialog(nullptr, std::make_unique<TestVideo>(width, height, frameCount, record), 0) {
+        : dialog(nullptr, std::make_unique<TestVideo>(width, height, frameCount, stage), 0) {
         dialog.show();
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&dialog));
         Settle();
     }
 
+    /// Frames from here on are read only when this is raised.
+    void Gate(int frame) {
+        stage->Tell([&] { stage->gate = frame; });
+    }
     void Settle() {
         EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.IsWaiting(); }));
         QApplication::processEvents();
     }
+    /// Sizes the picture's space.
+    void Resize(QSize space) {
+        dialog.resize(space + Margins());
+        Settle();
+    }
+    /// Moves the slider of frames; that of scales, or a button, is used by name.
+    void GoTo(int frame) {
+        Slider("Video slide").setValue(frame);
+        Settle();
+    }
+    void Press(const char* button) {
+        Click(dialog, button);
+        Settle();
+    }
+    /// The frame that the picture shows, by its red, and what the window says of it.
+    void ExpectFrame(int frame) {
+        EXPECT_EQ(frame, qRed(Picture().Image().pixel(0, 0)));
+        EXPECT_EQ(std::to_string(frame), Text("Frame number"));
+        EXPECT_EQ(nullptr, QApplication::overrideCursor());
+    }
 
     PreviewPicture& Picture() { return *dialog.findChild<PreviewPicture*>(); }
-    /// The frame that the picture shows, by its red.
-    int ShownFrame() { return qRed(Picture().Image().pixel(0, 0)); }
     std::string Text(const char* field) { return Find<QLineEdit>(dialog, field).text().toStdString(); }
     std::string Scale() { return Text("Scale, percent"); }
-    QSlider& Slider(const char* name) {
-        for (auto* slider : dialog.findChildren<QSlider*>())
-            if (slider->accessibleName() == QLatin1String(name)) return *slider;
-        std::abort();
-    }
+    QSlider& Slider(const char* name) { return Find<QSlider>(dialog, name); }
     QSize Margins() { return dialog.size() - Picture().size(); }
     std::string Trouble() {
         for (auto* label : Picture().findChildren<QLabel*>())
@@ -48,24 +56,9 @@ struct Window {
         return "";
     }
 
-    std::shared_ptr<TestVideo::Record> record = std::make_shared<TestVideo::Record>();
+    std::shared_ptr<Stage> stage = std::make_shared<Stage>();
     PreviewDialog dialog;
 };
-
-TEST(Preview, OpensWithTheFirstFrameAtFullSize) {
-    Window window(352, 288, 300);
-    EXPECT_EQ("Tolvane - Preview", window.dialog.windowTitle().toStdString());
-    EXPECT_EQ(QSize(352, 288), window.Picture().size());
-    EXPECT_EQ(QRect(0, 0, 352, 288), window.Picture().Rect());
-    EXPECT_EQ("100", window.Scale());
-    EXPECT_EQ("0", window.Text("Frame number"));
-    EXPECT_EQ(0, window.Slider("Video slide").minimum());
-    EXPECT_EQ(299, window.Slider("Video slide").maximum());
-    EXPECT_EQ(25, window.Slider("Scale").minimum());
-    EXPECT_EQ(400, window.Slider("Scale").maximum());
-    EXPECT_EQ(1, window.record->reads);
-    EXPECT_EQ(nullptr, QApplication::overrideCursor());
-}
 
 // Also where the pixels of the screen aren't those of windows: this one is run with other device ratios as
 // well.
@@ -82,117 +75,103 @@ TEST(Preview, FullSizeIsPixelForPixel) {
 
 TEST(Preview, GoesThroughTheFrames) {
     Window window(64, 48, 9);
-    const struct {
-        const char* control;  // a button, or the slider that is moved
-        int slider;
-        int frame;
-    } steps[] = {{"Previous frame", -1, 0}, {"Next frame", -1, 1}, {"", 7, 7},
-                 {"Next frame", -1, 8},     {"Next frame", -1, 8}, {"Previous frame", -1, 7}};
-    for (const auto& step : steps) {
-        if (step.slider >= 0)
-            window.Slider("Video slide").setValue(step.slider);
-        else
-            Click(window.dialog, step.control);
-        window.Settle();
-        EXPECT_EQ(step.frame, window.ShownFrame());
-        EXPECT_EQ(std::to_string(step.frame), window.Text("Frame number"));
-        EXPECT_EQ(step.frame, window.Slider("Video slide").value());
+    EXPECT_EQ(8, window.Slider("Video slide").maximum());
+    window.ExpectFrame(0);
+    window.Press("Previous frame");
+    window.ExpectFrame(0);
+    window.Press("Next frame");
+    window.ExpectFrame(1);
+    window.GoTo(7);
+    window.ExpectFrame(7);
+    for (int times = 0; times < 2; ++times) {
+        window.Press("Next frame");
+        window.ExpectFrame(8);
     }
-    EXPECT_EQ(5, window.record->reads);  // standing still reads nothing
+    window.Press("Previous frame");
+    window.ExpectFrame(7);
+    EXPECT_EQ(7, window.Slider("Video slide").value());
+    EXPECT_EQ(5u, window.stage->read.size());  // standing still reads nothing
     QAccessibleInterface* picture = QAccessible::queryAccessibleInterface(&window.Picture());
     EXPECT_EQ("Frame 7 of 0 to 8.", picture->text(QAccessible::Description).toStdString());
 }
 
 TEST(Preview, AFailedReadLeavesTheLastPicture) {
     Window window(64, 48, 9);
-    window.record->badFrame = 1;
-    Click(window.dialog, "Next frame");
-    window.Settle();
-    EXPECT_EQ(0, window.ShownFrame());
-    EXPECT_EQ("0", window.Text("Frame number"));
-    EXPECT_EQ("Frame 1 can't be read. Failed to read frame!", window.Trouble());
-    EXPECT_EQ(nullptr, QApplication::overrideCursor());
-
-    Click(window.dialog, "Next frame");  // the way goes on behind it
-    window.Settle();
-    EXPECT_EQ(2, window.ShownFrame());
+    window.stage->badFrame = 1;
+    window.Press("Next frame");
+    window.ExpectFrame(0);
+    EXPECT_EQ("Frame 1 can't be read. Error 7", window.Trouble());
+    window.Press("Next frame");  // the way goes on behind it
+    window.ExpectFrame(2);
     EXPECT_EQ("", window.Trouble());
-
-    QSlider& slider = window.Slider("Video slide");
-    slider.setValue(1);
-    window.Settle();
+    window.GoTo(1);
     EXPECT_NE("", window.Trouble());
-    window.record->badFrame = -1;  // as of a network that is back
-    slider.setSliderDown(true);
-    slider.setSliderDown(false);
+    window.stage->badFrame = -1;  // as of a network that is back
+    for (const bool isDown : {true, false}) window.Slider("Video slide").setSliderDown(isDown);
     window.Settle();
-    EXPECT_EQ(1, window.ShownFrame());
+    window.ExpectFrame(1);
     EXPECT_EQ("", window.Trouble());
 }
 
 TEST(Preview, NewestRequestWins) {
     Window window(64, 48, 100);
-    window.record->isHeld = true;
-    for (int frame = 1; frame < 50; ++frame) window.Slider("Video slide").setValue(frame);
+    QSlider& slider = window.Slider("Video slide");
+    window.Gate(1);
+    slider.setValue(1);
+    window.stage->Wait([&] { return window.stage->read.size() == 2; });  // it is under way
+    for (int frame = 2; frame < 50; ++frame) slider.setValue(frame);
     EXPECT_NE(nullptr, QApplication::overrideCursor());
+    window.Gate(2);  // it comes too late
+    QTest::qWait(50);
+    EXPECT_TRUE(window.dialog.IsWaiting());
     EXPECT_EQ("0", window.Text("Frame number"));
-    window.record->isHeld = false;
+    window.Gate(100);
     window.Settle();
-    EXPECT_EQ(49, window.ShownFrame());
-    EXPECT_LE(window.record->reads, 3);  // the first picture, one that was under way, the last one
+    window.ExpectFrame(49);
+    EXPECT_EQ(3u, window.stage->read.size());  // the first picture, the one that was under way, the last one
 
     // Back to what is shown before the other one has come: that comes too late.
-    window.record->isHeld = true;
-    window.Slider("Video slide").setValue(60);
-    window.Slider("Video slide").setValue(49);
+    window.Gate(60);
+    slider.setValue(60);
+    slider.setValue(49);
     EXPECT_FALSE(window.dialog.IsWaiting());
-    EXPECT_EQ(nullptr, QApplication::overrideCursor());
-    window.record->isHeld = false;
+    window.Gate(100);
     QTest::qWait(50);
-    EXPECT_EQ(49, window.ShownFrame());
-    EXPECT_EQ("49", window.Text("Frame number"));
+    window.ExpectFrame(49);
 }
 
-TEST(Preview, ScaleButtonsGoThroughTheSteps) {
+TEST(Preview, Scales) {
     Window window(800, 400, 1);
-    window.dialog.resize(QSize(300, 132) + window.Margins());
-    window.Settle();
+    window.Resize({300, 132});
     for (const auto& [button, scale] :
          {std::pair("", "33"), {"Smaller scale", "25"}, {"Larger scale", "50"}}) {
-        if (*button) Click(window.dialog, button);
-        window.Settle();
+        if (*button) window.Press(button);
         EXPECT_EQ(scale, window.Scale());
         EXPECT_EQ(std::stoi(scale), window.Slider("Scale").value());
         EXPECT_EQ(std::stoi(scale), window.Picture().Rect().width() * 100 / 800);
     }
-}
 
-TEST(Preview, SliderActsWhenItsMovementEnds) {
-    Window window(160, 120, 1);
-    QSlider& slider = window.Slider("Scale");
-    const QSize margins = window.Margins();
-    const QSize before = window.dialog.size();
+    // The slider acts when its movement ends; a key's movement is one step.
+    Window small(160, 120, 1);
+    QSlider& slider = small.Slider("Scale");
     slider.setSliderDown(true);
     slider.setSliderPosition(330);
-    EXPECT_EQ("330", window.Scale());
-    EXPECT_EQ(before, window.dialog.size());
+    EXPECT_EQ("330", small.Scale());
+    EXPECT_EQ(QSize(160, 120), small.Picture().Rect().size());
     slider.setSliderDown(false);
-    window.Settle();
-    EXPECT_EQ(QSize(528, 396) + margins, window.dialog.size());
-    EXPECT_EQ("330", window.Scale());
-
-    QTest::keyClick(&slider, Qt::Key_PageDown);  // a key's movement is one step
-    window.Settle();
-    EXPECT_EQ("305", window.Scale());
-    EXPECT_EQ(QSize(488, 366) + margins, window.dialog.size());
+    small.Settle();
+    EXPECT_EQ(QSize(528, 396), small.Picture().size());
+    EXPECT_EQ("330", small.Scale());
+    QTest::keyClick(&slider, Qt::Key_PageDown);
+    small.Settle();
+    EXPECT_EQ("305", small.Scale());
+    EXPECT_EQ(QSize(488, 366), small.Picture().size());
 }
 
 TEST(Preview, PictureKeepsItsProportionsBetweenStrips) {
     Window window(64, 48, 1);
-    window.dialog.resize(QSize(400, 96) + window.Margins());
-    window.Settle();
+    window.Resize({400, 96});
     EXPECT_EQ(QRect(136, 0, 128, 96), window.Picture().Rect());
-    EXPECT_EQ("200", window.Scale());
     const QImage painted = window.Picture().grab().toImage();
     const QRgb strip = window.Picture().palette().color(QPalette::Button).rgb();
     for (int x : {0, 135, 264, 399}) EXPECT_EQ(strip, painted.pixel(x, 50)) << x;
@@ -202,15 +181,18 @@ TEST(Preview, PictureKeepsItsProportionsBetweenStrips) {
     EXPECT_GT(between, 30);
 }
 
-TEST(Preview, WindowHasLimits) {
-    Window small(64, 48, 1);
-    EXPECT_EQ(300, small.dialog.minimumWidth());
-    EXPECT_GE(small.dialog.minimumHeight(), 200);
+TEST(Preview, WindowHasLimitsAndIsDraggedByItsSurface) {
     Window large(1600, 400, 1);
     EXPECT_EQ(400, large.dialog.minimumWidth());
     EXPECT_LE(large.dialog.width(), large.dialog.screen()->availableGeometry().width());  // cut to the screen
     EXPECT_EQ(std::to_string(large.Picture().Rect().width() * 100 / 1600), large.Scale());
 
+    Window small(64, 48, 1);
+    const QPoint before = small.dialog.pos();
+    QTest::mousePress(&small.Picture(), Qt::LeftButton, {}, QPoint(30, 30));
+    QTest::mouseMove(&small.Picture(), QPoint(50, 40));
+    QTest::mouseRelease(&small.Picture(), Qt::LeftButton, {}, QPoint(30, 30));
+    EXPECT_EQ(before + QPoint(20, 10), small.dialog.pos());
     small.dialog.showMaximized();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !small.dialog.isMaximized(); }));
     small.Settle();
@@ -218,31 +200,20 @@ TEST(Preview, WindowHasLimits) {
     EXPECT_EQ(192, small.Picture().height());
 }
 
-TEST(Preview, IsDraggedByItsSurface) {
-    Window window(64, 48, 1);
-    const QPoint before = window.dialog.pos();
-    QTest::mousePress(&window.Picture(), Qt::LeftButton, {}, QPoint(30, 30));
-    QTest::mouseMove(&window.Picture(), QPoint(50, 40));
-    QTest::mouseRelease(&window.Picture(), Qt::LeftButton, {}, QPoint(30, 30));
-    EXPECT_EQ(before + QPoint(20, 10), window.dialog.pos());
-}
-
 TEST(Preview, ClosingClosesTheVideo) {
-    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_W}) {
-        auto record = std::make_shared<TestVideo::Record>();
+    for (const QKeyCombination key : {QKeyCombination(Qt::Key_Escape), Qt::CTRL | Qt::Key_W}) {
+        auto stage = std::make_shared<Stage>();
         User user;
         user.In("Tolvane - Preview", [&](QWidget& window) {
-            EXPECT_FALSE(record->isClosed);
-            if (!window.isActiveWindow()) {
-                window.activateWindow();
-                return false;
-            }
-            QTest::keyClick(&window, key, key == Qt::Key_W ? Qt::ControlModifier : Qt::NoModifier);
+            EXPECT_EQ(0, stage->closed);
+            window.activateWindow();
+            if (!window.isActiveWindow()) return false;
+            QTest::keyClick(&window, key.key(), key.keyboardModifiers());
             return true;
         });
-        ShowPreview(nullptr, std::make_unique<TestVideo>(64, 48, 2, record), 0);
+        ShowPreview(nullptr, std::make_unique<TestVideo>(64, 48, 2, stage), 0);
         EXPECT_TRUE(LooseThreadsEnd(std::chrono::seconds(20))) << "the one that reads";
-        EXPECT_TRUE(QTest::qWaitFor([&] { return record->isClosed && record->isDestroyed; }));
+        EXPECT_TRUE(stage->closed && stage->gone);
         EXPECT_EQ(nullptr, QApplication::overrideCursor());
     }
     ShowPreview(nullptr, nullptr, 0);  // nothing happens

@@ -38,8 +38,7 @@ TEST(Browse, FilterAndQuestionsByTheName) {
         answers.file = c.path;
         answers.openWithAviSynth = c.yes;
         EXPECT_TRUE(BrowseFile(state, RowOriginal, answers));
-        EXPECT_EQ(slot.name, c.path);
-        EXPECT_EQ(slot.sourceName, c.path);
+        EXPECT_EQ(slot.name + slot.sourceName, std::wstring(c.path) + c.path);
         EXPECT_EQ(slot.filter, c.filter);
         EXPECT_EQ(slot.parameters, c.parameters);
         EXPECT_EQ(slot.useAvs, c.useAvsAfter);
@@ -47,7 +46,7 @@ TEST(Browse, FilterAndQuestionsByTheName) {
     }
 }
 
-TEST(Browse, Cancelled) {
+TEST(Browse, KeepsWhatWasThere) {
     ShellState state = StateWith(L"", L"/v/a.yuv");
     FileRecord& slot = state.job.fileSlots[1];
     slot.width = slot.height = 16;
@@ -65,63 +64,53 @@ TEST(Browse, Cancelled) {
     EXPECT_EQ(slot.filter, 4);  // an empty name is neither raw, AVI nor MOV
     EXPECT_EQ(slot.width, 0);
     EXPECT_EQ(state.job.csv.outputDir, L"/results/");
-}
 
-TEST(Browse, LeavesWhatTheUserWrote) {
+    // What the user wrote is left.
+    answers.acceptRaw = true;
     for (const wchar_t* path : {L"/v/b.mkv", L"/v/b.yuv"}) {
-        ShellState state = StateWith();
-        FileRecord& slot = state.job.fileSlots[0];
         slot = {L"/v/a.avi", L"/v/a.avi", true, false, true, 5, L"mine", 0, 0, 0};
-        state.job.fileSlots[1].width = state.job.fileSlots[1].height = 8;
-        Answers answers;
-        EXPECT_TRUE(TakeFile(state, RowOriginal, path, answers));
+        EXPECT_TRUE(TakeFile(state, RowProcessed, path, answers));
         EXPECT_EQ(slot.filter, 5);
         EXPECT_EQ(slot.parameters, L"mine");
     }
 }
 
 TEST(Browse, ResultsGoBesideAProcessedFile) {
-    constexpr struct {
-        FileRow row;
-        const wchar_t *path, *directory;
-    } kCases[] = {
+    constexpr std::tuple<FileRow, const wchar_t*, const wchar_t*> kCases[] = {
         {RowOriginal, L"/v/a.avi", L"before"},  {RowProcessed, L"/v/w/a.avi", L"/v/w"},
         {RowSecond, L"C:\\v\\a.avi", L"C:\\v"}, {RowMask, L"/v/a.avi", L"before"},
         {RowProcessed, L"a.avi", L"a.avi"},     {RowProcessed, L"/a.avi", L"/"},
     };
-    for (const auto& c : kCases) {
+    for (const auto& [row, path, beside] : kCases) {
         ShellState state = StateWith();
         MeasurementJob& job = state.job;
         job.csv.outputDir = job.visualization.outputDir = job.badFrames.outputDir = L"before";
         Answers answers;
-        TakeFile(state, c.row, c.path, answers);
-        EXPECT_EQ(job.csv.outputDir, c.directory);
-        EXPECT_EQ(job.visualization.outputDir, c.directory);
+        TakeFile(state, row, path, answers);
+        EXPECT_EQ(job.csv.outputDir, beside);
+        EXPECT_EQ(job.visualization.outputDir, beside);
         EXPECT_EQ(job.badFrames.outputDir, L"before");
     }
 }
 
 TEST(Browse, AdviceForWhatOnlyAScriptOpens) {
-    constexpr struct {
-        const wchar_t* path;
-        bool useAvs, installed;
-        const wchar_t* said;  // a part of the advice; null: there is none
-    } kCases[] = {
+    // Path, "Open with AVISynth", whether that is installed, and a part of the advice; "": there is none.
+    constexpr std::tuple<const wchar_t*, bool, bool, const wchar_t*> kCases[] = {
         {L"/v/a.MKV", false, true, L"needs \"Open with AVISynth\""},
         {L"/v/a", false, true, L"needs \"Open with AVISynth\""},
         {L"/v/a.mkv", false, false, L"which isn't there"},
-        {L"/v/a.mkv", true, true, nullptr},
-        {L"/v/a.y4m", false, true, nullptr},
-        {L"/v/a.yuv", false, true, nullptr},
-        {L"", false, true, nullptr},
+        {L"/v/a.mkv", true, true, L""},
+        {L"/v/a.y4m", false, true, L""},
+        {L"/v/a.yuv", false, true, L""},
+        {L"", false, true, L""},
     };
-    for (const auto& c : kCases) {
-        ShellState state = StateWith(c.path);
-        state.job.fileSlots[0].useAvs = c.useAvs;
-        state.capabilities.aviSynth = c.installed;
+    for (const auto& [path, useAvs, isInstalled, said] : kCases) {
+        ShellState state = StateWith(path);
+        state.job.fileSlots[0].useAvs = useAvs;
+        state.capabilities.aviSynth = isInstalled;
         const std::wstring advice = OpeningAdvice(state.job.fileSlots[0], state.capabilities);
-        EXPECT_EQ(advice.empty(), c.said == nullptr);
-        EXPECT_NE(advice.find(c.said ? c.said : L""), std::wstring::npos);
+        EXPECT_EQ(advice.empty(), *said == 0);
+        EXPECT_NE(advice.find(said), std::wstring::npos);
     }
 }
 

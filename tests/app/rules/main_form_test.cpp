@@ -87,50 +87,18 @@ TEST(MainForm, WhatARunLocks) {
     }
 }
 
-TEST(Readiness, FilesOfMetricsOfOneAndTwoInputs) {
-    constexpr struct {
-        const wchar_t* metric;
-        bool visualize, comparative;
-        const wchar_t *original, *processed, *second;
-        bool ready;
-    } kCases[] = {
-        {L"psnr", false, false, L"a", L"b", L"", true},
-        {L"psnr", false, false, L"", L"b", L"c", false},
-        {L"psnr", false, true, L"a", L"b", L"", false},
-        {L"psnr", false, true, L"a", L"b", L"c", true},
-        {L"blocking_metric", true, false, L"a", L"", L"", true},
-        {L"blocking_metric", false, false, L"", L"b", L"", true},
-        {L"blocking_metric", false, true, L"a", L"b", L"", false},
-        {L"blocking_metric", false, true, L"", L"b", L"c", true},
-        {L"blurring_metric", false, false, L"", L"b", L"", true},
-        {L"blurring_metric", true, false, L"", L"b", L"", false},
-    };
-    for (const auto& c : kCases) {
-        ShellState state = StateWith(c.original, c.processed, c.second);
-        ChooseById(state, c.metric);
-        state.job.visualization.save = c.visualize;
-        state.job.comparativeAnalysis = c.comparative;
-        const MainForm form = MainFormFrom(state);
-        EXPECT_EQ(form.IsEnabled(Control::Process), c.ready) << &c - kCases;
-        EXPECT_EQ(form.status, c.ready ? L"Ready" : L"Select video files and options");
-    }
-}
-
 TEST(MetricChoice, ComponentStaysIfSupported) {
-    constexpr struct {
-        const wchar_t* metric;
-        int before, after;
-    } kCases[] = {
+    constexpr std::tuple<const wchar_t*, int, int> kCases[] = {
         {L"mse", Metric::ComponentB, Metric::ComponentB},
         {L"blurring_metric", Metric::ComponentV, Metric::ComponentV},
         {L"blurring_metric", Metric::ComponentR, Metric::ComponentY},
         {L"psnr", 99, Metric::ComponentY},  // as settings may hold it
     };
-    for (const auto& c : kCases) {
+    for (const auto& [metric, before, after] : kCases) {
         ShellState state = StateWith();
-        ChooseComponent(state.job, c.before);
-        ChooseById(state, c.metric);
-        EXPECT_EQ(MainFormFrom(state).component, c.after);
+        ChooseComponent(state.job, before);
+        ChooseById(state, metric);
+        EXPECT_EQ(MainFormFrom(state).component, after);
         EXPECT_EQ(state.job.selection.size(), 1U);
     }
 }
@@ -153,15 +121,16 @@ TEST(MetricChoice, SettingsBelongToTheMetric) {
 TEST(JobEdits, WhatFollowsFromAnEdit) {
     ShellState state = StateWith();
     BadFramesSettings& badFrames = state.job.badFrames;
-    for (const int count : {0, 3}) {
+    for (const auto& [count, saved] : {std::pair(0, 10), {3, 3}}) {
         badFrames.count = count;
         SetSaveBadFrames(state.job, true);
-        EXPECT_EQ(badFrames.count, count == 0 ? 10 : count);
+        EXPECT_EQ(badFrames.count, saved);
     }
-    for (const int type : {BadOriginalProcessed, BadSecondBetter}) {
+    for (const auto& [type, compared] :
+         {std::pair(BadOriginalProcessed, BadFirstSecond), {BadSecondBetter, BadSecondBetter}}) {
         badFrames.frameType = type;
         SetComparativeAnalysis(state.job, true);
-        EXPECT_EQ(badFrames.frameType, type == BadOriginalProcessed ? BadFirstSecond : type);
+        EXPECT_EQ(badFrames.frameType, compared);
     }
     SetComparativeAnalysis(state.job, false);
     EXPECT_EQ(badFrames.frameType, BadOriginalProcessed);

@@ -15,7 +15,7 @@
 #include "app/shell/progress_dialog.h"
 #include "platform/qt/palette.h"
 #include "platform/qt/theme.h"
-#include "tests/app/preview/test_video.h"
+#include "tests/report/frames/test_video.h"
 
 #include <QApplication>
 #include <QTest>

@@ -1,38 +1,13 @@
+#include "app/rules/settings.h"
 #include "app/rules/shell_start.h"
 #include "app/shell/contact.h"
+#include "platform/qt/qt_settings_store.h"
 #include "tests/app/shell/shell_window.h"
+#include "tests/platform/qt/opened_files.h"
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDesktopServices>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTest>
-
-#include <set>
+#include <algorithm>
 
 namespace {
-
-std::string StatusOf(QWidget& window) {
-    for (const QLabel* label : window.findChildren<QLabel*>()) {
-        const std::string text = label->text().toStdString();
-        if (text == "Ready" || text == "Select video files and options") return text;
-    }
-    return "";
-}
-
-void Type(QWidget& window, const std::string& field, const std::string& text) {
-    auto& edit = Find<QLineEdit>(window, field);
-    edit.setFocus();
-    edit.selectAll();
-    QTest::keyClick(&edit, Qt::Key_Delete);
-    QTest::keyClicks(&edit, QString::fromStdString(text));
-}
 
 void ChooseMetricNamed(QWidget& window, const std::wstring& id) {
     int index = -1;
@@ -40,51 +15,6 @@ void ChooseMetricNamed(QWidget& window, const std::wstring& id) {
     auto& list = Find<QComboBox>(window, "Metric");
     list.setCurrentIndex(list.findData(index));
     emit list.activated(list.currentIndex());
-}
-
-TEST_F(ShellWindow, ShowsTheDefaultsOfAFirstStart) {
-    const std::wstring place = FromUtf8(directory.Root().native() + "/");
-    state = StartShell(MemorySettingsStore(), place, place);
-    MainWindow& main = Open();
-    EXPECT_EQ("Tolvane 3.0", main.windowTitle().toStdString());
-    for (const QCheckBox* box : main.findChildren<QCheckBox*>())
-        EXPECT_EQ(box->text() == QStringLiteral("Show resu&lts visualization"), box->isChecked())
-            << box->text().toStdString();
-    for (const std::string& row : kRowNames)
-        EXPECT_EQ("", Find<QLineEdit>(main, "Path, " + row).text().toStdString());
-    EXPECT_EQ(0, Find<QComboBox>(main, "Metric").currentIndex());
-    EXPECT_TRUE(Find<QRadioButton>(main, "Y-YUV").isChecked());
-    EXPECT_EQ("Select video files and options", StatusOf(main));
-    EXPECT_FALSE(Find<QPushButton>(main, "Process").isEnabled());
-}
-
-TEST_F(ShellWindow, IsReadyWhenTheMetricsFilesAreChosen) {
-    MainWindow& main = Open();
-    const auto& process = Find<QPushButton>(main, "Process");
-    const auto expect = [&](bool ready) {
-        EXPECT_EQ(ready, process.isEnabled());
-        EXPECT_EQ(ready ? "Ready" : "Select video files and options", StatusOf(main));
-    };
-    Type(main, "Path, processed file", "b.y4m");
-    expect(false);
-    EXPECT_EQ(L"b.y4m", state.job.fileSlots[RowProcessed].name);
-    EXPECT_EQ(L"b.y4m", state.job.fileSlots[RowProcessed].sourceName);
-    ChooseMetricNamed(main, L"blurring_metric");
-    expect(true);  // one file is enough
-    Click(main, "Save metric visualization video / image");
-    expect(false);  // but not to visualize
-    Type(main, "Path, original file", "a.y4m");
-    expect(true);
-}
-
-TEST_F(ShellWindow, TakesNoMoreOfATypedPathThanItShows) {
-    MainWindow& main = Open();
-    auto& field = Find<QLineEdit>(main, "Path, original file");
-    field.setFocus();
-    field.insert(QString(300, u'a'));
-    emit field.textEdited(field.text());
-    EXPECT_EQ(260u, state.job.fileSlots[RowOriginal].name.size());
-    EXPECT_EQ(260, field.text().size());
 }
 
 TEST_F(ShellWindow, ControlsFollowEveryEdit) {
@@ -98,9 +28,16 @@ TEST_F(ShellWindow, ControlsFollowEveryEdit) {
         Click(main, box);
         ExpectAsTheFormTells();
     }
-    Type(main, "Path, original file", "a.bmp");
+    Type("Path, processed file", "b.bmp");
     ExpectAsTheFormTells();
-    Type(main, "Path, processed file", "b.avi");
+    EXPECT_EQ(L"b.bmpb.bmp",
+              state.job.fileSlots[RowProcessed].name + state.job.fileSlots[RowProcessed].sourceName);
+    Type("Path, original file", std::string(300, 'a'));  // no more is taken than is shown
+    EXPECT_EQ(260u, PathIn("original file").size());
+    EXPECT_EQ(260u, state.job.fileSlots[RowOriginal].name.size());
+    Click(main, "Comparative analysis");
+    ExpectAsTheFormTells();
+    EXPECT_TRUE(Find(main, "Process")->isEnabled());
     Click(main, "Save \"bad frames\"");
     EXPECT_EQ(10, state.job.badFrames.count);
     ExpectAsTheFormTells();
@@ -111,8 +48,8 @@ TEST_F(ShellWindow, FollowsTheMetric) {
     int plugin = -1;
     ASSERT_TRUE(metrics.FindById(L"roi_psnr", plugin)) << "a configurable metric without a page";
     MainWindow& main = Open();
-    Find<QRadioButton>(main, "B-RGB").click();
-    EXPECT_EQ(Metric::ComponentB, state.job.selection.begin()->component);
+    Click(main, "B-RGB");
+    EXPECT_EQ(Metric::ComponentB, SelectionOf(state.job).component);
     for (int i = 0; i < metrics.GetCount(); ++i) {
         SCOPED_TRACE(ToUtf8(metrics.GetId(i)));
         ChooseMetricNamed(main, metrics.GetId(i));
@@ -120,34 +57,15 @@ TEST_F(ShellWindow, FollowsTheMetric) {
         const auto& text = Find<QLabel>(main, "Metric settings");
         EXPECT_EQ(i == plugin, text.isVisible());
         EXPECT_EQ(metrics.GetDefaultSettings(i), FromUtf8(text.text().toStdString()));
-        const int component = state.job.selection.begin()->component;
-        EXPECT_TRUE(
-            Find<QRadioButton>(main, ControlNames()[static_cast<std::size_t>(ComponentControl(component))])
-                .isChecked());
+        const auto shown = static_cast<std::size_t>(ComponentControl(SelectionOf(state.job).component));
+        EXPECT_TRUE(Find<QRadioButton>(main, ControlNames()[shown]).isChecked());
     }
 }
 
-TEST_F(ShellWindow, MnemonicsAreUniqueAndAsPlanned) {
+TEST_F(ShellWindow, MnemonicsAndTheirFirstControls) {
     state.job.comparativeAnalysis = true;
-    MainWindow& main = Open();
-    std::multiset<char> found;
-    for (const QWidget* widget : main.findChildren<QWidget*>()) {
-        QString text;
-        if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) text = button->text();
-        if (const auto* group = qobject_cast<const QGroupBox*>(widget)) text = group->title();
-        const auto* label = qobject_cast<const QLabel*>(widget);
-        if (label && label->buddy()) text = label->text();
-        const auto at = text.indexOf(u'&');
-        if (at >= 0) found.insert(text.at(at + 1).toUpper().toLatin1());
-    }
-    const std::string planned = "123ABCDEFHIKLMNOPRSTUVWXZ";
-    EXPECT_EQ(planned, std::string(found.begin(), found.end()));
-}
-
-TEST_F(ShellWindow, MnemonicsOfStepsLeadToTheirFirstControls) {
-    MainWindow& main = Open();
-    main.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    MainWindow& main = OpenActive();
+    EXPECT_EQ("123ABCDEFHIKLMNOPRSTUVWXZ", Mnemonics(main)) << "each once";
     for (const char* used : {"Path, processed file", "B-RGB", "More options"}) Find(main, used)->setFocus();
     for (const auto& [key, first] :
          {std::pair(Qt::Key_1, "Path, original file"), {Qt::Key_2, "Metric"}, {Qt::Key_3, "Save CSV file"}}) {
@@ -161,153 +79,124 @@ TEST_F(ShellWindow, TabGoesInReadingOrder) {
     state.job.comparativeAnalysis = state.job.maskSlot.useMask = true;
     state.job.csv.save = state.job.badFrames.save = true;
     for (const FileRow row : kFileRows) SlotOf(state.job, row).useAvs = true;
-    MainWindow& main = Open();
-    main.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    MainWindow& main = OpenActive();
 
-    std::vector<std::string> expected;
-    const auto addRow = [&](int row) {
-        const auto names = RowControlNames(kRowNames[static_cast<std::size_t>(row)]);
-        expected.insert(expected.end(), names.begin(), names.end());
+    // As the controls are listed, but for the boxes ahead of the two last rows, what is off (the metric's
+    // settings), and the radio buttons, of which one is a stop.
+    std::vector<std::string> expected = ControlNames();
+    const auto move = [&expected](const std::string& name, const std::string& before) {
+        std::erase(expected, name);
+        expected.insert(std::find(expected.begin(), expected.end(), before), name);
     };
-    addRow(0);
-    addRow(1);
-    expected.push_back("Comparative analysis");
-    addRow(2);
-    expected.push_back("Use mask file:");
-    addRow(3);
-    for (const char* name :
-         {"Use black mask", "Advanced, RGB/YUV matrix", "Metric", "Online metric info", "Y-YUV",
-          "Save CSV file", "Save metric visualization video / image", "Advanced, CSV and visualization",
-          "Save \"bad frames\"", "Advanced, \"bad frames\"", "More options", "Show results visualization",
-          "Website", "Feedback", "Help", "Process", "Exit"})
-        expected.push_back(name);
-
+    move("Comparative analysis", "Path, second processed file");
+    move("Use mask file:", "Path, mask file");
+    move("Website", "Process");
+    move("Feedback", "Process");
+    move("Help", "Process");
+    for (const char* name : {"Settings", "U-YUV", "V-YUV", "L-LUV", "R-RGB", "G-RGB", "B-RGB"})
+        std::erase(expected, name);
     for (const std::string& name : expected) {
-        const QWidget* focused = QApplication::focusWidget();
+        QWidget* focused = QApplication::focusWidget();
         ASSERT_EQ(Find(main, name), focused)
             << name << ", but was on " << focused->accessibleName().toStdString();
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QTest::keyClick(focused, Qt::Key_Tab);
     }
     EXPECT_EQ(Find(main, expected.front()), QApplication::focusWidget());
 }
 
 TEST_F(ShellWindow, EscapeDoesNothingAndEnterProcesses) {
-    MainWindow& main = Open();
-    main.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+    MainWindow& main = OpenActive();
     QTest::keyClick(&main, Qt::Key_Escape);
     EXPECT_TRUE(main.isVisible());
     auto& field = Find<QLineEdit>(main, "Path, original file");
     QTest::keyClick(&field, Qt::Key_Return);  // not ready: nothing happens
-    EXPECT_EQ(0, saves);
-
-    state.job.maskSlot.useMask = true;  // so that the run is refused
-    Type(main, "Path, original file", "/a.y4m");
-    Type(main, "Path, processed file", "/b.y4m");
+    state.job.maskSlot.useMask = true;        // so that the run is refused
+    state.job.autoCloseProgress = true;
+    Type("Path, original file", "/a.y4m");
+    Type("Path, processed file", "/b.y4m");
     User user;
-    user.Press("Tolvane: Error", "OK");
+    user.In("Tolvane: Error", [](QWidget& window) {
+        const auto& box = dynamic_cast<QMessageBox&>(window);
+        EXPECT_EQ("Choose mask file!", box.text().toStdString());
+        EXPECT_EQ(QMessageBox::Warning, box.icon());
+        return window.close();
+    });
     QTest::keyClick(&field, Qt::Key_Return);
+    EXPECT_EQ(RunPhase::Editing, state.phase);
+    EXPECT_TRUE(state.job.autoCloseProgress);
+    EXPECT_EQ(0, saves);
 }
 
 TEST_F(ShellWindow, CtrlOAndCtrlPBelongToTheRowWithTheFocus) {
-    MainWindow& main = Open();
-    main.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
-    Type(main, "Path, processed file", directory.Path("missing.mkv"));
-    QString message, advice;
+    MainWindow& main = OpenActive();
+    const std::string missing = directory.Path("missing.mkv");
+    Type("Path, processed file", missing);
     User user;
     user.In("Could not open file for preview",
             [&](QWidget& window) {
                 auto& box = dynamic_cast<QMessageBox&>(window);
-                message = box.text().remove(QChar(0x200B));  // where it may break
-                advice = box.informativeText();
+                EXPECT_EQ("Could not open file \"" + missing + "\" for preview.",
+                          box.text().remove(QChar(0x200B)).toStdString());  // where it may break
+                EXPECT_TRUE(box.informativeText().contains(QStringLiteral("needs \"Open with AVISynth\"")));
                 return box.close();
             })
         .In("Open", [](QWidget& dialog) {
             dialog.close();
             return true;
         });
-    auto& box = Find<QCheckBox>(main, "Open with AVISynth, processed file");
-    box.setFocus();
-    QTest::keyClick(&box, Qt::Key_P, Qt::ControlModifier);
-    EXPECT_EQ("Could not open file \"" + directory.Path("missing.mkv") + "\" for preview.",
-              message.toStdString());
-    EXPECT_TRUE(advice.contains(QStringLiteral("needs \"Open with AVISynth\"")));
-    main.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
-    box.setFocus();
-    QTest::keyClick(&box, Qt::Key_O, Qt::ControlModifier);
+    for (const Qt::Key key : {Qt::Key_P, Qt::Key_O}) {
+        main.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&main));
+        QWidget* box = Find(main, "Open with AVISynth, processed file");
+        box->setFocus();
+        QTest::keyClick(box, key, Qt::ControlModifier);
+    }
 }
 
 TEST_F(ShellWindow, PreviewAsksForWhatARawFileLacks) {
     const std::string title = "Tolvane - YUV File settings";
     MainWindow& main = Open();
-    Type(main, "Path, original file", directory.Write("a.yuv", std::string(96, '\x80')));
+    Type("Path, original file", directory.Write("a.yuv", std::string(96, '\x80')));
+    const User::Act close = [](QWidget& window) { return window.close(); };
     User user;
-    user.Press(title, "Cancel");
-    Click(main, "Preview, original file");
-    user.In(title,
+    user.Press(title, "Cancel")
+        .In(title,
             [](QWidget& window) {
                 for (QLineEdit* field : window.findChildren<QLineEdit*>())
                     field->setText(QStringLiteral("8"));
                 return true;
             })
         .Press(title, "OK")
-        .In("Tolvane - Preview", [](QWidget& window) { return window.close(); });
-    Click(main, "Preview, original file");
-    user.In("Tolvane - Preview", [](QWidget& window) { return window.close(); });
-    Click(main, "Preview, original file");  // known now
+        .In("Tolvane - Preview", close)
+        .In("Tolvane - Preview", close);  // known now
+    for (int times = 0; times < 3; ++times) Click(main, "Preview, original file");
 }
 
-/// Takes the addresses that the program opens.
-class Browser : public QObject {
-    Q_OBJECT
-
-public:
-    Browser() {
-        for (const QString& scheme : schemes) QDesktopServices::setUrlHandler(scheme, this, "Open");
-    }
-    ~Browser() override {
-        for (const QString& scheme : schemes) QDesktopServices::unsetUrlHandler(scheme);
-    }
-    const QStringList schemes = {QStringLiteral("https"), QStringLiteral("mailto"), QStringLiteral("file")};
-    QString opened;
-
-public slots:
-    void Open(const QUrl& url) { opened = url.toString(); }
-};
-
 TEST_F(ShellWindow, LinksLeadOutside) {
-    Browser browser;
+    OpenedFiles browser({QStringLiteral("https"), QStringLiteral("mailto"), QStringLiteral("file")});
     MainWindow& main = Open();
-    const struct {
-        std::string button, begin;
-    } cases[] = {{"Website", "https://"}, {"Feedback", "mailto:"}, {"Online metric info", "https://"}};
-    for (const auto& c : cases) {
-        browser.opened.clear();
-        Click(main, c.button);
-        EXPECT_EQ(0u, browser.opened.toStdString().find(c.begin)) << c.button;
+    for (const auto& [button, scheme] :
+         {std::pair("Website", "https"), {"Feedback", "mailto"}, {"Online metric info", "https"}}) {
+        Click(main, button);
+        EXPECT_EQ(scheme, browser.urls.takeLast().scheme().toStdString()) << button;
     }
     // A plug-in's address can be of any kind, but only pages are opened.
     for (const wchar_t* address : {L"file:///usr/bin/true", L"page.html", L""}) {
-        browser.opened.clear();
         User user;
         user.Press("Tolvane: Error", "OK");
         OpenPage(&main, address);
-        EXPECT_EQ("", browser.opened.toStdString());
     }
+    EXPECT_TRUE(browser.urls.isEmpty());
 }
 
 TEST_F(ShellWindow, ClicksThatComeLateAreLost) {
     state = StateWith(L"/a.y4m", L"/b.y4m");
     state.job.csv.save = state.job.badFrames.save = true;
-    Browser browser;
+    OpenedFiles browser({QStringLiteral("https"), QStringLiteral("mailto"), QStringLiteral("file")});
     MainWindow& main = Open();
-    const std::string title = "Tolvane - More options";
     bool came = false;
     User user;
-    user.In(title, [&](QWidget& options) {
+    user.In("Tolvane - More options", [&](QWidget& options) {
         came = true;
         for (auto* button : main.findChildren<QPushButton*>())
             if (button->window() == &main) button->animateClick();
@@ -321,7 +210,7 @@ TEST_F(ShellWindow, ClicksThatComeLateAreLost) {
     QTest::qWait(300);
     EXPECT_FALSE(QApplication::activeModalWidget());
     EXPECT_TRUE(main.isVisible());
-    EXPECT_EQ("", browser.opened.toStdString());
+    EXPECT_TRUE(browser.urls.isEmpty());
     EXPECT_EQ(0, saves);
 }
 
@@ -338,6 +227,40 @@ TEST_F(ShellWindow, OpensWithinItsScreenAndGrowsToTheSideOnly) {
     EXPECT_GT(Find(main, "Path, original file")->width(), 400);
 }
 
-}  // namespace
+TEST_F(ShellWindow, SettingsComeBackAsTheyWereLeft) {
+    const std::wstring place = FromUtf8(directory.Root().native() + "/");
+    const char* const path = "/videos/a, \"b\" & c.y4m";
+    const std::vector<std::string> edited = {"Comparative analysis",
+                                             "Use mask file:",
+                                             "Use black mask",
+                                             "Save CSV file",
+                                             "Save metric visualization video / image",
+                                             "Show results visualization"};
+    for (int start = 1; start <= 2; ++start) {
+        QtSettingsStore store(QStringLiteral("Lumetry"), QStringLiteral("WindowTest"));
+        state = StartShell(store, place, place);
+        EXPECT_EQ(start, state.runNumber);
+        window = std::make_unique<MainWindow>(
+            state, [&] { return SaveSettings(store, Metric::GetMetricList(), state); });
+        window->show();
+        for (const QCheckBox* box : window->findChildren<QCheckBox*>()) {
+            const std::string name = box->text().remove(u'&').toStdString();
+            const bool isOnAtFirst = name == "Show results visualization";
+            EXPECT_EQ(isOnAtFirst != (start == 2 && std::ranges::count(edited, name) == 1), box->isChecked())
+                << name;
+        }
+        EXPECT_EQ(start == 1 ? "" : path, PathIn("original file"));
+        EXPECT_EQ(start == 2, Find<QComboBox>(*window, "Metric").currentText() == QStringLiteral("MSE"));
+        EXPECT_EQ(start == 2, Find<QRadioButton>(*window, "G-RGB").isChecked());
+        if (start == 2) break;
+        Type("Path, original file", path);
+        for (const std::string& box : edited) Click(*window, box);
+        ChooseMetricNamed(*window, L"mse");
+        Click(*window, "G-RGB");
+        Click(*window, "Exit");
+        EXPECT_TRUE(window->HasEnded());
+    }
+    window.reset();
+}
 
-#include "main_window_test.moc"
+}  // namespace

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <filesystem>
 
 #include "app/rules/main_form.h"
 #include "app/shell/main_window.h"
 #include "platform/text.h"
 #include "tests/app/rules/shell_fixture.h"
-#include "tests/app/user.h"
+#include "tests/platform/qt/user.h"
 #include "tests/temporary_directory.h"
+#include "video/color_space.h"
 
 inline std::wstring Sample(const std::string& name) {
     return FromUtf8(std::string(TOLVANE_SAMPLES "/") + name);
@@ -22,49 +23,21 @@ inline ShellState QuietState(const TemporaryDirectory& directory) {
     return state;
 }
 
-inline const std::vector<std::string> kRowNames = {"original file", "processed file", "second processed file",
-                                                   "mask file"};
-
-/// What a screen reader calls the parts of a row, in the order of `RowPart`.
-inline std::vector<std::string> RowControlNames(const std::string& row) {
-    std::vector<std::string> names;
-    for (const char* part : {"Path", "Browse", "Open with AVISynth", "Advanced", "Preview"})
-        names.push_back(part + (", " + row));
-    return names;
-}
-
-/// And every control of the main dialog, in the order of `Control`.
+/// Every control of the main dialog as a screen reader calls it, in the order of `Control`.
 inline std::vector<std::string> ControlNames() {
     std::vector<std::string> names;
-    for (const std::string& row : kRowNames)
-        for (const std::string& name : RowControlNames(row)) names.push_back(name);
-    for (const char* name : {"Comparative analysis",
-                             "Use mask file:",
-                             "Use black mask",
-                             "Advanced, RGB/YUV matrix",
-                             "Metric",
-                             "Settings",
-                             "Online metric info",
-                             "Y-YUV",
-                             "U-YUV",
-                             "V-YUV",
-                             "L-LUV",
-                             "R-RGB",
-                             "G-RGB",
-                             "B-RGB",
-                             "Save CSV file",
-                             "Save metric visualization video / image",
-                             "Advanced, CSV and visualization",
-                             "Save \"bad frames\"",
-                             "Advanced, \"bad frames\"",
-                             "More options",
-                             "Show results visualization",
-                             "Process",
-                             "Website",
-                             "Feedback",
-                             "Help",
-                             "Exit"})
-        names.emplace_back(name);
+    for (const char* row : {"original file", "processed file", "second processed file", "mask file"})
+        for (const char* part : {"Path", "Browse", "Open with AVISynth", "Advanced", "Preview"})
+            names.push_back(std::string(part) + ", " + row);
+    const auto add = [&names](std::initializer_list<const char*> step) {
+        names.insert(names.end(), step.begin(), step.end());
+    };
+    add({"Comparative analysis", "Use mask file:", "Use black mask", "Advanced, RGB/YUV matrix"});
+    add({"Metric", "Settings", "Online metric info"});
+    add({"Y-YUV", "U-YUV", "V-YUV", "L-LUV", "R-RGB", "G-RGB", "B-RGB"});
+    add({"Save CSV file", "Save metric visualization video / image", "Advanced, CSV and visualization",
+         "Save \"bad frames\"", "Advanced, \"bad frames\"", "More options", "Show results visualization",
+         "Process", "Website", "Feedback", "Help", "Exit"});
     return names;
 }
 
@@ -80,10 +53,29 @@ protected:
         window->show();
         return *window;
     }
+    /// And gives it the keyboard.
+    MainWindow& OpenActive() {
+        Open().activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        return *window;
+    }
+
+    /// Replaces what stands in a field, by the keyboard.
+    void Type(const std::string& field, const std::string& text) {
+        auto& edit = Find<QLineEdit>(*window, field);
+        edit.setFocus();
+        edit.selectAll();
+        QTest::keyClick(&edit, Qt::Key_Delete);
+        QTest::keyClicks(&edit, QString::fromStdString(text));
+    }
+    std::string PathIn(const std::string& row) {
+        return Find<QLineEdit>(*window, "Path, " + row).text().toStdString();
+    }
 
     /// Every control can be used, and says what turns it on, as the form of the state tells.
     void ExpectAsTheFormTells() {
         const MainForm form = MainFormFrom(state);
+        Find<QLabel>(*window, ToUtf8(form.status));
         std::vector<std::string> names = ControlNames();
         ASSERT_EQ(kControlCount, static_cast<int>(names.size()));
         names[static_cast<std::size_t>(Control::Process)] = ToUtf8(form.processCaption);
@@ -95,6 +87,22 @@ protected:
             EXPECT_EQ(why, control->accessibleDescription().toStdString());
             EXPECT_TRUE(why.empty() || !control->toolTip().isEmpty());
         }
+    }
+
+    void ChooseSamples() {
+        SetPath(state.job.fileSlots[RowOriginal], Sample("yard.y4m"));
+        SetPath(state.job.fileSlots[RowProcessed], Sample("yard_x264.y4m"));
+    }
+    /// Raw files of zeros, which take no space on the disk: a million frames, more than are measured while a
+    /// test looks on.
+    void ChooseLongVideo() {
+        const std::string path = directory.Write("long.yuv", "");
+        std::filesystem::resize_file(path, std::uintmax_t{96} * 1000 * 1000);
+        FileRecord record = EmptySlot();
+        SetPath(record, FromUtf8(path));
+        record.width = record.height = 8;  // a frame of 96 bytes
+        record.yuvType = IYUV;
+        state.job.fileSlots[RowOriginal] = state.job.fileSlots[RowProcessed] = record;
     }
 
     const TemporaryDirectory directory;

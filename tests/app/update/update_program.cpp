@@ -33,12 +33,6 @@ void Note(const QString& title) {
         << OwnVersion(UpdaterSettings().programPath) << ' ' << title.toStdString() << '\n';
 }
 
-void PressProcess(const QWidget& window) {
-    for (QPushButton* button : window.findChildren<QPushButton*>())
-        if (button->text().remove(u'&') == QStringLiteral("Process"))
-            QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
-}
-
 void LookAtWindows() {
     static std::set<QString> seen;
     for (const QWidget* window : QApplication::topLevelWidgets()) {
@@ -48,7 +42,9 @@ void LookAtWindows() {
         Note(title);
         if (!qEnvironmentVariableIsSet("TEST_MEASURES")) continue;
         qunsetenv("TEST_MEASURES");
-        PressProcess(*window);
+        for (QPushButton* button : window->findChildren<QPushButton*>())
+            if (button->text() == QStringLiteral("&Process"))
+                QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
     }
 }
 

@@ -7,10 +7,8 @@
 
 namespace {
 
-/// Time to see that a poll waits; a poll that doesn't takes microseconds.
-constexpr std::chrono::milliseconds kAWhile(50);
-
 TEST(InterruptionToken, PauseHoldsThePollUntilResume) {
+    constexpr std::chrono::milliseconds kAWhile(50);  // a poll that doesn't wait takes microseconds
     for (const bool stop : {false, true}) {
         InterruptionToken token;
         token.Resume();  // without a pause: it mustn't make room for a poll during the next one

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 
 #include "engine/model/measuring_line.h"
 #include "platform/text.h"
@@ -19,37 +18,20 @@ std::string WithoutDigits(std::string text) {
     return text;
 }
 
-TEST(Log, FileGrowsOverRuns) {
+TEST(Log, FileGrowsOverRunsAndTheConsoleRepeatsTheLine) {
     const TemporaryDirectory directory;
-    const std::string path = directory.Path("log.txt");
-    for (const wchar_t* message : {L"first run", L"second \x1F600"}) {
-        CLogFile log(FromUtf8(path));
-        EXPECT_TRUE(log.Log(message));
-    }
-
+    const std::wstring path = FromUtf8(directory.Path("log.txt"));
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(CLogFile(path).Log(L"first run"));
+    EXPECT_TRUE(CLogConsole(path).Log(L"caf\xE9 \x1F600"));
+    EXPECT_FALSE(CLogConsole(path + L"/log.txt").Log(L"lost, as there is no file"));
+    EXPECT_EQ("99:99:99 : caf\xC3\xA9 \xF0\x9F\x98\x80\n",
+              WithoutDigits(testing::internal::GetCapturedStdout()));
     // Two bytes a letter, low byte first; U+1F600 is the surrogate pair D83D DE00.
     std::string expected;
-    for (const char c : std::string("99:99:99 : first run\r\n99:99:99 : second ")) expected += {c, '\0'};
+    for (const char c : std::string("99:99:99 : first run\r\n99:99:99 : caf\xE9 ")) expected += {c, '\0'};
     expected += std::string("\x3D\xD8\x00\xDE\r\0\n\0", 8);
-    EXPECT_EQ(expected, WithoutDigits(ReadWhole(path)));
-}
-
-TEST(Log, ConsoleRepeatsTheLine) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.Path("log.txt");
-    testing::internal::CaptureStdout();
-    EXPECT_TRUE(CLogConsole(FromUtf8(path)).Log(L"caf\xE9"));
-    const std::string output = testing::internal::GetCapturedStdout();
-    EXPECT_EQ("99:99:99 : caf\xC3\xA9\n", WithoutDigits(output)) << "in UTF-8";
-    EXPECT_EQ(2 * (8 + 3 + 4 + 2), std::filesystem::file_size(path)) << "time, colon, four letters, line end";
-}
-
-TEST(Log, WritesNothingWithoutAFile) {
-    const TemporaryDirectory directory;
-    CLogConsole log(FromUtf8(directory.Path("no/log.txt")));
-    testing::internal::CaptureStdout();
-    EXPECT_FALSE(log.Log(L"lost"));
-    EXPECT_EQ("", testing::internal::GetCapturedStdout());
+    EXPECT_EQ(expected, WithoutDigits(ReadWhole(directory.Path("log.txt"))));
 }
 
 TEST(MeasuringLine, NamesMetricsAndFiles) {

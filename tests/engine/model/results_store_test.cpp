@@ -4,6 +4,8 @@
 
 #include <array>
 #include <climits>
+#include <optional>
+#include <tuple>
 
 namespace {
 
@@ -22,57 +24,31 @@ CResultsStore FilledStore() {
     return store;
 }
 
-TEST(ResultsStore, GetValue) {
-    const CResultsStore store = FilledStore();
-    constexpr struct {
-        const char* what;
-        int id, frame;
-        bool found;
-        float value;
-    } kCases[] = {
-        {"first frame", kPsnr, 0, true, 0},
-        {"last frame", kPsnr, 99, true, 99},
-        {"past the end", kPsnr, 100, false, 0},
-        {"past the end of a shorter series", kLate, 68, false, 0},
-        {"before the first frame", kTail, 9, false, 0},
-        {"a series that starts late", kTail, 12, true, -1},
-        {"a record without a series", kNoSeries, 0, false, 0},
-        {"an unknown id", 6, 0, false, 0},
-        {"the smallest number", kTail, INT_MIN, false, 0},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        float value = 123;
-        EXPECT_EQ(c.found, store.GetValue(c.id, c.frame, value));
-        EXPECT_EQ(c.value, value);
-    }
-}
-
-TEST(ResultsStore, RecordsCountNotSeries) {
+TEST(ResultsStore, Values) {
     CResultsStore store = FilledStore();
-    store.AddValue(6, 0, 1);  // without a record
-    EXPECT_EQ(4, store.GetResultCount());
-    EXPECT_EQ((std::vector<int>{kPsnr, kLate, kTail, kNoSeries}), store.GetResultIds());
-    ResultRecord record;
-    EXPECT_TRUE(store.GetResultRecord(kTail, record));
-    EXPECT_EQ(kTail, record.metricIndex);
-    EXPECT_FALSE(store.GetResultRecord(6, record));
-
-    float value = 1;
-    EXPECT_FALSE(store.GetAverage(kLate, value)) << "its metric was never asked";
-    EXPECT_EQ(0, value);
-    EXPECT_TRUE(store.GetAverage(kPsnr, value));
-    EXPECT_EQ(49.5f, value);
-}
-
-TEST(ResultsStore, FrameValuesStandInOrderOfIds) {
-    const CResultsStore store = FilledStore();
+    using Row = std::tuple<int, int, std::optional<float>>;
+    const std::vector<Row> rows = {{kPsnr, 0, 0.f},      {kPsnr, 99, 99.f},  {kPsnr, 100, {}},
+                                   {kLate, 68, {}},      {kTail, 9, {}},     {kTail, 12, -1.f},
+                                   {kTail, INT_MIN, {}}, {kNoSeries, 0, {}}, {6, 0, {}}};
+    for (const auto& [id, frame, expected] : rows) {
+        float value = 123;
+        EXPECT_EQ(expected.has_value(), store.GetValue(id, frame, value)) << id << " " << frame;
+        EXPECT_EQ(expected.value_or(0), value);
+    }
     for (const auto& [frame, ids] :
          {std::pair(9, std::vector<int>{kPsnr, kLate}), {10, {kPsnr, kLate, kTail}}, {100, {}}}) {
         std::vector<int> found;
         for (const Metric::MetricValue& value : store.GetFrameValues(frame)) found.push_back(value.resultId);
         EXPECT_EQ(ids, found) << frame;
     }
+    store.AddValue(6, 0, 1);  // a series without a record is no result
+    EXPECT_EQ((std::vector<int>{kPsnr, kLate, kTail, kNoSeries}), store.GetResultIds());
+    ResultRecord record;
+    EXPECT_TRUE(store.GetResultRecord(kTail, record) && record.metricIndex == kTail);
+    EXPECT_FALSE(store.GetResultRecord(6, record));
+    float value = 1;
+    EXPECT_TRUE(!store.GetAverage(kLate, value) && value == 0) << "its metric was never asked";
+    EXPECT_TRUE(store.GetAverage(kPsnr, value) && value == 49.5f);
 }
 
 TEST(ResultsStore, Ends) {
@@ -91,7 +67,6 @@ TEST(ResultsStore, Ends) {
     EXPECT_EQ((std::array{7, 7, 7, 7, 1, 1}), ends(store)) << "a single frame";
     store.AddValue(2, 3, 0);
     EXPECT_EQ((std::array{3, 7, 7, 3, 5, 0}), ends(store)) << "no frame in common";
-
     store = FilledStore();
     EXPECT_EQ((std::array{0, 99, 10, 12, 100, 3}), ends(store));
     int first = -1, last = -1;

@@ -22,8 +22,6 @@
 using Lines = std::vector<std::wstring>;
 using Series = std::vector<std::vector<float>>;
 
-constexpr const wchar_t* kOutOfMemory = L"Not enough memory for the measurement.";
-
 struct RecordingLog : ILog {
     explicit RecordingLog(Lines& logLines) : lines(logLines) {}
     bool Log(const std::wstring& message) override { return lines.push_back(message), true; }
@@ -46,22 +44,28 @@ struct RecordingProgress : IProgress {
 /// A directory of tiny raw clips, and what a run said and left behind.
 class RunTest : public testing::Test {
 protected:
-    static constexpr int kSide = 16;
-
-    std::string PathOf(const std::wstring& name) const { return directory + ToUtf8(name); }
-
-    /// A clip of luma, `side` by `side`, whose frame n is flat with the value `first` + n. It is logged as
-    /// `name`.
-    FileRecord Clip(const std::wstring& name, int frames, int first, int side = kSide) const {
-        std::ofstream file(PathOf(name), std::ios::binary);
-        for (int n = 0; n < frames; ++n)
-            file << std::string(static_cast<std::size_t>(side * side), static_cast<char>(first + n));
-        return Raw(name, side);
-    }
-
+    static constexpr int kSide = 16, kPixels = kSide * kSide;
     static constexpr int kNoiseWidth = 150;  // rows of bitmaps and AVI files have bytes of padding
     static constexpr int kNoiseHeight = 64;
 
+    std::string PathOf(const std::wstring& name) const { return temporary.Path(ToUtf8(name)); }
+
+    /// A clip that isn't there.
+    FileRecord Raw(const std::wstring& name, int width = kSide, int height = kSide, int layout = Y) const {
+        FileRecord record;
+        record.name = name;
+        record.sourceName = FromUtf8(PathOf(name));
+        record.width = width;
+        record.height = height;
+        record.yuvType = layout;
+        return record;
+    }
+    /// A clip of luma whose frame n is flat with the value `first` + n.
+    FileRecord Clip(const std::wstring& name, int frames, int first) const {
+        std::ofstream file(PathOf(name), std::ios::binary);
+        for (int n = 0; n < frames; ++n) file << std::string(kPixels, static_cast<char>(first + n));
+        return Raw(name);
+    }
     /// A clip of 4:2:0: noise around a slow motion, other noise for another seed.
     FileRecord Noise(const std::wstring& name, unsigned seed, int frames) const {
         std::mt19937 random(seed);
@@ -71,35 +75,20 @@ protected:
             for (int i = 0; i < kNoiseWidth * kNoiseHeight * 3 / 2; ++i)
                 file.put(
                     static_cast<char>((i % kNoiseWidth * 2 + frame + static_cast<int>(random() % 40)) % 256));
-        FileRecord record = Raw(name);
-        record.width = kNoiseWidth;
-        record.height = kNoiseHeight;
-        record.yuvType = IYUV;
-        return record;
-    }
-
-    FileRecord Raw(const std::wstring& name, int side = kSide) const {
-        FileRecord record;
-        record.name = name;
-        record.sourceName = FromUtf8(PathOf(name));
-        record.width = record.height = side;
-        record.yuvType = Y;
-        return record;
+        return Raw(name, kNoiseWidth, kNoiseHeight, IYUV);
     }
 
     /// The parameters of a run that is recorded here, from scratch.
-    RunParameters Recorded(std::vector<FileRecord> files, const FileRecord& mask = {}) {
+    RunParameters Recorded(std::vector<FileRecord> files) {
         lines.clear();
         calls.clear();
         store = {};
-        RunParameters run;
-        run.log = std::make_unique<RecordingLog>(lines);
-        run.progress = std::make_unique<RecordingProgress>(calls);
-        run.interruption = std::make_unique<InterruptionToken>();
-        run.inputFiles = std::move(files);
-        run.useMask = !mask.name.empty();
-        run.maskFile = mask;
-        return run;
+        RunParameters parameters;
+        parameters.log = std::make_unique<RecordingLog>(lines);
+        parameters.progress = std::make_unique<RecordingProgress>(calls);
+        parameters.interruption = std::make_unique<InterruptionToken>();
+        parameters.inputFiles = std::move(files);
+        return parameters;
     }
 
     /// The values of each result in ascending order of ids, which is the order of the schedule.
@@ -116,7 +105,8 @@ protected:
     }
 
     TemporaryDirectory temporary;
-    std::string directory = temporary.Path("");
+    const std::wstring directory = FromUtf8(temporary.Path(""));
+    RunParameters run;
     Lines lines;  // of the log
     Lines calls;  // of the progress
     CResultsStore store;

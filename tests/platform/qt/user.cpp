@@ -1,7 +1,5 @@
 #include "tests/platform/qt/user.h"
 
-#include "platform/qt/palette.h"
-
 #include <algorithm>
 
 QWidget* Named(const QList<QWidget*>& controls, const std::string& name) {
@@ -31,20 +29,6 @@ std::string Mnemonics(const QWidget& window) {
     }
     std::sort(letters.begin(), letters.end());
     return letters;
-}
-
-void TakePicture(QWidget& window, int number) {
-    const QString directory = qEnvironmentVariable("TOLVANE_PICTURES");
-    if (directory.isEmpty()) return;
-    const QPalette usual = QApplication::palette();
-    for (const ColorScheme scheme : {ColorScheme::Light, ColorScheme::Dark}) {
-        QApplication::setPalette(SchemePalette(scheme));
-        QApplication::processEvents();
-        const QString name = window.windowTitle().remove(u'"') + QString::number(number);
-        const char* palette = scheme == ColorScheme::Dark ? " dark.png" : " light.png";
-        EXPECT_TRUE(window.grab().save(directory + u'/' + name + QLatin1String(palette)));
-    }
-    QApplication::setPalette(usual);
 }
 
 User::User() {

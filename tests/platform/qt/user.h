@@ -30,10 +30,6 @@ void Click(const QWidget& window, const std::string& name);
 /// The letters of all mnemonics of a window, capital and in ascending order.
 std::string Mnemonics(const QWidget& window);
 
-/// Where the variable TOLVANE_PICTURES names a directory, saves pictures of the window there in both
-/// palettes, to be looked at. `number` tells windows of one title apart.
-void TakePicture(QWidget& window, int number = 0);
-
 /// Acts in modal windows, one step after the other, while a test waits in the call that has opened them.
 class User {
 public:

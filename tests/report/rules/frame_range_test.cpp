@@ -4,6 +4,7 @@
 
 #include <array>
 #include <limits>
+#include <tuple>
 
 namespace Report {
 
@@ -22,68 +23,47 @@ View ViewOf(const FrameRange& range) {
 }
 
 TEST(FrameRange, Opening) {
-    const struct {
-        const char* what;
-        int first, last;
-        View view;
-    } kCases[] = {
-        {"one frame", 0, 0, {0, 0, 0}},
-        {"two frames: half of one step is nothing", 0, 1, {0, 0, 0}},
-        {"three", 0, 2, {1, 2, 1}},  // half a frame to each side: 0.5 and 1.5, cut, then centred
-        {"100: 49 frames", 0, 99, {25, 74, 49}},
-        {"300", 0, 299, {75, 224, 149}},
-        {"5000: 1000 and no more", 0, 4999, {1999, 2999, 2499}},
-        {"half a million", 0, 499'999, {249'499, 250'499, 249'999}},
-        {"not from 0 on", 32, 131, {57, 106, 81}},
+    const std::tuple<int, int, View> kCases[] = {
+        {0, 0, {0, 0, 0}},
+        {0, 1, {0, 0, 0}},  // half of one step is nothing
+        {0, 2, {1, 2, 1}},  // half a frame to each side: 0.5 and 1.5, cut, then centred
+        {0, 99, {25, 74, 49}},
+        {0, 299, {75, 224, 149}},
+        {0, 4999, {1999, 2999, 2499}},  // 1000 frames and no more
+        {0, 499'999, {249'499, 250'499, 249'999}},
+        {32, 131, {57, 106, 81}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(c.view, ViewOf(FrameRange(c.first, c.last)));
-    }
+    for (const auto& [first, last, view] : kCases) EXPECT_EQ(view, ViewOf(FrameRange(first, last))) << last;
 }
 
-TEST(FrameRange, Recentring) {
-    const struct {
-        const char* what;
-        int frame;
-        View view;
-    } kCases[] = {
-        {"inside", 40, {16, 65, 40}},
-        {"near the start the range stays inside", 10, {0, 49, 10}},
-        {"near the end", 95, {50, 99, 95}},
-        {"before the first frame", -1, {0, 49, 0}},
-        {"behind the last frame", 100, {50, 99, 99}},
-        {"far away", std::numeric_limits<int>::min(), {0, 49, 0}},
-        {"far away on the other side", std::numeric_limits<int>::max(), {50, 99, 99}},
+TEST(FrameRange, RecentringStaysInside) {
+    const std::pair<int, View> kCases[] = {
+        {40, {16, 65, 40}},
+        {10, {0, 49, 10}},
+        {95, {50, 99, 95}},
+        {-1, {0, 49, 0}},
+        {100, {50, 99, 99}},
+        {std::numeric_limits<int>::min(), {0, 49, 0}},
+        {std::numeric_limits<int>::max(), {50, 99, 99}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [frame, view] : kCases) {
         FrameRange range(0, 99);
-        range.Recentre(c.frame);
-        EXPECT_EQ(c.view, ViewOf(range));
+        range.Recentre(frame);
+        EXPECT_EQ(view, ViewOf(range)) << frame;
     }
 }
 
 TEST(FrameRange, Width) {
-    const struct {
-        const char* what;
-        int last, width;
-        View view;
-    } kCases[] = {
-        {"wider", 99, 51, {24, 75, 49}},
-        {"odd width", 99, 50, {24, 74, 49}},
-        {"the whole range", 99, 99, {0, 99, 49}},
-        {"not more than that", 99, 101, {0, 99, 49}},
-        {"2 at least", 99, 1, {48, 50, 49}},
-        {"below 0", 99, -7, {48, 50, 49}},
-        {"one frame has no width", 0, 2, {0, 0, 0}},
-        {"two frames get both", 1, 2, {0, 1, 0}},
+    const std::tuple<int, int, View> kCases[] = {
+        {99, 51, {24, 75, 49}}, {99, 50, {24, 74, 49}}, {99, 99, {0, 99, 49}},
+        {99, 101, {0, 99, 49}}, {99, 1, {48, 50, 49}},  // 2 at least
+        {99, -7, {48, 50, 49}}, {0, 2, {0, 0, 0}},      // one frame has no width
+        {1, 2, {0, 1, 0}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        FrameRange range(0, c.last);
-        range.SetWidth(c.width);
-        EXPECT_EQ(c.view, ViewOf(range));
+    for (const auto& [last, width, view] : kCases) {
+        FrameRange range(0, last);
+        range.SetWidth(width);
+        EXPECT_EQ(view, ViewOf(range)) << width;
     }
 }
 
@@ -97,16 +77,10 @@ TEST(FrameRange, StaysInOrder) {
     for (const int last : {0, 1, 2, 3, 10, 999, 2001}) {
         FrameRange range(5, 5 + last);
         for (int step = 0; step < 2000; ++step) {
-            switch (draw(0, 3)) {
-                case 0:
-                    range.SetCurrent(draw(-10, last + 20));
-                    break;
-                case 1:
-                    range.Recentre(draw(-10, last + 20));
-                    break;
-                default:
-                    range.SetWidth(range.Width() + draw(-3, 3));
-            }
+            const int operation = draw(0, 3);
+            if (operation == 0) range.SetCurrent(draw(-10, last + 20));
+            if (operation == 1) range.Recentre(draw(-10, last + 20));
+            if (operation >= 2) range.SetWidth(range.Width() + draw(-3, 3));
             ASSERT_LE(range.FirstFrame(), range.VisibleFirst());
             ASSERT_LE(range.VisibleFirst(), range.Current());
             ASSERT_LE(range.Current(), range.VisibleLast());
@@ -121,19 +95,6 @@ TEST(WheelSteps, CountsWholeNotches) {
         {{120, 1}, {-120, -1}, {360, 3}, {60, 0}, {60, 1}, {-119, 0}, {-1, -1}, {100, 0}, {-20, 0}}};
     for (const auto& [delta, steps] : kTurns) EXPECT_EQ(steps, wheel.Take(delta)) << delta;
     EXPECT_EQ(-1, wheel.Take(-100)) << "what was left of the other direction is gone";
-}
-
-TEST(HoldPace, GetsFasterToAMillisecond) {
-    HoldPace pace;
-    EXPECT_EQ(100, pace.DelayMs());
-    pace.Repeat();
-    EXPECT_EQ(95, pace.DelayMs());
-    for (int i = 0; i < 18; ++i) pace.Repeat();
-    EXPECT_EQ(5, pace.DelayMs());
-    for (int i = 0; i < 5; ++i) pace.Repeat();
-    EXPECT_EQ(1, pace.DelayMs());
-    pace.Restart();
-    EXPECT_EQ(100, pace.DelayMs());
 }
 
 }  // namespace

@@ -52,18 +52,18 @@ TEST(Series, BelongToFiles) {
     // One path opened in two ways is two files; a record that is neither of them counts by its name.
     FileRecord script = File(L"one");
     script.useAvs = true;
-    const std::map<int, FileRecord> twice = {{1, File(L"one")}, {2, script}};
     Store opened;
-    for (const float value : {50.0F, 60.0F, 70.0F}) {
+    for (const int id : {50, 60, 70}) {
         ResultRecord record;
-        record.files = {File(L"orig"), value == 50 ? script : File(L"one")};
-        opened.SetResultRecord(static_cast<int>(value), record);
-        opened.AddValue(static_cast<int>(value), 0, value);
+        record.files = {File(L"orig"), id == 50 ? script : File(L"one")};
+        opened.SetResultRecord(id, record);
+        opened.AddValue(id, 0, static_cast<float>(id));
     }
-    EXPECT_EQ((std::map<int, float>{{1, 60}, {2, 50}}), FirstValues(opened, twice));
-    script.filter = 3;
-    EXPECT_EQ((std::map<int, float>{{1, 60}, {2, 50}}),
-              FirstValues(opened, {{1, File(L"one")}, {2, script}}));
+    for (const int filter : {0, 3}) {
+        script.filter = filter;
+        EXPECT_EQ((std::map<int, float>{{1, 60}, {2, 50}}),
+                  FirstValues(opened, {{1, File(L"one")}, {2, script}}));
+    }
 
     Store without;
     without.Add(0, {L"orig", L"one"}, 0, {});
@@ -72,24 +72,19 @@ TEST(Series, BelongToFiles) {
 
 TEST(ValueRange, Extremes) {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
     const struct {
         const char* what;
         std::vector<float> one, two;  // two starts at frame 1
         int first, last;
-        float min, max;
+        ValueRange range;
     } kCases[] = {
-        {"of all results", {30, 20}, {45, 25}, 0, 2, 20, 45},
-        {"of the frames shown, and the first series' first value", {30, 20, 90}, {45, 25}, 1, 1, 20, 45},
-        {"equal ones get 0.1", {30, 30}, {30}, 0, 1, 30 - 0.1F, 30},
-        {"below 0.1", {0.95F, 0.99F}, {0.97F}, 0, 1, 0.99F - 0.1F, 0.99F},
-        {"what is no number doesn't count",
-         {kInfinity, 40},
-         {std::numeric_limits<float>::quiet_NaN(), 50},
-         0,
-         2,
-         40,
-         50},
-        {"none", {}, {}, 0, 0, 0, 0.1F},
+        {"of all results", {30, 20}, {45, 25}, 0, 2, {20, 45}},
+        {"of the frames shown, and the first series' first value", {30, 20, 90}, {45, 25}, 1, 1, {20, 45}},
+        {"equal ones get 0.1", {30, 30}, {30}, 0, 1, {30 - 0.1F, 30}},
+        {"below 0.1", {0.95F, 0.99F}, {0.97F}, 0, 1, {0.99F - 0.1F, 0.99F}},
+        {"what is no number doesn't count", {kInfinity, 40}, {kNone, 50}, 0, 2, {40, 50}},
+        {"none", {}, {}, 0, 0, {0, 0.1F}},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.what);
@@ -97,8 +92,8 @@ TEST(ValueRange, Extremes) {
         store.Add(0, {L"one"}, 0, c.one);
         store.Add(1, {L"two"}, 1, c.two);
         const ValueRange range = RangeOfValues(store, c.first, c.last);
-        EXPECT_EQ(c.min, range.min);
-        EXPECT_EQ(c.max, range.max);
+        EXPECT_EQ(c.range.min, range.min);
+        EXPECT_EQ(c.range.max, range.max);
     }
     Store large;
     large.Add(0, {L"one"}, 0, {1e9F});

@@ -7,11 +7,16 @@
 #include <cstdlib>
 #include <string>
 
+/// Ends the fuzzer's program, which shows the input, unless `condition` holds.
+inline void Require(bool condition) {
+    if (!condition) std::abort();
+}
+
 /// A fuzzer's input as a file without a disk. Ends the program if the system can't have one.
 class MemoryFile {
 public:
     MemoryFile(const std::uint8_t* data, std::size_t size) : descriptor(memfd_create("input", MFD_CLOEXEC)) {
-        if (descriptor < 0 || write(descriptor, data, size) != static_cast<ssize_t>(size)) std::abort();
+        Require(descriptor >= 0 && write(descriptor, data, size) == static_cast<ssize_t>(size));
     }
     ~MemoryFile() { close(descriptor); }
     MemoryFile(const MemoryFile&) = delete;

@@ -1,0 +1,104 @@
+#include "app/shell/run_thread.h"
+
+#include "app/rules/run_start.h"
+#include "app/shell/run_voices.h"
+#include "tests/app/shell/shell_window.h"
+
+#include <thread>
+
+namespace {
+
+using Kind = RunEvent::Kind;
+
+TEST(RunFeed, KeepsTheOrderAndOfPositionsTheLast) {
+    RunFeed feed;
+    feed.Add({.kind = Kind::Range, .last = 10});
+    for (int frame : {0, 1, 2}) feed.Add({.kind = Kind::Position, .first = frame});
+    feed.Add({.kind = Kind::Line, .line = L"between"});
+    for (int frame : {3, 4}) feed.Add({.kind = Kind::Position, .first = frame});
+    feed.Add({.kind = Kind::FramesOver});
+    std::vector<std::pair<Kind, int>> taken;
+    for (const RunEvent& event : feed.Take()) taken.emplace_back(event.kind, event.first);
+    const std::vector<std::pair<Kind, int>> expected = {
+        {Kind::Range, 0}, {Kind::Position, 2}, {Kind::Line, 0}, {Kind::Position, 4}, {Kind::FramesOver, 0}};
+    EXPECT_EQ(expected, taken);
+    EXPECT_TRUE(feed.Take().empty());
+}
+
+TEST(RunFeed, LosesNothingBetweenThreads) {
+    constexpr int kLines = 20000;
+    RunFeed feed;
+    std::thread worker([&] {
+        for (int i = 0; i < kLines; ++i) {
+            feed.Add({.kind = Kind::Position, .first = i});
+            feed.Add({.kind = Kind::Line, .first = i});
+        }
+    });
+    int expected = 0;
+    while (expected < kLines) {
+        for (const RunEvent& event : feed.Take()) {
+            ASSERT_EQ(expected, event.first);
+            if (event.kind == Kind::Line) ++expected;
+        }
+    }
+    worker.join();
+}
+
+TEST(RunLog, TellsOnceThatItsFileIsLost) {
+    RunFeed feed;
+    CLogInterface log(L"/nowhere/log.txt", feed);
+    EXPECT_FALSE(log.Log(L"first") || log.Log(L"second"));
+    std::wstring lines;
+    for (const RunEvent& event : feed.Take()) lines += event.line.substr(event.line.find(L" : ") + 3) + L"|";
+    EXPECT_EQ(L"first|This log isn't kept: \"/nowhere/log.txt\" can't be written.|second|", lines);
+}
+
+/// Runs without a window, whose notes tell what one would be told.
+class RunThreads : public ShellWindow, public IRunWindow {
+protected:
+    void Show(const std::vector<RunEvent>& come) override {
+        for (const RunEvent& event : come) events.push_back(event.kind);
+    }
+    void RunFinished(std::unique_ptr<FinishRecord> finish) override {
+        record = std::move(finish);
+        wasActiveAtEnd = running->IsActive();
+    }
+    void LeaveSoon() override {}
+    QWidget* Widget() override { return nullptr; }
+
+    void Start() {
+        Answers answers;
+        ASSERT_TRUE(PrepareRun(state, answers).ready);
+        run = std::make_unique<RunThread>(state.job, *this);
+        running = run.get();
+        run->Start();
+        EXPECT_TRUE(run->IsActive());
+    }
+
+    std::vector<Kind> events;
+    std::unique_ptr<FinishRecord> record;
+    bool wasActiveAtEnd = true;
+    const RunThread* running = nullptr;  // also while it is destroyed
+    std::unique_ptr<RunThread> run;
+};
+
+TEST_F(RunThreads, EverythingArrivesBeforeTheEnd) {
+    ChooseSamples();
+    Start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return record != nullptr; }, 10000));
+    EXPECT_FALSE(wasActiveAtEnd);
+    EXPECT_EQ(Kind::Range, events.front());
+    EXPECT_EQ(Kind::StopWithdrawn, events.back());  // without a CSV file the last to be said
+    EXPECT_EQ(CompletionAll, record->outcome->measurement);
+}
+
+TEST_F(RunThreads, OneThatIsGivenUpStopsItsRun) {
+    ChooseLongVideo();
+    Start();
+    run->Pause();  // as while it is asked whether to stop it
+    run.reset();
+    ASSERT_NE(nullptr, record);
+    EXPECT_EQ(CompletionPartial, record->outcome->measurement);
+}
+
+}  // namespace
