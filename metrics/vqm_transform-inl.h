@@ -56,7 +56,7 @@ HWY_NOINLINE void StatedTransform(const VqmTables& tables, const double* HWY_RES
         }
         for (int v = 0; v < kSide; ++v) {
             const auto sum = WeightedSum(
-                kSide, [&](int k) HWY_ATTR { return hn::Set(d, tables.dctMatrix[v * kSide + k]); },
+                kSide, [&](int k) HWY_ATTR { return hn::Set(d, tables.dctMatrix.data()[v * kSide + k]); },
                 [&](int k) HWY_ATTR { return transformedRows[k]; });
             const auto rounded = hn::DemoteTo(integers, hn::Floor(hn::Add(sum, hn::Set(d, kRounding))));
             const auto low16 = hn::ShiftRight<16>(hn::ShiftLeft<16>(rounded));
@@ -90,7 +90,7 @@ HWY_NOINLINE void TransformColumns(const VqmTables& tables, const double* HWY_RE
         }
         for (int v = 0; v < kSide; ++v) {
             const auto sum = WeightedSum(
-                kHalf, [&](int k) HWY_ATTR { return hn::Set(d, tables.dctMatrix[v * kSide + k]); },
+                kHalf, [&](int k) HWY_ATTR { return hn::Set(d, tables.dctMatrix.data()[v * kSide + k]); },
                 [&](int k) HWY_ATTR { return v % 2 == 0 ? sums[k] : differences[k]; });
             hn::Store(sum, d, columns + v * kSide + column);
         }
