@@ -32,7 +32,7 @@ MetricDialog::MetricDialog(QWidget* parent, MeasurementJob& job)
     whole->addStretch(1);
     whole->addSpacing(kGroupSpacing - kRowSpacing);
     whole->addWidget(MakeDialogButtons(*this));
-    AddHelpKey(*this, kHelpStart);
+    AddHelpKey(*this, kHelpMetrics);
     FocusFirst(*line);
     SetUsualSize(*this, kUsualSize);
 }

@@ -45,7 +45,7 @@ MoreOptionsDialog::MoreOptionsDialog(QWidget* parent, ShellState& state)
     connect(playWav, &QCheckBox::toggled, this, &MoreOptionsDialog::ShowPathRule);
     connect(browse, &QPushButton::clicked, this, &MoreOptionsDialog::Browse);
     connect(path, &PathField::FileDropped, path, &PathField::SetPath);
-    AddHelpKey(*this, kHelpStart);
+    AddHelpKey(*this, kHelpOutput);
     FocusFirst(*playWav);
     SetUsualSize(*this, kUsualSize);
 }

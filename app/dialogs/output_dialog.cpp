@@ -71,7 +71,7 @@ OutputDialog::OutputDialog(QWidget* parent, MeasurementJob& job)
     ShowCompressor();
     ShowCustomNameRule();
     connect(csvNaming, &QComboBox::currentIndexChanged, this, &OutputDialog::ShowCustomNameRule);
-    AddHelpKey(*this, kHelpStart);
+    AddHelpKey(*this, kHelpOutput);
     if (form.whyCsvDisabled.empty())
         FocusFirst(*csvDir);
     else if (form.whyVisualizationDisabled.empty())

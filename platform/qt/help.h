@@ -7,6 +7,9 @@ class QWidget;
 
 /// The help: pages of HTML in the directory "help" beside the program, or where packages put them.
 constexpr const wchar_t* kHelpStart = L"index.html";
+constexpr const wchar_t* kHelpFiles = L"files.html";
+constexpr const wchar_t* kHelpMetrics = L"metrics.html";
+constexpr const wchar_t* kHelpOutput = L"output.html";
 constexpr const wchar_t* kHelpScripts = L"AviSynth_filters.html";
 constexpr const wchar_t* kHelpRun = L"run.html";
 constexpr const wchar_t* kHelpMatrix = L"YUV_RGB.html";
