@@ -58,7 +58,7 @@ public:
     /// What the plane would hold from (`x`, `y`) on, `x` even. For `IsMadeAsRead` components; any number of
     /// threads at once.
     void MakePixels(int component, int x, int y, float* pixels, int count) const;
-    /// From the next frame on: whether one metric alone will read the image. It isn't expected at first.
+    /// Whether one metric alone will read the image, to be told before the first frame. Not expected at first.
     void ExpectOneReader(bool isExpected) { hasOneReader = isExpected; }
 
     /// Makes what the family's planes still lack and forgets the frame: to be called before planes are
