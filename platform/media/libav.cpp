@@ -1,24 +1,17 @@
 #include "platform/media/libav.h"
 
 #include <algorithm>
-#include <mutex>
 #include <new>
 
 namespace {
 
 template <typename Pointer, typename Object>
 Pointer Owned(Object* object) {
-    SilenceLibav();
     if (object == nullptr) throw std::bad_alloc();
     return Pointer(object);
 }
 
 }  // namespace
-
-void SilenceLibav() {
-    static std::once_flag once;
-    std::call_once(once, [] { av_log_set_level(AV_LOG_QUIET); });
-}
 
 FramePtr MakeFrame() {
     return Owned<FramePtr>(av_frame_alloc());
@@ -60,6 +53,14 @@ CodecContextPtr OpenDecoder(const AVCodecParameters& parameters) {
     if (codec->id == AV_CODEC_ID_H264) context->strict_std_compliance = FF_COMPLIANCE_STRICT;
     if (avcodec_open2(context.get(), codec, nullptr) < 0) return nullptr;
     return context;
+}
+
+int GetPictureBuffer(AVCodecContext* context, AVFrame* frame, int flags) {
+    const int result = avcodec_default_get_buffer2(context, frame, flags);
+    if (result < 0 || context->codec_id != AV_CODEC_ID_MJPEG) return result;
+    for (const AVBufferRef* buffer : frame->buf)
+        if (buffer != nullptr) std::fill_n(buffer->data, buffer->size, std::uint8_t{0});
+    return result;
 }
 
 bool IsDamaged(const AVFrame& frame) {

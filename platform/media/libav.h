@@ -2,6 +2,7 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavcodec/bsf.h>
 #include <libavformat/avformat.h>
 #include <libavutil/imgutils.h>
 #include <libavutil/opt.h>
@@ -40,10 +41,6 @@ using CodecParametersPtr = std::unique_ptr<AVCodecParameters, CodecParametersDel
 using InputPtr = std::unique_ptr<AVFormatContext, InputDeleter>;
 using ScalerPtr = std::unique_ptr<SwsContext, ScalerDeleter>;
 
-/// Keeps the libraries from writing to the terminal; what fails is told by our own results. Whoever starts with the
-/// libraries calls it; the functions below do so themselves. Any thread.
-void SilenceLibav();
-
 /// Empty objects. These throw std::bad_alloc.
 FramePtr MakeFrame();
 PacketPtr MakePacket();
@@ -59,6 +56,10 @@ void SetExtradata(AVCodecParameters& parameters, std::span<const std::uint8_t> b
 /// at once. Damaged pictures come out too, for `IsDamaged` to tell. A stream that asks for more than 2^28 pixels
 /// fails.
 CodecContextPtr OpenDecoder(const AVCodecParameters& parameters);
+
+/// A decoder's `get_buffer2`: as the library's own, but a JPEG picture begins as zeros. Of a damaged one the decoder may
+/// hand over what it never wrote, without a complaint; that mustn't be what the memory held before.
+int GetPictureBuffer(AVCodecContext* context, AVFrame* frame, int flags);
 
 /// Whether the decoder had to make up parts of a picture.
 bool IsDamaged(const AVFrame& frame);

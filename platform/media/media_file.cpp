@@ -1,9 +1,5 @@
 #include "platform/media/media_file.h"
 
-extern "C" {
-#include <libavcodec/bsf.h>
-}
-
 #include <cstring>
 #include <new>
 
@@ -78,7 +74,6 @@ MediaFile::MediaFile() = default;
 MediaFile::~MediaFile() = default;
 
 std::string MediaFile::Open(const std::wstring& path, Container container) {
-    SilenceLibav();
     wanted = container;
     if (!file.Open(path)) return "the file can't be read";
     return OpenInput();

@@ -55,6 +55,7 @@ bool NumberedDecoder::Open(const AVStream& stream, const AVCodecParameters& para
     complaints.ListenTo(*context);
     context->pkt_timebase = stream.time_base;
     context->max_pixels = kMaxPixels;
+    context->get_buffer2 = GetPictureBuffer;
     context->err_recognition = AV_EF_CRCCHECK;
     const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 1u, kMaxThreads);
     context->thread_count = mode == Mode::Careful ? 1 : static_cast<int>(threads);

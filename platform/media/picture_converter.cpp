@@ -114,7 +114,6 @@ void PictureConverter::PrepareScaler(const AVFrame& frame) {
     constexpr int kFlags =
         SWS_BICUBIC | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP | SWS_BITEXACT;
     constexpr int kUnity = 1 << 16;
-    SilenceLibav();
     const auto pixels = static_cast<AVPixelFormat>(frame.format);
     scaler.reset(sws_getContext(width, height, WithoutRange(pixels), width, height, AV_PIX_FMT_BGR24, kFlags,
                                 nullptr, nullptr, nullptr));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <exception>
 
-#include "platform/media/libav.h"
 #include "platform/vfw/avi_file_base.h"
 #include "platform/vfw/script_file.h"
 #include "platform/vfw/written_file.h"
@@ -25,10 +24,8 @@ int Answer(const Call& call) {
 
 }  // namespace
 
-void AVIFileInit() {
-    SilenceLibav();
-}
 // The libraries below hold nothing for a thread.
+void AVIFileInit() {}
 void AVIFileExit() {}
 
 int AVIFileOpenW(std::shared_ptr<AviFile>& file, const std::wstring& path, unsigned mode) {

@@ -28,8 +28,7 @@ constexpr unsigned OF_CREATE = 0x1000;
 constexpr unsigned FIND_PREV = 4;
 constexpr unsigned FIND_KEY = 16;
 
-/// A pair around all other calls of a thread; pairs inside a pair do no harm. From the first one on the
-/// libraries below keep their messages to themselves.
+/// A pair around all other calls of a thread; pairs inside a pair do no harm.
 void AVIFileInit();
 void AVIFileExit();
 

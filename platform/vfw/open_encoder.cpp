@@ -53,7 +53,6 @@ void SetLosslessOptions(AVCodecContext& encoder) {
 
 CodecContextPtr OpenEncoder(const EncoderEntry& entry, int width, int height, const CompressRate& rate) {
     if (width < entry.leastSide || height < entry.leastSide) return nullptr;
-    SilenceLibav();
     const AVCodec* codec = avcodec_find_encoder_by_name(entry.encoder);
     CodecContextPtr encoder(avcodec_alloc_context3(codec));
     if (!encoder) throw std::bad_alloc();

@@ -106,7 +106,7 @@ bool VideoDecoder::OpenContext() {
 /// Notes that the decoder begins a picture; it works in the calling thread.
 int VideoDecoder::TakeBuffer(AVCodecContext* context, AVFrame* frame, int flags) {
     static_cast<Watch*>(static_cast<Complaints*>(context->opaque))->pictureBegun = true;
-    return avcodec_default_get_buffer2(context, frame, flags);
+    return GetPictureBuffer(context, frame, flags);
 }
 
 ICINFO VideoDecoder::GetInfo() const {

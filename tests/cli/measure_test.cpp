@@ -37,6 +37,8 @@ TEST_F(Measure, ItsResultsSayHowToMeasureAgain) {
     const std::string mask = directory.Write("mask.yuv", GreyFrames(9, 176 * 144));
     const json run = Measured(kPair + " --matrix pc601 -m psnr:Y -m 'roi_psnr:Y=x=8 y=8 w=32 h=32' --mask " +
                               mask + " --mask-size 176x144 --mask-layout Y --black-mask");
+    EXPECT_EQ(RunProgram("--version").output,
+              run["program"].get<std::string>() + " " + run["version"].get<std::string>() + "\n");
     EXPECT_EQ("PC.601", run["matrix"]);
     EXPECT_EQ("black", run["masked_pixels"]);
     const auto input = [](const std::string& file, const char* role, int length, const char* layout) {

@@ -69,6 +69,7 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t bytes) noexc
         const Grant grant;                                                                   \
         return real(first, second, third, fourth, fifth);                                    \
     }
+GRANTED_FUNCTION(__tls_get_addr)  // a thread's first use of what a library keeps for each
 GRANTED_FUNCTION(FT_Init_FreeType)
 GRANTED_FUNCTION(FT_Load_Char)
 GRANTED_FUNCTION(FcInitLoadConfigAndFonts)
@@ -78,5 +79,12 @@ GRANTED_FUNCTION(FcPatternAddBool)
 GRANTED_FUNCTION(FcConfigSubstitute)
 GRANTED_FUNCTION(FcDefaultSubstitute)
 GRANTED_FUNCTION(FcFontSort)
+
+// Libraries that are loaded set themselves up meanwhile, and end the process if they can't.
+void* dlopen(const char* file, int mode) noexcept {
+    static const auto real = reinterpret_cast<decltype(&dlopen)>(dlsym(RTLD_NEXT, "dlopen"));
+    const Grant grant;
+    return real(file, mode);
+}
 
 }  // extern "C"

@@ -74,7 +74,6 @@ void ForEachSample(const AVFrame& picture, Visit visit) {
 }  // namespace
 
 bool Encode(const ContainerFile& file, EncodedPictures& encoded) {
-    SilenceLibav();
     const CodecContextPtr encoder = OpenEncoder(file);
     encoded.codec = MakeCodecParameters();
     encoded.packets.clear();

@@ -50,7 +50,6 @@ struct Writing {
 /// A file as another reader sees it: the library's demultiplexer.
 struct Seen {
     explicit Seen(const std::string& path, int keptBytes = 1 << 30) {
-        SilenceLibav();
         AVFormatContext* context = nullptr;
         if (avformat_open_input(&context, path.c_str(), nullptr, nullptr) < 0) return;
         input.reset(context);

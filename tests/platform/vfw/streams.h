@@ -55,7 +55,6 @@ inline std::vector<std::uint8_t> MakeFormat(std::uint32_t compression, int bits,
 inline TestStream MakeStream(const char* encoderName, AVPixelFormat pixels, std::uint32_t tag, int count,
                              const std::function<void(AVCodecContext&)>& configure = {}) {
     constexpr int kWidth = 32, kHeight = 16;
-    SilenceLibav();
     const AVCodec* codec = avcodec_find_encoder_by_name(encoderName);
     if (codec == nullptr) return {};
     const CodecContextPtr encoder(avcodec_alloc_context3(codec));
