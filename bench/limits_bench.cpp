@@ -1,129 +1,127 @@
-/// What this machine allows, for the other benchmarks to be held against: bytes copied, floats read and
-/// written, and additions and multiplications, a pixel of each size, with 1 and 2 threads.
+/// What this machine allows, for the other benchmarks to be held against: bytes copied, floats copied, additions
+/// of which each needs the one before, products and sums in vectors, and frames of 4:2:0 read from two files
+/// that lie in memory; of each size, with 1 and 2 threads.
 
-#undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "bench/limits_bench.cpp"
-#include <hwy/foreach_target.h>
-#include <hwy/highway.h>
-
-#include <cstddef>
-
-HWY_BEFORE_NAMESPACE();
-namespace Limits::HWY_NAMESPACE {
-namespace {
-
-namespace hn = hwy::HWY_NAMESPACE;
-
-// A product and a sum for every lane, in as many chains as keep all units busy. Gives how many of either it
-// made.
-std::size_t Calculate(float* values, int rounds) {
-    constexpr int kChains = 12;
-    const hn::CappedTag<float, 16> d;
-    const auto factor = hn::Set(d, 0.5f);
-    const auto summand = hn::Set(d, 1.0f);
-    hn::Vec<decltype(d)> chains[kChains];
-    for (auto& chain : chains) chain = hn::LoadU(d, values);
-    for (int i = 0; i < rounds; ++i)
-        for (auto& chain : chains) chain = hn::Add(hn::Mul(chain, factor), summand);
-    for (const auto& chain : chains) hn::StoreU(chain, d, values);
-    return hn::Lanes(d) * kChains * static_cast<std::size_t>(rounds);
-}
-
-}  // namespace
-}  // namespace Limits::HWY_NAMESPACE
-HWY_AFTER_NAMESPACE();
-
-#if HWY_ONCE
-
-#include <benchmark/benchmark.h>
-#include <omp.h>
-
-#include <array>
-#include <cstdint>
-#include <cstring>
-#include <string>
-#include <utility>
-#include <vector>
-
+#include "bench/keep_last.h"
+#include "bench/limits.h"
 #include "bench/register.h"
 #include "bench/scene.h"
 
-namespace Limits {
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
 namespace {
-
-HWY_EXPORT(Calculate);
-
-// Calls run(first, end), shares of so many things, on a team.
-template <class Run>
-void OnTeam(benchmark::State& state, std::int64_t count, const Run& run) {
-    const int threads = omp_get_max_threads();
-    omp_set_num_threads(static_cast<int>(state.range(0)));
-    for (auto unused : state) {
-#pragma omp parallel
-        {
-            const std::int64_t thread = omp_get_thread_num();
-            const std::int64_t team = omp_get_num_threads();
-            run(count * thread / team, count * (thread + 1) / team);
-        }
-        benchmark::ClobberMemory();
-    }
-    omp_set_num_threads(threads);
-}
 
 template <class Sample>
 void Copy(benchmark::State& state, std::int64_t pixels) {
     const std::vector<Sample> source(static_cast<std::size_t>(pixels), Sample{1});
     std::vector<Sample> target(source.size());
-    OnTeam(state, pixels, [&](std::int64_t first, std::int64_t end) {
-        std::memcpy(target.data() + first, source.data() + first,
-                    static_cast<std::size_t>(end - first) * sizeof(Sample));
-    });
-    state.SetBytesProcessed(state.iterations() * pixels * 2 * std::int64_t{sizeof(Sample)});
+    const std::size_t bytes = source.size() * sizeof(Sample);
+    Repeat(state, {2.0 * static_cast<double>(bytes)},
+           [&] { Limits::CopyOnTeam(source.data(), target.data(), bytes); });
 }
 
-// Each sum needs the one before, as in values that are defined by the order of their additions.
+// As in values that are defined by the order of their additions.
 void AddInAChain(benchmark::State& state, std::int64_t pixels) {
     const std::vector<float> values(static_cast<std::size_t>(pixels), 0.5f);
-    OnTeam(state, pixels, [&](std::int64_t first, std::int64_t end) {
-        float sum = 0;
-        for (std::int64_t i = first; i < end; ++i) sum += values[static_cast<std::size_t>(i)];
-        benchmark::DoNotOptimize(sum);
+    const auto count = static_cast<double>(pixels);
+    Repeat(state, {4 * count, count}, [&] {
+        ShareOut(pixels, [&](std::int64_t first, std::int64_t end) {
+            float sum = 0;
+            for (std::int64_t i = first; i < end; ++i) sum += values[static_cast<std::size_t>(i)];
+            benchmark::DoNotOptimize(sum);
+        });
     });
-    state.SetItemsProcessed(state.iterations() * pixels);
 }
 
 // A hundred products and as many sums a pixel.
 void CalculateWithVectors(benchmark::State& state, std::int64_t pixels) {
-    constexpr std::int64_t kOperations = 100;
-    std::array<float, 16> one = {};
-    const auto atOnce = static_cast<std::int64_t>(HWY_DYNAMIC_DISPATCH(Calculate)(one.data(), 1));
-    OnTeam(state, pixels * kOperations / atOnce, [&](std::int64_t first, std::int64_t end) {
-        std::array<float, 16> values = {};
-        benchmark::DoNotOptimize(
-            HWY_DYNAMIC_DISPATCH(Calculate)(values.data(), static_cast<int>(end - first)));
-        benchmark::DoNotOptimize(values);
+    constexpr std::int64_t kOfEither = 100;
+    Repeat(state, {0, 2.0 * kOfEither * static_cast<double>(pixels)},
+           [&] { Limits::CalculateOnTeam(kOfEither * pixels); });
+}
+
+// A file in memory that has no name.
+class MemoryFile {
+public:
+    explicit MemoryFile(std::int64_t bytes) : descriptor(memfd_create("frames", MFD_CLOEXEC)) {
+        const std::vector<std::uint8_t> block(1 << 20, 0x55);
+        for (std::int64_t done = 0; done < bytes;) {
+            const auto some = static_cast<std::size_t>(std::min<std::int64_t>(bytes - done, 1 << 20));
+            const ssize_t written = write(descriptor, block.data(), some);
+            if (written <= 0) throw std::runtime_error("no memory for a file");
+            done += written;
+        }
+    }
+    ~MemoryFile() { close(descriptor); }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+
+    /// Reads the bytes from `first` to before `end` of what begins at `offset`. What it throws on a team ends
+    /// the program.
+    void Read(std::int64_t offset, std::uint8_t* buffer, std::int64_t first, std::int64_t end) const {
+        while (first < end) {
+            const ssize_t some =
+                pread(descriptor, buffer + first, static_cast<std::size_t>(end - first), offset + first);
+            if (some <= 0) throw std::runtime_error("the file can't be read");
+            first += some;
+        }
+    }
+
+private:
+    int descriptor;
+};
+
+// Two raw files, no smaller than caches are, and a buffer of a frame for each.
+struct RawFiles {
+    explicit RawFiles(std::int64_t pixels)
+        : frameBytes(pixels * 3 / 2), frames(std::max<std::int64_t>(8, kLeastBytes / frameBytes)) {}
+
+    static constexpr std::int64_t kLeastBytes = 180'000'000;
+    std::int64_t frameBytes;
+    std::int64_t frames;
+    MemoryFile files[2] = {MemoryFile(frames * frameBytes), MemoryFile(frames* frameBytes)};
+    std::vector<std::uint8_t> buffers[2] = {std::vector<std::uint8_t>(static_cast<std::size_t>(frameBytes)),
+                                            std::vector<std::uint8_t>(static_cast<std::size_t>(frameBytes))};
+};
+
+// Frame after frame, of each frame its first part.
+template <int kPart, int kOf>
+void ReadFrames(benchmark::State& state, std::int64_t pixels) {
+    RawFiles& raw = KeptFor<RawFiles>(pixels);
+    const std::int64_t bytes = raw.frameBytes * kPart / kOf;
+    std::int64_t frame = 0;
+    Repeat(state, {2 * 2 * static_cast<double>(bytes)}, [&] {
+        for (int file = 0; file < 2; ++file) {
+            ShareOut(bytes, [&](std::int64_t first, std::int64_t end) {
+                raw.files[file].Read(frame * raw.frameBytes, raw.buffers[file].data(), first, end);
+            });
+        }
+        frame = (frame + 1) % raw.frames;
     });
-    state.SetItemsProcessed(state.iterations() * pixels * 2 * kOperations);
 }
 
 }  // namespace
-}  // namespace Limits
 
 int main(int argc, char** argv) {
     const std::pair<const char*, void (*)(benchmark::State&, std::int64_t)> kLimits[] = {
-        {"copy bytes", Limits::Copy<std::uint8_t>},
-        {"copy floats", Limits::Copy<float>},
-        {"chain of additions", Limits::AddInAChain},
-        {"100 products and 100 sums", Limits::CalculateWithVectors},
+        {"copy bytes", Copy<std::uint8_t>},        {"copy floats", Copy<float>},
+        {"chain of additions", AddInAChain},       {"100 products and 100 sums", CalculateWithVectors},
+        {"read both raw files", ReadFrames<1, 1>}, {"read only their luma", ReadFrames<2, 3>},
     };
     for (const auto& [width, height] : kSizes) {
         for (const auto& [name, run] : kLimits) {
-            const std::string what =
-                std::string("limits/") + name + "/" + std::to_string(width) + "x" + std::to_string(height);
             const std::int64_t pixels = std::int64_t{width} * height;
-            RegisterOnThreads(what, [run = run, pixels](benchmark::State& state) { run(state, pixels); });
+            RegisterOnThreads("limits/" + std::string(name) + "/" + SizeName(width, height),
+                              [run = run, pixels](benchmark::State& state) { run(state, pixels); });
         }
     }
     return RunRegistered(argc, argv);
 }
-#endif

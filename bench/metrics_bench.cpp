@@ -1,9 +1,8 @@
 /// Every metric on frames of a drifting scene: sizes, bytes and samples of 10 bits, 1 and 2 threads, with and
 /// without a painted picture. The planes that a metric reads are made before the clock starts; what making
-/// them takes, frames_bench tells. "items_per_second" counts frames, "bytes_per_second" the samples of both.
-
-#include <benchmark/benchmark.h>
-#include <omp.h>
+/// them takes, frames_bench tells. "items_per_second" counts frames, "bytes_per_second" the samples of both,
+/// "operations" what one scale's formula has for a pixel: where a metric works on several scales, or what it
+/// does depends on the pictures, no number tells its operations.
 
 #include <cstdint>
 #include <deque>
@@ -36,6 +35,7 @@ struct Case {
     int height;
     bool isDeep;
     bool paints;
+    double operations;  // of a pixel
 };
 
 // The frames go there and back, so that a metric with a memory always has work.
@@ -43,8 +43,6 @@ template <class Measured>
 void MeasureFrames(benchmark::State& state, const Case& c) {
     constexpr int kFrames = 4;
     constexpr int kTurn = 2 * kFrames - 2;
-    const int threads = omp_get_max_threads();
-    omp_set_num_threads(static_cast<int>(state.range(0)));
     MetricParameters parameters;
     parameters.width = c.width;
     parameters.height = c.height;
@@ -71,39 +69,42 @@ void MeasureFrames(benchmark::State& state, const Case& c) {
     // Until planes are made and, in a metric with a memory, that is full.
     const int framesBefore = metric.GetId() == L"stssim" ? 33 : kFrames;
     for (int i = 0; i < framesBefore; ++i) measure();
-    for (auto unused : state) measure();
+    const double pixels = double{1} * c.width * c.height;
+    Repeat(state, {2 * pixels * (c.isDeep ? 2 : 1), c.operations * pixels}, measure);
     state.SetItemsProcessed(state.iterations());
-    state.SetBytesProcessed(state.iterations() * 2 * c.width * c.height * (c.isDeep ? 2 : 1));
-    omp_set_num_threads(threads);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::pair<const char*, void (*)(benchmark::State&, const Case&)> kMetrics[] = {
-        {"PSNR", MeasureFrames<CPSNRMetric>},
-        {"MSE", MeasureFrames<CMSEMetric>},
-        {"MSAD", MeasureFrames<CMSADMetric>},
-        {"Delta", MeasureFrames<CDeltaMetric>},
-        {"SSIM (fast)", MeasureFrames<CSSIMMetric>},
-        {"SSIM (precise)", MeasureFrames<CSSIMMetricIpp>},
-        {"3SSIM", MeasureFrames<C3SSIMMetricIpp>},
-        {"MSSSIM (fast)", MeasureFrames<CMSSSIMMetric>},
-        {"MSSSIM (precise)", MeasureFrames<CMSSSIMMetricIpp>},
-        {"stSSIM", MeasureFrames<CSTSSIMMetric>},
-        {"VQM", MeasureFrames<CVQMMetric>},
-        {"Blocking", MeasureFrames<CBlockingMetric>},
-        {"Blurring", MeasureFrames<CBlurringMetric>},
+    // The operations are those of the kernels that make the values, where kernels_bench counts them.
+    constexpr struct {
+        const char* name;
+        double operations;
+        void (*run)(benchmark::State&, const Case&);
+    } kMetrics[] = {
+        {"PSNR", 3, MeasureFrames<CPSNRMetric>},
+        {"MSE", 3, MeasureFrames<CMSEMetric>},
+        {"MSAD", 3, MeasureFrames<CMSADMetric>},
+        {"Delta", 2, MeasureFrames<CDeltaMetric>},
+        {"SSIM (fast)", 44, MeasureFrames<CSSIMMetric>},
+        {"SSIM (precise)", 231, MeasureFrames<CSSIMMetricIpp>},
+        {"3SSIM", 0, MeasureFrames<C3SSIMMetricIpp>},
+        {"MSSSIM (fast)", 0, MeasureFrames<CMSSSIMMetric>},
+        {"MSSSIM (precise)", 0, MeasureFrames<CMSSSIMMetricIpp>},
+        {"stSSIM", 0, MeasureFrames<CSTSSIMMetric>},
+        {"VQM", 0, MeasureFrames<CVQMMetric>},
+        {"Blocking", 0, MeasureFrames<CBlockingMetric>},
+        {"Blurring", 0, MeasureFrames<CBlurringMetric>},
     };
     for (const auto& [width, height] : kSizes) {
-        for (const auto& [name, run] : kMetrics) {
+        for (const auto& metric : kMetrics) {
             for (const bool isDeep : {false, true}) {
                 for (const bool paints : {false, true}) {
-                    const std::string what = std::string("metrics/") + name + "/" + std::to_string(width) +
-                                             "x" + std::to_string(height) +
-                                             (isDeep ? "/10 bits" : "/8 bits") + (paints ? "/painted" : "");
-                    const Case c = {width, height, isDeep, paints};
-                    RegisterOnThreads(what, [run = run, c](benchmark::State& state) { run(state, c); });
+                    const Case c = {width, height, isDeep, paints, metric.operations};
+                    RegisterOnThreads("metrics/" + std::string(metric.name) + "/" + SizeName(width, height) +
+                                          (isDeep ? "/10 bits" : "/8 bits") + (paints ? "/painted" : ""),
+                                      [run = metric.run, c](benchmark::State& state) { run(state, c); });
                 }
             }
         }

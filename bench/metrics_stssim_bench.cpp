@@ -1,95 +1,124 @@
-/// The parts of stSSIM alone, at 1920x1080; the last number is the threads.
+/// What stSSIM does for a frame, part by part, of each size, with 1 and 2 threads; on frames of a scene of which
+/// two thirds drift. What it takes as a whole, metrics_bench tells.
 
-#include <benchmark/benchmark.h>
-#include <omp.h>
-
-#include <cstdint>
-#include <vector>
-
+#include "bench/keep_last.h"
+#include "bench/register.h"
 #include "bench/scene.h"
-#include "kernels/frame_tiles.h"
 #include "kernels/plane.h"
 #include "kernels/smallest.h"
 #include "kernels/space_time_ssim.h"
+#include "metrics/gauss_window_ssim.h"
+#include "metrics/stssim_history.h"
 #include "metrics/stssim_lines.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
 
 namespace {
 
 using namespace Metric;
 
-constexpr int kWidth = 1920;
-constexpr int kHeight = 1088;
+/// The metric's members, filled with a window's frames.
+struct Parts {
+    Parts(int pictureWidth, int pictureHeight)
+        : width(pictureWidth),
+          height(pictureHeight),
+          first(width, height),
+          second(width, height),
+          lines(width, height),
+          ssim(width, height, Kernels::BorderReplicate),
+          map(Kernels::MakeFloatPlane(lines.AlignedWidth(), height)),
+          spaceTimeScratch(static_cast<std::uint8_t*>(
+              Kernels::AllocZeroed(Kernels::GetSpaceTimeScratchSize(lines.AlignedWidth(), height)))),
+          poolScratch(Kernels::MakeFloatPlane(width, height)) {
+        for (int i = 0; i < kFrames; ++i) {
+            original.emplace_back(width, height, i, 1);
+            coded.emplace_back(width, height, i, 9);
+        }
+        for (int i = 0; i < Kernels::kWindowFrames; ++i) {
+            const std::size_t frame = Next();
+            first.Push(original[frame].image.GetY());
+            second.Push(coded[frame].image.GetY());
+            lines.Push(original[frame].image.GetY());
+            found = lines.Find();
+        }
+        CompareInSpace();
+    }
 
-// Calls run() with teams of `threads`.
-template <class Run>
-void RunWith(benchmark::State& state, std::int64_t threads, const Run& run) {
-    const int before = omp_get_max_threads();
-    omp_set_num_threads(static_cast<int>(threads));
-    for (auto unused : state) run();
-    omp_set_num_threads(before);
-}
+    /// The frames go there and back, so that something moves.
+    std::size_t Next() {
+        constexpr int kTurn = 2 * kFrames - 2;
+        const int place = shown++ % kTurn;
+        return static_cast<std::size_t>(place < kFrames ? place : kTurn - place);
+    }
 
-Kernels::BytePlane MakeTiles(const Kernels::FrameTiles& layout) {
-    Kernels::BytePlane tiles(static_cast<std::uint8_t*>(Kernels::AllocZeroed(layout.Bytes())));
-    SceneFrame frame(kWidth, kHeight, 0, 3);
-    for (int slot = 0; slot < layout.slots; ++slot)
-        Kernels::StoreFrame(frame.image.GetY(), kWidth * 4, layout, slot, tiles.get());
-    return tiles;
-}
-
-constexpr Kernels::FrameTiles kLayout = {kWidth, kHeight, Kernels::kWindowFrames};
-
-void StoreFrames(benchmark::State& state) {
-    SceneFrame frame(kWidth, kHeight, 0, 3);
-    const Kernels::BytePlane tiles = MakeTiles(kLayout);
-    int slot = 0;
-    RunWith(state, state.range(0), [&] {
-        Kernels::StoreFrame(frame.image.GetY(), kWidth * 4, kLayout, slot++ % kLayout.slots, tiles.get());
-    });
-}
-
-void CompareOverTime(benchmark::State& state) {
-    const Kernels::BytePlane first = MakeTiles(kLayout);
-    const Kernels::BytePlane second = MakeTiles(kLayout);
-    const Kernels::FloatPlane map = Kernels::MakeFloatPlane(kWidth, kHeight);
-    const std::vector<Kernels::LineSet> lines(kWidth * kHeight / 16,
-                                              static_cast<Kernels::LineSet>(state.range(0)));
-    const Kernels::BytePlane scratch(
-        static_cast<std::uint8_t*>(Kernels::AllocZeroed(Kernels::GetSpaceTimeScratchSize(kWidth, kHeight))));
-    RunWith(state, state.range(1), [&] {
-        Kernels::SpaceTimeSSIM({kLayout, first.get(), second.get(), 0}, 6.5025, 58.5225,
-                               {map.get(), kWidth, kHeight, lines.data()}, scratch.get());
-    });
-}
-
-void FindLines(benchmark::State& state) {
-    SceneFrame first(kWidth, kHeight, 0, 1);
-    SceneFrame second(kWidth, kHeight, 1, 1);
-    MotionLines lines(kWidth, kHeight);
-    lines.Push(second.image.GetY());
-    RunWith(state, state.range(0), [&] {
-        lines.Push(first.image.GetY());
-        benchmark::DoNotOptimize(lines.Find());
-        lines.Push(second.image.GetY());
-    });
-}
-
-void PoolSmallest(benchmark::State& state) {
-    SceneFrame frame(kWidth, kHeight, 0, 1);
-    const Kernels::FloatPlane scratch = Kernels::MakeFloatPlane(kWidth, kHeight);
-    RunWith(state, state.range(0), [&] {
+    void Remember() { first.Push(original[Next()].image.GetY()); }
+    void FindLines() {
+        lines.Push(original[Next()].image.GetY());
+        found = lines.Find();
+    }
+    void CompareOverTime() {
+        Kernels::SpaceTimeSSIM({first.Layout(), first.Tiles(), second.Tiles(), first.OldestSlot()},
+                               kConstants.c1, kConstants.c2, {map.get(), lines.AlignedWidth(), height, found},
+                               spaceTimeScratch.get());
+    }
+    void CompareInSpace() {
+        ssim.Map({first.MiddleFrame(), second.MiddleFrame()}, width, height, kConstants, map.get());
+    }
+    void Pool() {
+        const int rows = height * 6 / 100;
         benchmark::DoNotOptimize(
-            Kernels::MeanOfSmallest(frame.image.GetY(), kWidth * kHeight, kWidth * 65, scratch.get()));
-    });
-}
+            Kernels::MeanOfSmallest(map.get(), width * height, width * rows, poolScratch.get()));
+    }
 
-#define STSSIM_BENCHMARK(run, name) \
-    BENCHMARK(run)->Name("metrics/" name)->UseRealTime()->Unit(benchmark::kMillisecond)
+    static constexpr int kFrames = 4;
+    static constexpr SSIMConstants kConstants = {6.5025, 58.5225};
 
-STSSIM_BENCHMARK(StoreFrames, "stSSIM, store a frame")->Arg(1)->Arg(2);
-STSSIM_BENCHMARK(CompareOverTime, "stSSIM, compare over time, one line")->Args({0, 1})->Args({0, 2});
-STSSIM_BENCHMARK(CompareOverTime, "stSSIM, compare over time, four lines")->Args({3, 1})->Args({3, 2});
-STSSIM_BENCHMARK(FindLines, "stSSIM, motion")->Arg(1)->Arg(2);
-STSSIM_BENCHMARK(PoolSmallest, "stSSIM, pool a map")->Arg(1)->Arg(2);
+    int width;
+    int height;
+    std::deque<SceneFrame> original, coded;
+    int shown = 0;
+    SequenceHistory first;
+    SequenceHistory second;
+    MotionLines lines;
+    const Kernels::LineSet* found = nullptr;
+    GaussWindowSSIM ssim;
+    Kernels::FloatPlane map;
+    Kernels::BytePlane spaceTimeScratch;
+    Kernels::FloatPlane poolScratch;
+};
+
+/// With the work of a pixel; what lines the motion makes, and so what is calculated, the pictures decide.
+struct Part {
+    const char* name;
+    double bytes;
+    double operations;
+    void (Parts::*run)();
+};
+
+constexpr Part kParts[] = {
+    {"remember a frame", 4 + 4 + 1, 2, &Parts::Remember},
+    {"find the motion", 4 + 1 + 1, 0, &Parts::FindLines},
+    {"compare over time", 2 * Kernels::kWindowFrames + 4, 0, &Parts::CompareOverTime},
+    {"compare the middle frames", 12, 3 + 5 * 42 + 17 + 1, &Parts::CompareInSpace},  // as GaussSSIM
+    {"pool a map", 4, 0, &Parts::Pool},
+};
 
 }  // namespace
+
+int main(int argc, char** argv) {
+    for (const auto& [width, height] : kSizes) {
+        for (const Part& part : kParts) {
+            RegisterOnThreads("metrics/stSSIM, " + std::string(part.name) + "/" + SizeName(width, height),
+                              [&part, width = width, height = height](benchmark::State& state) {
+                                  Parts& parts = KeptFor<Parts>(width, height);
+                                  const double pixels = double{1} * width * height;
+                                  Repeat(state, {part.bytes * pixels, part.operations * pixels},
+                                         [&] { (parts.*part.run)(); });
+                              });
+        }
+    }
+    return RunRegistered(argc, argv);
+}
