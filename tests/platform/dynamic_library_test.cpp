@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 #include <functional>
 
 #include "platform/text.h"
@@ -66,8 +65,7 @@ TEST(DynamicLibrary, TakesPathsAndNoNames) {
 TEST(DynamicLibrary, RefusesEveryCutOffFile) {
     const Library whole;
     ASSERT_TRUE(Opens(whole.bytes));
-    const std::size_t headers =
-        whole.header.e_phoff + std::size_t{whole.header.e_phnum} * sizeof(Library::Segment);
+    const auto headers = whole.header.e_phoff + whole.header.e_phnum * sizeof(Library::Segment);
     for (std::size_t length = 0; length < whole.bytes.size(); length += length <= headers ? 1 : 61)
         ASSERT_FALSE(Opens(whole.bytes.substr(0, length))) << length << " bytes";
     ASSERT_FALSE(Opens(whole.bytes.substr(0, whole.bytes.size() - 1)));

@@ -5,9 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <iterator>
-
 #include "platform/text.h"
 #include "tests/temporary_directory.h"
 
@@ -15,8 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Files : public testing::Test {
-protected:
+struct Files : testing::Test {
     /// As it is if it is absolute.
     std::wstring Path(const char* name) const { return FromUtf8((directory / name).native()); }
     std::string Content(const char* name) const { return ReadWhole(directory / name); }

@@ -5,11 +5,7 @@
 #include "platform/ansi_text.h"
 
 TEST(Text, Utf8) {
-    const struct {
-        const char* what;
-        std::string bytes;
-        std::wstring text;
-    } kCases[] = {
+    const std::tuple<const char*, std::string, std::wstring> kCases[] = {
         {"two, three and four bytes", "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x8E\xA5", L"a\u00E4\u20AC\U0001F3A5"},
         {"last code point", "\xF4\x8F\xBF\xBF", L"\U0010FFFF"},
         {"Latin-1 byte", "caf\xE9.avi", std::wstring(L"caf") + wchar_t(0xDCE9) + L".avi"},
@@ -20,10 +16,10 @@ TEST(Text, Utf8) {
          "\xF4\x90\x80\x80",
          {wchar_t(0xDCF4), wchar_t(0xDC90), wchar_t(0xDC80), wchar_t(0xDC80)}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(c.text, FromUtf8(c.bytes));
-        EXPECT_EQ(c.bytes, ToUtf8(c.text)) << "every name must come back as it was";
+    for (const auto& [what, bytes, text] : kCases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(text, FromUtf8(bytes));
+        EXPECT_EQ(bytes, ToUtf8(text)) << "every name must come back as it was";
     }
     EXPECT_EQ("\xEF\xBF\xBD", ToUtf8(std::wstring(1, wchar_t(0xD800)))) << "a lone surrogate is no character";
 }

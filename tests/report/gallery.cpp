@@ -1,13 +1,14 @@
 // Measures clips and shows their results, in both palettes, to be looked at:
 //     report_gallery DIRECTORY ORIGINAL FIRST_PROCESSED SECOND_PROCESSED
 
+#include "engine/run/measurement_worker.h"
 #include "platform/qt/palette.h"
 #include "platform/qt/theme.h"
+#include "platform/text.h"
 #include "report/report_controller.h"
 #include "report/report_frame.h"
 #include "report/report_graph.h"
 #include "report/results_dialog.h"
-#include "tests/report/measured_run.h"
 
 #include <QApplication>
 #include <QRadioButton>
@@ -17,9 +18,40 @@
 
 namespace {
 
+/// A comparative run, told to nobody.
+struct MeasuredRun : IRunVoices, IRunObserver {
+    /// `given` are the clips; bad frames are saved to `directory`.
+    MeasuredRun(char** given, const char* directory) {
+        MeasurementJob job;
+        SelectedMetric metric;
+        Metric::GetMetricList().FindById(L"psnr", metric.metricIndex);
+        job.selection = {metric};
+        job.metricSettings.resize(static_cast<std::size_t>(Metric::GetMetricList().GetCount()));
+        for (int i = 0; i < 3; ++i) {
+            files[i].name = files[i].sourceName = FromUtf8(given[i]);
+            job.fileSlots.at(static_cast<std::size_t>(i)) = files[i];
+            job.run.inputFiles.push_back(files[i]);
+        }
+        job.comparativeAnalysis = job.badFrames.save = true;
+        job.badFrames.count = 4;
+        job.badFrames.radius = 3;
+        job.badFrames.outputDir = FromUtf8(directory);
+        MeasurementWorker(job, *this, *this);
+    }
+    std::unique_ptr<IProgress> CreateProgress() override { return nullptr; }
+    std::unique_ptr<ILog> CreateLog(const std::wstring&) override { return nullptr; }
+    void SetRunActive(bool) override {}
+    void WithdrawStop() override {}
+    void RunFinished(std::unique_ptr<FinishRecord> record) override { finish = std::move(record); }
+
+    std::map<int, FileRecord> files;
+    std::unique_ptr<FinishRecord> finish;
+};
+
 bool Save(const MeasuredRun& run, ColorScheme scheme, const QString& directory, const QString& name) {
     QApplication::setPalette(SchemePalette(scheme));
-    const ReportParameters parameters = run.Parameters();
+    const ReportParameters parameters = {*run.finish->results, run.finish->badFrames.get(), run.files,
+                                         run.finish->yuvTable};
     Report::ResultsDialog dialog(parameters);
     dialog.show();
     dialog.Controller().GoToNextBadFrame();
@@ -50,9 +82,7 @@ int main(int argc, char** argv) {
         return 64;
     }
     InstallTheme(application);
-    std::map<int, FileRecord> files;
-    for (int i = 0; i < 3; ++i) files[i].name = files[i].sourceName = FromUtf8(argv[2 + i]);
-    const MeasuredRun run(files, argv[1], 4);
+    const MeasuredRun run(argv + 2, argv[1]);
     const QString directory = QString::fromLocal8Bit(argv[1]);
     const bool saved = Save(run, ColorScheme::Light, directory, QStringLiteral("light.png")) &&
                        Save(run, ColorScheme::Dark, directory, QStringLiteral("dark.png"));

@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <span>
-#include <string>
 #include <vector>
 
 /// The viewer on results that are made up: a first and a second processed file, compared with an original.
@@ -40,9 +39,7 @@ public:
 struct Viewer {
     explicit Viewer(const ReportParameters& given)
         : parameters(given), dialog(std::make_unique<Report::ResultsDialog>(parameters)) {
-        dialog->show();
-        dialog->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+        Activate(*dialog);
     }
 
     template <typename Control>
@@ -56,12 +53,7 @@ struct Viewer {
 
     /// As if typed: to the control that has the focus, in the window that is active.
     void Press(QKeyCombination key) const {
-        if (!QApplication::activeWindow()) {
-            dialog->activateWindow();
-            EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
-        }
-        QWidget* focused = QApplication::focusWidget();
-        QTest::keyClick(focused ? focused : QApplication::activeWindow(), key.key(), key.keyboardModifiers());
+        ::Press(QApplication::activeWindow() ? *QApplication::activeWindow() : *dialog, key);
     }
 
     const Report::FrameRange& Range() const { return dialog->Controller().Range(); }
@@ -86,8 +78,7 @@ struct ControlText {
 
 /// What has to hold for the controls of a window: every one has a name, a reason while it is disabled, the
 /// tooltip of `texts`. `letters` are their mnemonics, in ascending order.
-inline void CheckTexts(const Viewer& viewer, const QWidget& window, std::span<const ControlText> texts,
-                       const char* letters) {
+inline void CheckTexts(const QWidget& window, std::span<const ControlText> texts, const char* letters) {
     EXPECT_EQ(letters, Mnemonics(window));
     for (const QWidget* control : window.findChildren<QWidget*>()) {
         if (control->window() != &window || control->focusPolicy() == Qt::NoFocus) continue;
@@ -96,6 +87,5 @@ inline void CheckTexts(const Viewer& viewer, const QWidget& window, std::span<co
         EXPECT_TRUE(control->isEnabled() || !control->toolTip().isEmpty()) << name.toStdString();
     }
     for (const ControlText& text : texts)
-        EXPECT_EQ(text.toolTip, viewer.Find<QWidget>(text.name, &window)->toolTip().toStdString())
-            << text.name;
+        EXPECT_EQ(text.toolTip, ::Find(window, text.name)->toolTip().toStdString()) << text.name;
 }

@@ -11,7 +11,6 @@
 #include "video/color_space.h"
 
 #include <chrono>
-#include <filesystem>
 #include <future>
 #include <mutex>
 
@@ -30,9 +29,8 @@ struct FrameWindow : testing::Test {
     void WriteClip(int file, int width, int height) {
         std::string bytes;
         for (int frame = 0; frame < 20; ++frame) {
-            const std::string grey(static_cast<std::size_t>(width / 2),
-                                   static_cast<char>(100 * file % 256 + frame));
-            const std::string bright(static_cast<std::size_t>(width / 2), '\xFA');
+            const auto half = static_cast<std::size_t>(width / 2);
+            const std::string grey(half, static_cast<char>(100 * file % 256 + frame)), bright(half, '\xFA');
             for (int y = 0; y < height; ++y) bytes += (y < height / 2 ? bright : grey) + grey;
             bytes += std::string(static_cast<std::size_t>(width * height / 2), '\x80');
         }
@@ -99,23 +97,17 @@ TEST_F(FrameWindow, OpensAtTheSizeOfItsFrame) {
 
 TEST_F(FrameWindow, FollowsEveryControl) {
     Open();
-    QWidget* dialog = viewer->dialog.get();
-    const auto key = [](QWidget* window, QKeyCombination key) {
-        window->activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(window));
-        QWidget* focused = QApplication::focusWidget();
-        QTest::keyClick(focused ? focused : window, key.key(), key.keyboardModifiers());
-    };
+    QWidget& dialog = *viewer->dialog;
     const std::tuple<const char*, std::function<void()>, int, int> kSteps[] = {
         {"next frame", [&] { Click("Next frame"); }, 0, 10},
         {"previous frame", [&] { Click("Previous frame"); }, 0, 9},
         {"next bad frame", [&] { Click("Next bad frame"); }, 0, 15},
         {"previous bad frame", [&] { Click("Previous bad frame"); }, 0, 3},
-        {"right, in the results", [&] { key(dialog, Qt::Key_Right); }, 0, 4},
-        {"right, in the frame window", [&] { key(frame, Qt::Key_Right); }, 0, 5},
-        {"to the next bad frame by key", [&] { key(frame, Qt::CTRL | Qt::Key_Right); }, 0, 15},
-        {"first processed by key", [&] { key(frame, Qt::Key_2); }, 1, 15},
-        {"second processed by a key in the results", [&] { key(dialog, Qt::Key_3); }, 2, 15},
+        {"right, in the results", [&] { Press(dialog, Qt::Key_Right); }, 0, 4},
+        {"right, in the frame window", [&] { Press(*frame, Qt::Key_Right); }, 0, 5},
+        {"to the next bad frame by key", [&] { Press(*frame, Qt::CTRL | Qt::Key_Right); }, 0, 15},
+        {"first processed by key", [&] { Press(*frame, Qt::Key_2); }, 1, 15},
+        {"second processed by a key in the results", [&] { Press(dialog, Qt::Key_3); }, 2, 15},
         {"a radio button", [&] { Radio(1)->click(); }, 1, 15},
         {"the slider", [&] { viewer->Find<QSlider>("Video slide")->setValue(0); }, 1, 0},
         {"before the first", [&] { Click("Previous frame"); }, 1, 0},
@@ -149,7 +141,7 @@ TEST_F(FrameWindow, Texts) {
          "Go to next bad frame [Ctrl + right arrow] \n(you can use graph to navigate as well)"},
         {"Scale, percent", ""},
     };
-    CheckTexts(*viewer, *frame, kTexts, "123S");
+    CheckTexts(*frame, kTexts, "123S");
     int file = 0;
     for (const char* name : {"Original file [1]", "First processed [2]", "Second processed [3]"})
         EXPECT_EQ(Radio(file++), Find<QRadioButton>(name));
@@ -227,11 +219,10 @@ TEST_F(FrameWindow, IsResizedAndMoved) {
 TEST_F(FrameWindow, Clipboard) {
     Open();
     Find<QSlider>("Scale")->setValue(400);
-    const std::function<void()> ways[] = {[&] { viewer->Press(Qt::CTRL | Qt::Key_C); },
-                                          [&] { Click("Copy frame"); }};
-    for (const auto& copyFrame : ways) {
+    for (const bool isByKey : {true, false}) {
         QGuiApplication::clipboard()->clear();
-        copyFrame();
+        if (isByKey) viewer->Press(Qt::CTRL | Qt::Key_C);
+        if (!isByKey) Click("Copy frame");
         const QImage copy = QGuiApplication::clipboard()->image().convertToFormat(QImage::Format_RGB32);
         ASSERT_EQ(QSize(kWidth, kHeight), copy.size()) << "the whole frame at 100 percent";
         EXPECT_EQ(qRgb(250, 250, 250), copy.pixel(0, 0));
@@ -272,7 +263,7 @@ TEST_F(FrameWindow, NoFileAtAll) {
          "Go to previous bad frame [Ctrl + left arrow]\n(you can use graph to navigate as well)\n"
          "Needs a run with \"Save \"bad frames\"\"\nNeeds a file that can be opened"},
     };
-    CheckTexts(*viewer, *frame, kTexts, "123S");
+    CheckTexts(*frame, kTexts, "123S");
     EXPECT_TRUE(picture->Image().isNull());
     viewer->Press(Qt::CTRL | Qt::Key_C);
     Click("Next frame");
@@ -312,13 +303,11 @@ TEST_F(FrameWindow, FramesOfAnotherSizeAndNoBadOnes) {
 
 TEST_F(FrameWindow, ClosesAndOpensAgain) {
     Open();
-    frame->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(frame));
     OpenedFiles help;
-    QTest::keyClick(frame, Qt::Key_F1);
+    Press(*frame, Qt::Key_F1);
     ASSERT_EQ(1, help.urls.size()) << "one of the two windows' keys";
     EXPECT_EQ("viewer.html", help.urls[0].fileName().toStdString());
-    QTest::keyClick(frame, Qt::Key_W, Qt::ControlModifier);
+    Press(*frame, Qt::CTRL | Qt::Key_W);
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame.isNull(); }));
     EXPECT_TRUE(viewer->dialog->isVisible());
     EXPECT_EQ(nullptr, viewer->dialog->FrameView());

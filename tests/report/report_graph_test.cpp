@@ -165,19 +165,11 @@ TEST(PlotPicture, AxesAndMarks) {
     const int below = plot.bottom + 4;
     const int x = state.scale.FrameX(17);
     const int mark = state.scale.FrameX(24);
-    const struct {
-        const char* what;
-        QRect place;
-        bool inShown, inCopy, inEmpty;
-    } kTexts[] = {
+    const std::tuple<const char*, QRect, bool, bool, bool> kTexts[] = {
         {"first frame", {plot.left, below, 2 * cw, th}, true, true, false},
         {"current frame", {x, below, 2 * cw, th}, true, false, false},
         {"last frame", {plot.Right(), below, 2 * cw, th}, true, true, false},
-        {"left of the current",
-         {plot.left + 3 * cw, below + 1, x - plot.left - 4 * cw, th},
-         false,
-         false,
-         false},
+        {"left of it", {plot.left + 3 * cw, below + 1, x - plot.left - 4 * cw, th}, false, false, false},
         {"right of it", {x + 4 * cw, below + 1, plot.Right() - x - 9 * cw, th}, false, false, false},
         {"\"Frame\"", {plot.Right() - 5 * cw, below + th, 5 * cw, th}, true, true, true},
         {"smallest value", {plot.left - 7 * cw, plot.bottom - th / 2, 7 * cw - 2, th}, true, true, false},
@@ -185,11 +177,11 @@ TEST(PlotPicture, AxesAndMarks) {
         {"metric", {2, plot.bottom - plot.height / 2 - 20, th, 40}, true, true, true},
         {"above its name", {2, plot.Top(), th, 10}, false, false, false},
     };
-    for (const auto& c : kTexts) {
-        SCOPED_TRACE(c.what);
-        EXPECT_EQ(c.inShown, HasText(shown, c.place));
-        EXPECT_EQ(c.inCopy, HasText(copy, c.place));
-        EXPECT_EQ(c.inEmpty, HasText(empty, c.place));
+    for (const auto& [what, place, inShown, inCopy, inEmpty] : kTexts) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(inShown, HasText(shown, place));
+        EXPECT_EQ(inCopy, HasText(copy, place));
+        EXPECT_EQ(inEmpty, HasText(empty, place));
     }
     EXPECT_EQ(plot.height + 1, Count(shown, Report::kCursorColor, QRect(x, plot.Top(), 1, plot.height + 1)));
     EXPECT_EQ(0, Count(copy, Report::kCursorColor));
@@ -214,8 +206,7 @@ TEST(PlotPicture, AxesAndMarks) {
     const QRect band(QPoint(state.scale.FrameX(14), plot.bottom - 2),
                      QPoint(state.scale.FrameX(20), plot.bottom - 2));
     const QImage overview = Base(data, state);
-    EXPECT_EQ(band.width() - 1, Count(overview, Report::kBandColor, band))
-        << "all but the current frame's line";
+    EXPECT_EQ(band.width() - 1, Count(overview, Report::kBandColor, band)) << "but for the cursor";
     EXPECT_EQ(band.width() - 1, Count(overview, Report::kBandColor, band.adjusted(-9, 0, 9, 0)));
 }
 
@@ -246,12 +237,8 @@ TEST_F(ReportGraph, Dragging) {
         return QPoint(plot.State().scale.FrameX(frame) + 2, y);
     };
     const QPoint outside(PlotRect(detail.State()).center().x(), -5);
-    const struct {
-        const char* what;
-        CReportGraph& plot;
-        std::vector<QPoint> way;  // pressed at the first, released at the last
-        int current, first;
-    } kCases[] = {
+    // Pressed at the first point and released at the last; the current and the first frame behind that.
+    const std::tuple<const char*, CReportGraph&, std::vector<QPoint>, int, int> kCases[] = {
         {"a press", detail, {in(detail, 40)}, 40, 25},
         {"a drag", detail, {in(detail, 40), in(detail, 60)}, 60, 25},
         {"it stays in the range", detail, {in(detail, 40), QPoint(detail.width() - 2, y)}, 74, 25},
@@ -263,18 +250,17 @@ TEST_F(ReportGraph, Dragging) {
         {"beside the band", overview, {in(overview, 10), in(overview, 20)}, 49, 25},
         {"it ends outside, too", overview, {in(overview, 50), outside, in(overview, 70)}, 49, 25},
     };
-    for (const auto& c : kCases) {
+    for (const auto& [what, plot, way, current, first] : kCases) {
         viewer.dialog->Controller().SetCurrent(49, true);
-        QTest::mousePress(&c.plot, Qt::LeftButton, {}, c.way.front());
-        for (const QPoint& place : c.way) QTest::mouseMove(&c.plot, place);
-        QTest::mouseRelease(&c.plot, Qt::LeftButton, {}, c.way.back());
+        QTest::mousePress(&plot, Qt::LeftButton, {}, way.front());
+        for (const QPoint& place : way) QTest::mouseMove(&plot, place);
+        QTest::mouseRelease(&plot, Qt::LeftButton, {}, way.back());
         QCursor::setPos(0, 0);
-        QTest::mouseMove(&c.plot, in(c.plot, 55));  // the button is up
-        EXPECT_NEAR(c.current, viewer.Range().Current(), &c.plot == &overview ? 1 : 0) << c.what;
-        EXPECT_NEAR(c.first, viewer.Range().VisibleFirst(), &c.plot == &overview ? 1 : 0) << c.what;
+        QTest::mouseMove(&plot, in(plot, 55));  // the button is up
+        EXPECT_NEAR(current, viewer.Range().Current(), &plot == &overview ? 1 : 0) << what;
+        EXPECT_NEAR(first, viewer.Range().VisibleFirst(), &plot == &overview ? 1 : 0) << what;
         EXPECT_EQ(49, viewer.Range().Width());
-        EXPECT_EQ(&c.plot == &overview ? Qt::OpenHandCursor : Qt::CrossCursor, c.plot.cursor().shape())
-            << c.what;
+        EXPECT_EQ(&plot == &overview ? Qt::OpenHandCursor : Qt::CrossCursor, plot.cursor().shape()) << what;
     }
 }
 

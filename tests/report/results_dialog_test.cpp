@@ -130,7 +130,7 @@ TEST(ResultsDialog, Texts) {
         {"Value, original", "Needs results of the file \"Original\""},
         {"Value, first processed", ""},
     };
-    CheckTexts(viewer, *viewer.dialog, kTexts, "CFGV");
+    CheckTexts(*viewer.dialog, kTexts, "CFGV");
     for (const char* name : {"Original", "First processed", "Second processed", "Bad frames"})
         EXPECT_TRUE(viewer.Find<PlainLabel>(name)->isEnabled()) << name;
     EXPECT_EQ("Frame 49 of 0 to 99. First processed 23.0000. Second processed 43.0000.",
@@ -148,7 +148,7 @@ TEST(ResultsDialog, WithoutResults) {
          "Go to next bad frame [Ctrl + right arrow]\nNeeds a run with \"Save \"bad frames\"\""},
         {"Value, first processed", "Needs results of the file \"First processed\""},
     };
-    CheckTexts(viewer, *viewer.dialog, kTexts, "CFGV");
+    CheckTexts(*viewer.dialog, kTexts, "CFGV");
     for (const ControlText& text : kTexts)
         EXPECT_FALSE(viewer.Find<QWidget>(text.name)->isEnabled()) << text.name;
     EXPECT_TRUE(viewer.Find<PlainLabel>("First processed")->isEnabled()) << "it is in the run";
@@ -165,12 +165,10 @@ TEST(ResultsDialog, IsModalHasHelpAndClosesByKey) {
     for (const QKeyCombination key : {QKeyCombination(Qt::Key_Escape), Qt::CTRL | Qt::Key_W}) {
         User user;
         user.In("Tolvane - Results visualization", [&](QWidget& dialog) {
-            EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
-            QTest::keyClick(&dialog, Qt::Key_F1);
+            Press(dialog, Qt::Key_F1);
             EXPECT_EQ("viewer.html", opened.urls.takeLast().fileName().toStdString());
-            QTest::keyClick(&dialog, key.key(), key.keyboardModifiers());
+            Press(dialog, key);
             EXPECT_FALSE(QApplication::activeModalWidget());
-            return true;
         });
         ShowResults(nullptr, results.Parameters());
         EXPECT_FALSE(QApplication::activeModalWidget());

@@ -9,8 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Check : public UpdateFixture {
-protected:
+struct Check : UpdateFixture {
     CheckResult Result(const std::string& own = "3.0.0.0") {
         UpdaterSettings settings = Settings();
         settings.version = own;
@@ -20,20 +19,18 @@ protected:
 
 TEST_F(Check, ComparesTheVersions) {
     EXPECT_EQ(CheckResult::NotOpened, Result()) << "no such file";
-    const struct {
-        std::string own, server;
-        CheckResult result;
-    } cases[] = {{"3.0.9.9", "3.1.0.0\r\n", CheckResult::Newer},
-                 {"3.0.0.9", "3.0.0.10", CheckResult::Newer},
-                 {"3.0.0.0", "3.0.0.0", CheckResult::UpToDate},
-                 {"3.1.0.0", "3.0.9.9", CheckResult::UpToDate},
-                 {"0.0.0.0", "3.0.0.1", CheckResult::NoOwnVersion},
-                 {"", "3.0.0.1", CheckResult::NoOwnVersion},
-                 {"3.0.0.0", "", CheckResult::NotRead},
-                 {"3.0.0.0", "<html>", CheckResult::NotRead}};
-    for (const auto& c : cases) {
-        server.AnswerText("/update/LATEST", c.server);
-        EXPECT_EQ(c.result, Result(c.own)) << c.own << " against " << c.server;
+    const std::tuple<std::string, std::string, CheckResult> cases[] = {
+        {"3.0.9.9", "3.1.0.0\r\n", CheckResult::Newer},
+        {"3.0.0.9", "3.0.0.10", CheckResult::Newer},
+        {"3.0.0.0", "3.0.0.0", CheckResult::UpToDate},
+        {"3.1.0.0", "3.0.9.9", CheckResult::UpToDate},
+        {"0.0.0.0", "3.0.0.1", CheckResult::NoOwnVersion},
+        {"", "3.0.0.1", CheckResult::NoOwnVersion},
+        {"3.0.0.0", "", CheckResult::NotRead},
+        {"3.0.0.0", "<html>", CheckResult::NotRead}};
+    for (const auto& [own, offered, result] : cases) {
+        server.AnswerText("/update/LATEST", offered);
+        EXPECT_EQ(result, Result(own)) << own << " against " << offered;
     }
     server.Answer("/update/LATEST", {.body = "3.0.0.1", .toldLength = 8});
     EXPECT_EQ(CheckResult::NotRead, Result()) << "this may have become 3.0.0.12";
@@ -56,8 +53,7 @@ TEST_F(Check, AsksTheServersOwnAddressOnly) {
     EXPECT_EQ(CheckResult::NoConnection, CAutoUpdater(settings).CheckForUpdate(url));
 }
 
-class Download : public UpdateFixture {
-protected:
+struct Download : UpdateFixture {
     DownloadResult Result() { return CAutoUpdater(Settings()).DownloadUpdate(server.Url()); }
 };
 

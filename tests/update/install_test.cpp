@@ -10,8 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Install : public UpdateFixture {
-protected:
+struct Install : UpdateFixture {
     InstallResult Result() { return CAutoUpdater(Settings()).InstallUpdate(); }
     std::string Temporary(const std::string& name) const { return ReadWhole(directory.Path("tmp/" + name)); }
 
@@ -179,28 +178,24 @@ TEST_F(Install, TheProgramItselfComesLast) {
 
 TEST_F(Install, NeverRestartsForEver) {
     // A directory in which nothing can be changed, or nothing be removed, or no mark be written.
-    const struct {
-        const char* step;
-        const char* name;
-        int warnings;  // none where not even the download can be put away: they would come at every start
-    } cases[] = {{"", "", 0},
-                 {"remove", "", 0},
-                 {"remove", "update/.COMPLETED", 1},
-                 {"rename", "update", 1},
-                 {"create", "update/.TRIED", 0}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.step);
+    const std::tuple<const char*, const char*, int> cases[] = {{"", "", 0},
+                                                               {"remove", "", 0},
+                                                               {"remove", "update/.COMPLETED", 1},
+                                                               {"rename", "update", 1},
+                                                               {"create", "update/.TRIED", 0}};
+    for (const auto& [step, name, warnings] : cases) {
+        SCOPED_TRACE(step);
         Stage({{"tolvane", Script("new")}});
-        CAutoUpdater updater(Failing(c.step, c.name));
+        CAutoUpdater updater(Failing(step, name));
         std::map<StartAction, int> actions;
         for (int start = 0; start < 6; ++start) {
             const StartAction action = InstallAtStart(updater);
             ++actions[action];
-            EXPECT_TRUE(action != StartAction::TellAndGoOn ||
-                        fs::is_directory(ToUtf8(updater.FailedDownloadPath())));
+            const std::string aside = ToUtf8(updater.FailedDownloadPath());
+            EXPECT_TRUE(action != StartAction::TellAndGoOn || fs::is_directory(aside));
         }
         EXPECT_LE(actions[StartAction::Restart], 1);
-        EXPECT_EQ(c.warnings, actions[StartAction::TellAndGoOn]);
+        EXPECT_EQ(warnings, actions[StartAction::TellAndGoOn]);
         EXPECT_FALSE(Contents("tolvane").empty());
     }
 }
@@ -230,23 +225,20 @@ TEST_F(Install, NothingToInstall) {
     EXPECT_EQ(Script("old"), Contents("tolvane"));
 }
 
-class Tree : public testing::Test {
-protected:
-    /// The tree's directory, with ways out of it.
-    std::string MakeRoot() const {
-        fs::create_directories(directory.Path("root/sub"));
+struct Tree : UpdateFixture {
+    /// With ways out of the program's directory.
+    Tree() {
+        Write("sub/other", "");
+        Write("file", "inside");
         fs::create_directories(directory.Path("outside"));
         directory.Write("outside/file", "outside");
-        directory.Write("root/file", "inside");
-        fs::create_directory_symlink(directory.Path("outside"), directory.Path("root/way"));
-        fs::create_symlink(directory.Path("outside/file"), directory.Path("root/link"));
-        fs::create_symlink("sub", directory.Path("root/near"));
-        return directory.Path("root");
+        fs::create_directory_symlink(directory.Path("outside"), Program("way"));
+        fs::create_symlink(directory.Path("outside/file"), Program("link"));
+        fs::create_symlink("sub", Program("near"));
     }
 
-    TemporaryDirectory directory;
     FileHook hook;
-    FileTree tree{MakeRoot(), hook};
+    FileTree tree{Program(""), hook};
 };
 
 TEST_F(Tree, FollowsNoLink) {
@@ -272,19 +264,19 @@ TEST_F(Tree, FollowsNoLink) {
 }
 
 TEST_F(Tree, CopiesWhereNoSecondNameCanBe) {
-    fs::permissions(directory.Path("root/file"), fs::perms(0754));
+    chmod(Program("file").c_str(), 0754);
     std::string broken = "link";
     hook = [&](std::string_view step, const std::string&) {
         return broken.find(step) != broken.npos ? EPERM : 0;
     };
     EXPECT_TRUE(tree.Duplicate("file", tree, "sub/copy"));
-    EXPECT_EQ("inside", ReadWhole(directory.Path("root/sub/copy")));
-    EXPECT_EQ(fs::perms(0754), fs::status(directory.Path("root/sub/copy")).permissions());
-    EXPECT_EQ(1u, fs::hard_link_count(directory.Path("root/file")));
+    EXPECT_EQ("inside", Contents("sub/copy"));
+    EXPECT_EQ(0754u, Mode("sub/copy"));
+    EXPECT_EQ(1u, fs::hard_link_count(Program("file")));
     EXPECT_FALSE(tree.Duplicate("file", tree, "sub/copy")) << "what is there stays";
     broken = "link, write";
     EXPECT_FALSE(tree.Duplicate("file", tree, "half"));
-    EXPECT_FALSE(fs::exists(directory.Path("root/half")));
+    EXPECT_FALSE(Exists("half"));
 }
 
 }  // namespace

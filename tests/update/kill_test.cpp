@@ -12,11 +12,9 @@ namespace {
 namespace fs = std::filesystem;
 
 /// What happens to a program that is killed before one of the steps that change files, and then started again.
-class Kill : public UpdateFixture {
-protected:
-    /// Lets a process of its own do something with an updater and kills it before the step `last`, counted
-    /// from 0; false if it came to its end before that. With `isOtherVolume` no staged file can be moved
-    /// without copying.
+struct Kill : UpdateFixture {
+    /// Lets a process of its own do something with an updater and kills it before the step `last`, from 0 on;
+    /// false if it ended before that. With `isOtherVolume` no staged file can be moved without copying.
     template <class Action>
     bool KilledAt(int last, bool isOtherVolume, Action action) {
         const pid_t child = fork();
@@ -77,21 +75,18 @@ constexpr auto kInstall = [](CAutoUpdater& updater) { InstallAtStart(updater); }
 
 TEST_F(Kill, InTheMidstOfAnInstallOnceOrTwice) {
     // Every pair of points would take a minute. The steps are odd numbers, so that all kinds of pairs come.
-    constexpr struct {
-        bool isOtherVolume;
-        int step, secondStep;  // 0: no second one
-        int leastPoints;
-    } kCases[] = {{false, 1, 0, 25}, {true, 1, 0, 40}, {true, 7, 3, 40}};
-    for (const auto& c : kCases) {
+    constexpr std::tuple<bool, int, int, int> kCases[] = {
+        {false, 1, 0, 25}, {true, 1, 0, 40}, {true, 7, 3, 40}};
+    for (const auto& [isOtherVolume, step, secondStep, leastPoints] : kCases) {
         int first = 0;
-        for (bool isKilled = true; isKilled; first += c.step) {
+        for (bool isKilled = true; isKilled; first += step) {
             bool isKilledAgain = true;
-            for (int second = 0; isKilledAgain; second += c.secondStep) {
-                SCOPED_TRACE(testing::Message() << first << ", " << second << " of " << c.secondStep);
+            for (int second = 0; isKilledAgain; second += secondStep) {
+                SCOPED_TRACE(testing::Message() << first << ", " << second << " of " << secondStep);
                 Reset();
                 Stage(update);
-                isKilled = KilledAt(first, c.isOtherVolume, kInstall);
-                isKilledAgain = c.secondStep > 0 && KilledAt(second, c.isOtherVolume, kInstall);
+                isKilled = KilledAt(first, isOtherVolume, kInstall);
+                isKilledAgain = secondStep > 0 && KilledAt(second, isOtherVolume, kInstall);
                 ExpectProgramRuns();
                 CAutoUpdater next(Settings());
                 const bool isReady = next.IsUpdateDownloaded();
@@ -100,7 +95,7 @@ TEST_F(Kill, InTheMidstOfAnInstallOnceOrTwice) {
                 ExpectInstalled();
             }
         }
-        EXPECT_GT(first, c.leastPoints);
+        EXPECT_GT(first, leastPoints);
     }
 }
 
@@ -111,8 +106,7 @@ TEST_F(Kill, InTheMidstOfADownload) {
         SCOPED_TRACE(points);
         Reset();
         Stage({{"tolvane", "of an earlier download"}});
-        isKilled =
-            KilledAt(points, false, [&](CAutoUpdater& updater) { updater.DownloadUpdate(server.Url()); });
+        isKilled = KilledAt(points, false, [&](auto& updater) { updater.DownloadUpdate(server.Url()); });
         EXPECT_EQ("old\n", Run());
         CAutoUpdater next(Settings());
         if (points == 0) continue;  // the earlier download is whole

@@ -8,16 +8,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <map>
-#include <string>
 #include <utility>
-#include <vector>
 
 /// A program in a directory of its own, and a server that may have an update of it.
-class UpdateFixture : public testing::Test {
-protected:
+struct UpdateFixture : testing::Test {
     using Files = std::vector<std::pair<std::string, std::string>>;  // names and contents
 
     UpdateFixture() {

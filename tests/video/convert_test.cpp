@@ -1,7 +1,7 @@
 #include "tests/kernels/targets.h"
 #include "tests/video/packed_frame.h"
-
-#include <gtest/gtest.h>
+#include "video/display.h"
+#include "video/display_picture.h"
 
 #include <algorithm>
 #include <array>
@@ -10,8 +10,7 @@ namespace {
 
 using Pixel = std::array<int, 3>;
 
-// A frame as its byte offsets tell it, read pixel by pixel. An index past the end means the last byte or
-// sample.
+// A frame as its byte offsets tell it, pixel by pixel. An index past the end means the last byte or sample.
 struct Frame {
     const Bytes& bytes;
     int colorSpace, w, h;
@@ -19,9 +18,8 @@ struct Frame {
     int Byte(int i) const { return bytes[std::min(static_cast<std::size_t>(i), bytes.size() - 1)]; }
     int Sample(int i) const {
         i = std::min(i, static_cast<int>(bytes.size() / 2) - 1);
-        return (Byte(2 * i) | Byte(2 * i + 1) << 8) >> (colorSpace % 3 == 2   ? 2
-                                                        : colorSpace % 3 == 0 ? 6
-                                                                              : 8);
+        constexpr int kUnused[] = {6, 8, 2};  // low bits of 14, of 16 and of 10
+        return (Byte(2 * i) | Byte(2 * i + 1) << 8) >> kUnused[colorSpace % 3];
     }
 
     Pixel Interleaved422(int x, int y, int luma, int chroma) const {
@@ -51,7 +49,7 @@ struct Frame {
             return {Sample(2 * wh + i), Sample(i), Sample(wh + i)};  // G, B, R in the file
 
         const bool is420 =
-            colorSpace == YV12 || colorSpace == IYUV || (colorSpace >= P010 && colorSpace <= P016);
+            colorSpace == YV12 || colorSpace == IYUV || (colorSpace >= P010 && colorSpace < P210);
         const bool is422 = colorSpace == YV16 || (colorSpace >= P210 && colorSpace <= P216);
         const int plane = is420 ? wh / 4 : is422 ? wh / 2 : wh;
         const int at = wh + (is420 ? y / 2 * (w / 2) + x / 2 : is422 ? y * (w / 2) + x / 2 : i);
@@ -76,8 +74,8 @@ TEST(Convert, EveryLayoutToPlanesAtAwkwardSizes) {
                     for (int x = 0; x < target.Width() - 2 * target.Border(); ++x) {
                         Pixel wanted = frame.At(std::min(x, width - 1), std::min(y, height - 1));
                         for (int& sample : wanted) sample &= 255;
-                        misses +=
-                            wanted != Pixel{target.Row(0, y)[x], target.Row(1, y)[x], target.Row(2, y)[x]};
+                        const auto at = [&](int plane) { return target.Row(plane, y)[x]; };
+                        misses += wanted != Pixel{at(0), at(1), at(2)};
                     }
                 }
                 EXPECT_EQ(0, misses) << colorSpace << ": " << width << "x" << height << " border " << border;
@@ -86,16 +84,13 @@ TEST(Convert, EveryLayoutToPlanesAtAwkwardSizes) {
     }
 }
 
-// Packed frames by hand; chroma of formula sums by a Python program that rounds to single precision at each
-// step.
+// Packed frames by hand; chroma of formula sums by a Python program that rounds each step to single precision.
 TEST(Convert, WorkedFrames) {
-    const struct {
-        const char* what;
-        int source, width, height;
-        Bytes frame;
-        int target;
-        Bytes expected;
-    } kCases[] = {
+    // The last block of an odd side covers the pixel before the last too, with its own chroma.
+    const Bytes odd420 = {20, 60, 100, 140, 180, 220, 30, 70, 110, 90, 200, 160};
+    const Bytes oddRgb = {0,   16,  56,  206, 13, 96, 246, 53, 136, 0,   0,  0,   255, 93, 176, 245, 149, 216,
+                          255, 189, 255, 0,   0,  0,  176, 0,  66,  135, 39, 106, 175, 79, 146, 0,   0,   0};
+    const std::tuple<const char*, int, int, int, Bytes, int, Bytes> kCases[] = {
         {"white", RGB24, 1, 1, {255, 255, 255, 0}, YUV, {255, 128, 128}},
         {"black, a row's end is no pixel", RGB24, 1, 1, {0, 0, 0, 99}, YUV, {0, 128, 128}},
         {"red is limited above in V", RGB24, 1, 1, {0, 0, 255, 0}, YUV, {76, 91, 255}},
@@ -106,35 +101,15 @@ TEST(Convert, WorkedFrames) {
         {"greenish, not grey", Y, 1, 1, {60}, YUV, {60, 0, 0}},
         {"and so in RGB", YUV, 1, 1, {60, 0, 0}, RGB24, {0, 185, 0, 0}},
         {"85 by a rounding of the order of sums", YUV, 1, 1, {14, 1, 93}, RGB24, {0, 85, 0, 0}},
-        {"chroma of a pair in RGB",
-         YUY2,
-         2,
-         1,
-         {100, 90, 150, 200},
-         RGB24,
-         {23, 73, 182, 73, 123, 232, 0, 0}},
-        // In 4:2:0 the last block of an odd side covers the pixel before the last too, with its own chroma.
-        {"odd sides of 4:2:0",
-         IYUV,
-         3,
-         3,
-         {20, 60, 100, 140, 180, 220, 30, 70, 110, 90, 200, 160},
-         RGB24,
-         {0,   16,  56,  206, 13, 96, 246, 53, 136, 0,   0,  0,   255, 93, 176, 245, 149, 216,
-          255, 189, 255, 0,   0,  0,  176, 0,  66,  135, 39, 106, 175, 79, 146, 0,   0,   0}},
+        {"a pair in RGB", YUY2, 2, 1, {100, 90, 150, 200}, RGB24, {23, 73, 182, 73, 123, 232, 0, 0}},
+        {"odd sides of 4:2:0", IYUV, 3, 3, odd420, RGB24, oddRgb},
         {"dropped", RGB32, 2, 1, {1, 2, 3, 4, 5, 6, 7, 8}, RGB24, {1, 2, 3, 5, 6, 7, 0, 0}},
         {"and added", RGB24, 2, 1, {1, 2, 3, 5, 6, 7, 9, 9}, RGB32, {1, 2, 3, 0, 5, 6, 7, 0}},
         {"planes R, G, B", RGB24, 2, 1, {1, 2, 3, 5, 6, 7, 9, 9}, RGBP, {3, 7, 2, 6, 1, 5}},
         {"and back", RGBP, 2, 1, {3, 7, 2, 6, 1, 5}, RGB24, {1, 2, 3, 5, 6, 7, 0, 0}},
         {"differences modulo 256", RGB24, 1, 1, {10, 200, 30, 0}, GDIF, {200, 86, 66}},
         {"and sums", GDIF, 1, 1, {200, 86, 66}, RGB24, {10, 200, 30, 0}},
-        {"10 bit white, black",
-         P410,
-         2,
-         1,
-         {255, 3, 3, 0, 0, 2, 4, 0, 0, 1, 252, 3},
-         YUV,
-         {255, 0, 128, 1, 64, 255}},
+        {"10 bits", P410, 2, 1, {255, 3, 3, 0, 0, 2, 4, 0, 0, 1, 252, 3}, YUV, {255, 0, 128, 1, 64, 255}},
         {"14 bit G, B, R", P414_RGB, 1, 1, {64, 0, 128, 63, 255, 63}, RGBP, {255, 1, 254}},
         {"formula B", YUV, 1, 1, {100, 200, 50}, RGB32, {246, 117, 11, 0, 0, 0, 0, 0}},
         {"grey", Y, 1, 1, {60}, RGB32, {60, 60, 60, 0, 0, 0, 0, 0}},
@@ -148,11 +123,11 @@ TEST(Convert, WorkedFrames) {
         {"shares of red and green", RGB24, 1, 1, {50, 100, 200, 0}, YRGN, {124, 145, 72}},
         {"of white", RGB24, 1, 1, {255, 255, 255, 0}, YRGN, {255, 84, 84}},
     };
-    for (const auto& c : kCases) {
+    for (const auto& [what, from, width, height, frame, to, expected] : kCases) {
         rkVideoImage source, target;
-        Load(source, c.width, c.height, c.source, c.frame);
-        EXPECT_TRUE(target.Convert(source, c.target, 0, false)) << c.what;
-        EXPECT_EQ(c.expected, Packed(target)) << c.what;
+        Load(source, width, height, from, frame);
+        EXPECT_TRUE(target.Convert(source, to, 0, false)) << what;
+        EXPECT_EQ(expected, Packed(target)) << what;
     }
 }
 
@@ -189,6 +164,54 @@ TEST(Convert, EveryTagBecomesItselfAndNoneThatIsNone) {
         const rkVideoImage empty;
         EXPECT_FALSE(target.Convert(target, from, 0, false) || target.Convert(empty, from, 0, false));
         EXPECT_EQ(from, target.ColorSpace()) << "a refusal changes nothing";
+    }
+}
+
+using Bgr = std::array<int, 3>;
+
+// Expected values from a few lines of Python on its doubles.
+TEST(Display, Matrices) {
+    const std::tuple<int, std::uint8_t, std::uint8_t, std::uint8_t, Bgr> kCases[] = {
+        {0, 16, 128, 128, {0, 0, 0}},        {0, 235, 128, 128, {254, 254, 254}},  // 254.916 is cut
+        {0, 255, 128, 128, {255, 255, 255}}, {0, 100, 200, 50, {243, 133, 0}},
+        {0, 60, 0, 0, {0, 205, 0}},          {0, 81, 90, 240, {0, 0, 254}},
+        {1, 16, 128, 128, {16, 16, 16}},     {1, 100, 200, 50, {246, 116, 11}},
+        {1, 60, 0, 0, {0, 184, 0}},          {1, 81, 90, 240, {3, 30, 208}},
+    };
+    // Two rows of two pixels, rows of planes 3 apart, of pixels 8; all but the last pixel are black.
+    for (const auto& [matrix, y, u, v, bgr] : kCases) {
+        SCOPED_TRACE(testing::Message() << matrix << ": " << testing::PrintToString(bgr));
+        const Bytes planes = {0, 0, 9, 0, y, 9, 128, 128, 9, 128, u, 9, 128, 128, 9, 128, v, 9};
+        Bytes picture(16, 77);
+        rkYuvPlanesToRgb24(planes.data(), picture.data(), 2, 2, 3, 8, matrix);
+        EXPECT_EQ(bgr, (Bgr{picture[11], picture[12], picture[13]}));
+        EXPECT_EQ((Bgr{0, 0, 0}), (Bgr{picture[8], picture[9], picture[10]}));
+        EXPECT_EQ(77, picture[6]);
+        EXPECT_EQ(77, picture[15]);
+    }
+}
+
+// Red above, blue below; the first row of the result is the picture's last one. In the full-range matrix red
+// is 76, 84, 255 and blue 29, 255, 107, within rounding.
+TEST(DisplayPicture, StandsUprightInEveryLayout) {
+    const std::pair<int, Bytes> kCases[] = {
+        {RGB24, {255, 0, 0, 0, 0, 0, 255, 0}},
+        {YUV, {76, 29, 84, 255, 255, 107}},
+        {P410_RGB, {0, 0, 0, 0, 0, 0, 0xFF, 3, 0xFF, 3, 0, 0}},
+        {P416, {0, 76, 0, 29, 0, 84, 0, 255, 0, 255, 0, 107}},
+    };
+    rkVideoImage frame, scratch, picture;
+    EXPECT_FALSE(MakeDisplayPicture(frame, 1, scratch, picture));
+    for (const auto& [colorSpace, bytes] : kCases) {
+        SCOPED_TRACE(colorSpace);
+        Load(frame, 1, 2, colorSpace, bytes);
+        ASSERT_TRUE(MakeDisplayPicture(frame, 1, scratch, picture));
+        ASSERT_EQ(RGB24, picture.ColorSpace());
+        const std::uint8_t *lower = picture.Row(0, 0), *upper = picture.Row(0, 1);
+        EXPECT_GT(lower[0], 245);
+        EXPECT_LT(lower[2], 20);
+        EXPECT_GT(upper[2], 200);
+        EXPECT_LT(upper[0], 20);
     }
 }
 

@@ -9,8 +9,7 @@
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// A packed frame of noise, the same for the same arguments, in a block of exactly its size, so that the
-/// address sanitizer sees a byte too much.
+/// A packed frame of noise, always the same, in a block of exactly its size for the address sanitizer to watch.
 inline Bytes RandomFrame(int colorSpace, int width, int height) {
     std::mt19937 random(static_cast<unsigned>(colorSpace * 10000 + width * 100 + height));
     Bytes frame(static_cast<std::size_t>(PackedFrameBytes(colorSpace, width, height)));

@@ -77,14 +77,13 @@ TEST(CompressorDialog, SliderIsForLossyOnesAndADoubleClickChooses) {
     EXPECT_EQ(ListCompressors()[1].handler, choice.fccHandler);
 }
 
-// The whole way from the dialog of output settings: the choice stays when that is cancelled, and is shown
-// again.
+// The whole way from the dialog of output settings: the choice outlives its cancellation and is shown again.
 TEST(CompressorDialog, ChoiceTakesEffectAtOnce) {
     InstallCompressorChooser();
     MeasurementJob job;
     job.visualization.save = true;
     rkCompressorSettings& chosen = job.visualization.compressor;
-    const auto choose = [&job](const std::string& current, const User::Act& act, const std::string& after) {
+    const auto choose = [&job](const std::string& current, auto act, const std::string& after) {
         OutputDialog dialog(nullptr, job);
         dialog.show();
         Find<QLabel>(dialog, "Current: " + current);
@@ -99,7 +98,6 @@ TEST(CompressorDialog, ChoiceTakesEffectAtOnce) {
         Select(window, "MJPG");
         window.findChild<QSlider*>()->setValue(60);
         Click(window, "OK");
-        return true;
     };
     choose("Uncompressed RGB", take, motion);
     EXPECT_EQ(kMotionJpeg, chosen.fccHandler);
@@ -109,7 +107,7 @@ TEST(CompressorDialog, ChoiceTakesEffectAtOnce) {
         EXPECT_EQ("MJPG", window.findChild<QTreeWidget*>()->currentItem()->text(1).toStdString());
         EXPECT_EQ(60, window.findChild<QSlider*>()->value());
         Select(window, "HFYU");
-        return window.close();
+        window.close();
     };
     choose(motion, look, motion);
     EXPECT_EQ(before, chosen);

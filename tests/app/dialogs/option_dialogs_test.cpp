@@ -1,94 +1,18 @@
-#include "app/dialogs/bad_frames_dialog.h"
-#include "app/dialogs/compressor_dialog.h"
-#include "app/dialogs/matrix_dialog.h"
-#include "app/dialogs/metric_dialog.h"
-#include "app/dialogs/more_options_dialog.h"
-#include "app/dialogs/output_dialog.h"
-#include "app/dialogs/script_dialog.h"
 #include "app/dialogs/wrapped_check_box.h"
-#include "app/dialogs/yuv_dialog.h"
-#include "app/rules/metric_choice.h"
-#include "app/rules/shell_state.h"
-#include "platform/qt/help.h"
 #include "platform/qt/path_field.h"
 #include "platform/qt/wide_text.h"
+#include "tests/app/dialogs/each_dialog.h"
 #include "tests/platform/qt/opened_files.h"
 #include "tests/platform/qt/user.h"
 #include "video/avisynth/script_filter.h"
 #include "video/color_space.h"
 
-#include <memory>
 #include <set>
 #include <sstream>
 
 namespace {
 
-constexpr Capabilities kEverything = {true, true, true, true, true};
-
-/// What the dialogs edit. Their controls are on or off.
-struct Records {
-    MeasurementJob job;
-    ShellState state;
-    FileRecord file;
-    COMPVARS compressor;
-
-    explicit Records(bool areOn = true) {
-        job.csv.save = job.visualization.save = job.badFrames.save = state.playWav = areOn;
-        job.csv.nameGeneration = NameCustom;
-        job.metricSettings = {L"first", L"second"};
-        job.selection = {{1, 0, L"second"}};
-        file.name = file.sourceName = L"/data/a<b>&c.yuv";
-        file.width = 352;
-        file.height = 288;
-    }
-};
-
-template <class Dialog, class... Arguments>
-std::unique_ptr<QDialog> Make(Arguments&&... arguments) {
-    return std::make_unique<Dialog>(nullptr, std::forward<Arguments>(arguments)...);
-}
-
-// One of each.
-constexpr auto kYuv = [](Records& r) { return Make<YuvDialog>(r.file, kEverything); };
-constexpr auto kScript = [](Records& r) { return Make<ScriptDialog>(r.file, kEverything); };
-constexpr auto kMatrix = [](Records& r) { return Make<MatrixDialog>(r.job); };
-constexpr auto kOutput = [](Records& r) { return Make<OutputDialog>(r.job); };
-constexpr auto kBadFrames = [](Records& r) { return Make<BadFramesDialog>(r.job); };
-constexpr auto kMoreOptions = [](Records& r) { return Make<MoreOptionsDialog>(r.state); };
-constexpr auto kMetric = [](Records& r) { return Make<MetricDialog>(r.job); };
-constexpr auto kCompressor = [](Records& r) {
-    return Make<CompressorDialog>(r.compressor, QStringLiteral("Choose compressor:"));
-};
-
-void Open(QDialog& dialog) {
-    dialog.show();
-    dialog.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-}
-
-struct Case {
-    const char* title;
-    std::unique_ptr<QDialog> (*make)(Records&);
-    const char* mnemonics;  // sorted
-    const char* firstFocus;
-    const wchar_t* helpPage;
-};
-
-const Case kCases[] = {
-    {"Tolvane - YUV File settings", kYuv, "ACHIW", "Width:", kHelpFiles},
-    {"Tolvane - AVISynth parameters", kScript, "DEFHP", "Choose prefered AVISynth filter:", kHelpScripts},
-    {"Tolvane - Advanced file settings", kMatrix, "6HP", "REC.601", kHelpMatrix},
-    {"Tolvane - Advanced CSV and visualization settings", kOutput, "BCDFGMNOPRTUVW", "Output dir, CSV files",
-     kHelpOutput},
-    {"Tolvane - \"Bad frames\" settings", kBadFrames, "BDFNORST",
-     "With maximum difference between original and processed", kHelpOutput},
-    {"Tolvane - More options", kMoreOptions, "BPW", "Play WAV file, when finished", kHelpOutput},
-    {"Tolvane - Metric configuration", kMetric, "M", "Metric configuration line:", kHelpMetrics},
-    {"Choose compressor:", kCompressor, "Q", "Compressors", kHelpOutput},
-};
-
-/// What a screen reader says of a control. Qt gives what is selected as the name of a list, whose own name
-/// comes by its label.
+/// What a screen reader says of a control. Qt names a list by what is selected; its own name is its label's.
 std::string AccessibleName(QWidget& widget) {
     const QAccessibleInterface& accessible = *QAccessible::queryAccessibleInterface(&widget);
     if (!qobject_cast<QComboBox*>(&widget)) return accessible.text(QAccessible::Name).toStdString();
@@ -108,18 +32,18 @@ std::vector<QWidget*> TabStops(QDialog& dialog) {
 }
 
 /// Opens each dialog, to be looked at.
-void InEach(const std::function<void(QDialog&, const Case&)>& look, bool areOn = true) {
-    for (const Case& c : kCases) {
+void InEach(const std::function<void(QDialog&, const EachDialog&)>& look, bool areOn = true) {
+    for (const EachDialog& c : kDialogs) {
         SCOPED_TRACE(c.title);
         Records records(areOn);
         const auto dialog = c.make(records);
-        Open(*dialog);
+        Activate(*dialog);
         look(*dialog, c);
     }
 }
 
 TEST(OptionDialogs, NamesMnemonicsAndOrderOfFocus) {
-    InEach([](QDialog& dialog, const Case& c) {
+    InEach([](QDialog& dialog, const EachDialog& c) {
         EXPECT_EQ(c.title, dialog.windowTitle().toStdString());
         EXPECT_EQ(c.mnemonics, Mnemonics(dialog));
         ASSERT_NE(nullptr, dialog.focusWidget());
@@ -140,11 +64,10 @@ TEST(OptionDialogs, NamesMnemonicsAndOrderOfFocus) {
 
 // The pages are the real ones, which stand beside every program of the build.
 TEST(OptionDialogs, F1AndTheButtonOpenThePage) {
-    InEach([](QDialog& dialog, const Case& c) {
+    InEach([](QDialog& dialog, const EachDialog& c) {
         OpenedFiles opened;
         QTest::keyClick(dialog.focusWidget(), Qt::Key_F1);
-        const bool hasButton =
-            c.helpPage == std::wstring(kHelpScripts) || c.helpPage == std::wstring(kHelpMatrix);
+        const bool hasButton = c.make == kScript || c.make == kMatrix;
         if (hasButton) Click(dialog, "Help");
         ASSERT_EQ(hasButton ? 2 : 1, opened.urls.size());
         EXPECT_EQ(ToQString(c.helpPage), opened.urls.front().fileName());
@@ -156,7 +79,7 @@ TEST(OptionDialogs, F1AndTheButtonOpenThePage) {
 TEST(OptionDialogs, WhatIsOffSaysWhy) {
     int count = 0;
     InEach(
-        [&count](QDialog& dialog, const Case&) {
+        [&count](QDialog& dialog, const EachDialog&) {
             for (QWidget* stop : TabStops(dialog)) {
                 EXPECT_EQ(stop->isEnabled(), stop->toolTip().isEmpty()) << AccessibleName(*stop);
                 count += !stop->isEnabled();
@@ -174,7 +97,7 @@ TEST(OptionDialogs, LargeTextFits) {
         QFont font = usual;
         font.setPointSize(points);
         QApplication::setFont(font);
-        InEach([](QDialog& dialog, const Case&) {
+        InEach([](QDialog& dialog, const EachDialog&) {
             EXPECT_LE(dialog.width(), 1024);
             EXPECT_LE(dialog.height(), 768 - 40);
             for (QWidget* widget : dialog.findChildren<QWidget*>()) {
@@ -195,7 +118,7 @@ TEST(OptionDialogs, LargeTextFits) {
 TEST(OptionDialogs, EscapeIsCancelAndEnterIsOk) {
     for (const auto& [key, result] :
          {std::pair(Qt::Key_Escape, QDialog::Rejected), {Qt::Key_Return, QDialog::Accepted}}) {
-        InEach([key = key, result = result](QDialog& dialog, const Case&) {
+        InEach([key = key, result = result](QDialog& dialog, const EachDialog&) {
             QTest::keyClick(dialog.focusWidget(), key);
             EXPECT_FALSE(dialog.isVisible());
             EXPECT_EQ(result, dialog.result());
@@ -378,7 +301,7 @@ TEST(OptionDialogs, StoreOnOkOnly) {
          },
          L"first|second|second|", Joined(L"first", line, line)},
     };
-    for (const auto& c : kCases) {
+    for (const auto& [make, edit, values, before, after] : kCases) {
         Records records;
         records.state.playWav = false;
         records.file.yuvType = P016;
@@ -386,13 +309,13 @@ TEST(OptionDialogs, StoreOnOkOnly) {
         records.job.badFrames.count = 0;
         records.job.badFrames.radius = 305;
         for (const char* button : {"Cancel", "OK"}) {
-            const auto dialog = c.make(records);
+            const auto dialog = make(records);
             SCOPED_TRACE(dialog->windowTitle().toStdString());
-            c.edit(*dialog);
-            EXPECT_EQ(c.before, c.values(records));
+            edit(*dialog);
+            EXPECT_EQ(before, values(records));
             Click(*dialog, button);
         }
-        EXPECT_EQ(c.after, c.values(records));
+        EXPECT_EQ(after, values(records));
     }
 }
 
@@ -410,7 +333,7 @@ TEST(YuvDialog, RefusesASizeOfNothingAndStays) {
             const auto& box = dynamic_cast<QMessageBox&>(window);
             EXPECT_EQ(QMessageBox::Warning, box.icon());
             EXPECT_EQ("Specify nonzero width and height for YUV file!", box.text().toStdString());
-            return window.close();
+            window.close();
         });
         Click(dialog, "OK");
         EXPECT_TRUE(dialog.isVisible());

@@ -60,8 +60,7 @@ struct Window {
     PreviewDialog dialog;
 };
 
-// Also where the pixels of the screen aren't those of windows: this one is run with other device ratios as
-// well.
+// This one is also run with device ratios at which the pixels of the screen aren't those of windows.
 TEST(Preview, FullSizeIsPixelForPixel) {
     Window window(353, 289, 1);
     EXPECT_EQ("100", window.Scale());
@@ -69,8 +68,7 @@ TEST(Preview, FullSizeIsPixelForPixel) {
     EXPECT_EQ(QSize(353, 289), rect.size());
     const QImage painted = window.Picture().grab().toImage();
     for (const QPoint at : {QPoint(0, 0), QPoint(352, 0), QPoint(10, 200), QPoint(352, 288)})
-        EXPECT_EQ(qRgb(0, at.y() & 255, 4 * at.x() & 255), painted.pixel(rect.topLeft() + at))
-            << at.x() << ", " << at.y();
+        EXPECT_EQ(qRgb(0, at.y() & 255, 4 * at.x() & 255), painted.pixel(rect.topLeft() + at)) << at.x();
 }
 
 TEST(Preview, GoesThroughTheFrames) {
@@ -206,10 +204,7 @@ TEST(Preview, ClosingClosesTheVideo) {
         User user;
         user.In("Tolvane - Preview", [&](QWidget& window) {
             EXPECT_EQ(0, stage->closed);
-            window.activateWindow();
-            if (!window.isActiveWindow()) return false;
-            QTest::keyClick(&window, key.key(), key.keyboardModifiers());
-            return true;
+            Press(window, key);
         });
         ShowPreview(nullptr, std::make_unique<TestVideo>(64, 48, 2, stage), 0);
         EXPECT_TRUE(LooseThreadsEnd(std::chrono::seconds(20))) << "the one that reads";

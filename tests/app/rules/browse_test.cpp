@@ -142,8 +142,7 @@ TEST(Drop, RowsAndCounts) {
         state.job.maskSlot.useMask = c.useMask;
         std::vector<std::wstring> files = {L"1", L"2", L"3"};
         files.resize(c.files);
-        const auto target =
-            c.target == kWindow ? std::nullopt : std::optional(static_cast<FileRow>(c.target));
+        const auto target = c.target == kWindow ? std::nullopt : std::optional(FileRow(c.target));
         std::wstring routed;
         for (const RoutedFile& file : RouteDrop(files, target, state.job))
             routed += std::to_wstring(file.row) + L"<" + file.path + L" ";

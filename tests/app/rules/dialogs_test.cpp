@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(ScriptForm, FiltersByKindOfFile) {
+TEST(ScriptForm, FiltersByKindOfFileAndTheRecordsIfItIsThere) {
     // By filter value: + recommended, - not recommended, ! can cause crash, . no word.
     constexpr std::pair<const wchar_t*, const wchar_t*> kCases[] = {
         {L"a.avi", L"+++!...-"}, {L"a.mov", L"---!..+-"}, {L"a.mkv", L"---!++.-"}, {L"a.rgb", L"---!---+"}};
@@ -27,10 +27,7 @@ TEST(ScriptForm, FiltersByKindOfFile) {
         for (const auto& filter : filters)
             EXPECT_EQ(filter.label, kNames[filter.value] + words.at(advice[filter.value]));
     }
-}
-
-// The rest is proved by the dialog.
-TEST(ScriptForm, ShowsTheRecordsFilterIfItIsThere) {
+    // The rest is proved by the dialog.
     const FileRecord record = {L"/v/a.mov", L"/v/a.mov", true, false, false, 6, L"quality = 50", 0, 0, 0};
     ScriptForm form = ScriptFormFrom(record, kEverything);
     EXPECT_EQ(form.filter, 5);  // the position of QTSource

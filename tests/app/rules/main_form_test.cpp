@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <set>
 
 #include "app/rules/job_edits.h"
@@ -26,11 +25,7 @@ TEST(MainForm, WhyAControlIsOff) {
     const auto images = [](State& s) { s.job.fileSlots[0].name = L"/v/A.BMP", s.job.badFrames.save = true; };
     const auto empty = [](State& s) { s.job.fileSlots[0].name = L""; };
 
-    const struct {
-        Control control;
-        std::function<void(State&)> edit;
-        const wchar_t* why;
-    } kCases[] = {
+    const std::tuple<Control, std::function<void(State&)>, const wchar_t*> kCases[] = {
         // Before the edit: an original "a.avi" alone, PSNR, every plug-in, all boxes off.
         {Control::OriginalUseAvs, nothing, L""},
         {Control::OriginalUseAvs, noScripts, L"Needs AviSynth"},
@@ -57,10 +52,10 @@ TEST(MainForm, WhyAControlIsOff) {
         {Control::BadFramesAdvanced, images, L"Needs a video file: all files are images"},
         {Control::Process, nothing, L"Needs the original and the processed file"},
     };
-    for (const auto& c : kCases) {
+    for (const auto& [control, edit, why] : kCases) {
         ShellState state = StateWith(L"/v/a.avi");
-        c.edit(state);
-        EXPECT_EQ(MainFormFrom(state).WhyDisabled(c.control), c.why);
+        edit(state);
+        EXPECT_EQ(MainFormFrom(state).WhyDisabled(control), why);
     }
 }
 
@@ -121,11 +116,9 @@ TEST(MetricChoice, SettingsBelongToTheMetric) {
 TEST(JobEdits, WhatFollowsFromAnEdit) {
     ShellState state = StateWith();
     BadFramesSettings& badFrames = state.job.badFrames;
-    for (const auto& [count, saved] : {std::pair(0, 10), {3, 3}}) {
-        badFrames.count = count;
-        SetSaveBadFrames(state.job, true);
-        EXPECT_EQ(badFrames.count, saved);
-    }
+    badFrames.count = 3;
+    SetSaveBadFrames(state.job, true);
+    EXPECT_EQ(badFrames.count, 3);
     for (const auto& [type, compared] :
          {std::pair(BadOriginalProcessed, BadFirstSecond), {BadSecondBetter, BadSecondBetter}}) {
         badFrames.frameType = type;
@@ -135,9 +128,7 @@ TEST(JobEdits, WhatFollowsFromAnEdit) {
     SetComparativeAnalysis(state.job, false);
     EXPECT_EQ(badFrames.frameType, BadOriginalProcessed);
 
-    EditPath(state.job, RowMask, std::wstring(261, L'6'));
-    EXPECT_EQ(state.job.maskSlot.name, std::wstring(260, L'6'));
-    EXPECT_EQ(state.job.maskSlot.sourceName, state.job.maskSlot.name);
+    EditPath(state.job, RowMask, L"a.6");
     EXPECT_TRUE(SetUseAvs(state.job.maskSlot, true));  // raw: its settings are to be asked for
 }
 

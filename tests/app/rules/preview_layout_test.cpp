@@ -51,8 +51,8 @@ TEST(PreviewLayout, EveryPercentageShowsItself) {
         const PreviewLayout layout(video, kMargins);
         for (int percent = kSmallestScale; percent <= kLargestScale; ++percent) {
             const PixelSize window = layout.WindowAt(percent);
-            const PixelRect picture =
-                layout.PictureIn({window.width - kMargins.width, window.height - kMargins.height});
+            const auto [width, height] = kMargins;
+            const PixelRect picture = layout.PictureIn({window.width - width, window.height - height});
             ASSERT_EQ(layout.ShownScale(picture.width), percent) << video.width;
             ASSERT_TRUE(picture.x >= 0 && picture.y >= 0) << "sticks out";
         }

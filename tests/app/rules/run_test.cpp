@@ -85,12 +85,7 @@ TEST(PrepareRun, FilesAndMaskOfTheRun) {
 }
 
 TEST(PrepareRun, RawSettingsAreAskedForOnlyWhereTheyLack) {
-    constexpr struct {
-        const char* what;
-        const wchar_t* path;
-        int width, height, yuvType;
-        bool useAvs, asks;
-    } kCases[] = {
+    constexpr std::tuple<const char*, const wchar_t*, int, int, int, bool, bool> kCases[] = {
         {"complete", L"/a.yuv", 352, 288, IYUV, false, false},
         {"no height", L"/a.yuv", 352, 0, IYUV, false, true},
         {"negative, from settings", L"/a.yuv", -352, -288, IYUV, false, true},
@@ -100,15 +95,14 @@ TEST(PrepareRun, RawSettingsAreAskedForOnlyWhereTheyLack) {
         {"a layout that no script reads", L"/a.yuv", 352, 288, P010, true, true},
         {"not raw", L"/a.avi", 0, 0, 0, false, false},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        const FileRecord record = {c.path, c.path, c.useAvs, false,    false,
-                                   0,      L"",    c.width,  c.height, c.yuvType};
+    for (const auto& [what, path, width, height, yuvType, useAvs, asks] : kCases) {
+        SCOPED_TRACE(what);
+        const FileRecord record = {path, path, useAvs, false, false, 0, L"", width, height, yuvType};
         ShellState state = StateWith(L"", L"/b.avi");
         state.job.fileSlots[0] = record;
         Answers answers;
         EXPECT_TRUE(PrepareRun(state, answers).ready);
-        EXPECT_EQ(!answers.asked.empty(), c.asks);
+        EXPECT_EQ(!answers.asked.empty(), asks);
         EXPECT_EQ(state.job.run.inputFiles[0], state.job.fileSlots[0]);  // with the answers
 
         // Cancelled, for the mask as well, the attempt ends without a word.
@@ -116,7 +110,7 @@ TEST(PrepareRun, RawSettingsAreAskedForOnlyWhereTheyLack) {
         state.job.maskSlot.useMask = true;
         answers.acceptRaw = false;
         const RunStart start = PrepareRun(state, answers);
-        EXPECT_EQ(start.ready, !c.asks);
+        EXPECT_EQ(start.ready, !asks);
         EXPECT_FALSE(start.refusal);
     }
 }
@@ -134,15 +128,6 @@ TEST(PrepareRun, LeftOverRawSizeIsNotUsed) {
 
 TEST(LeaveRun, WhatTheViewerGets) {
     ShellState state = StateWith(L"", L"b", L"c");
-    const std::tuple<int, bool, RunPhase> kCases[] = {{CompletionAll, true, RunPhase::Viewing},
-                                                      {CompletionAll, false, RunPhase::Editing},
-                                                      {CompletionPartial, true, RunPhase::Editing},
-                                                      {CompletionNothing, true, RunPhase::Editing}};
-    for (const auto& [measurement, show, phase] : kCases) {
-        state.showResults = show;
-        LeaveRun(state, {measurement, CompletionAll});
-        EXPECT_EQ(state.phase, phase);
-    }
     using Files = std::map<int, FileRecord>;
     const auto& slots = state.job.fileSlots;
     EXPECT_EQ(ViewerFiles(state.job), (Files{{1, slots[1]}}));

@@ -2,8 +2,7 @@
 
 namespace {
 
-class Drops : public ShellWindow {
-protected:
+struct Drops : ShellWindow {
     /// The place of a row's path, or of the status line for no row.
     QPoint PlaceOf(const std::string& row) {
         const QWidget* at = Find(*window, row.empty() ? "Process" : "Path, " + row);
@@ -34,38 +33,30 @@ protected:
 TEST_F(Drops, GoToTheirRows) {
     const std::string a = directory.Write("a.y4m", "x"), b = directory.Write("b.y4m", "x"),
                       c = directory.Write("c.y4m", "x");
-    const struct {
-        const char* what;
-        std::vector<std::string> files;
-        std::string row;
-        bool comparative;
-        std::vector<std::string> expected;  // original, processed, second; empty: refused
-    } cases[] = {
-        {"two over a row", {a, b}, "processed file", false, {a, b, ""}},
-        {"three with comparative analysis", {a, b, c}, "", true, {a, b, c}},
-        {"one on a row that isn't open", {a}, "second processed file", false, {}},
-        {"a directory", {directory.Root().native()}, "", false, {}},
-        {"nothing of this machine", {}, "", false, {}},
-    };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.what);
+    // Files, over which row, comparative analysis, measuring; paths of the three rows, or none: it is refused.
+    const std::tuple<const char*, std::vector<std::string>, std::string, bool, bool, std::vector<std::string>>
+        cases[] = {
+            {"two over a row", {a, b}, "processed file", false, false, {a, b, ""}},
+            {"three with comparative analysis", {a, b, c}, "", true, false, {a, b, c}},
+            {"one on a row that isn't open", {a}, "second processed file", false, false, {}},
+            {"a directory", {directory.Root().native()}, "", false, false, {}},
+            {"nothing of this machine", {}, "", false, false, {}},
+            {"during a run", {a}, "", false, true, {}},
+        };
+    for (const auto& [what, files, row, comparative, isMeasuring, expected] : cases) {
+        SCOPED_TRACE(what);
         state = QuietState(directory);
-        state.job.comparativeAnalysis = test.comparative;
+        state.job.comparativeAnalysis = comparative;
         Open();
-        EXPECT_EQ(!test.expected.empty(), Drop(test.files, test.row));
+        if (isMeasuring) state.phase = RunPhase::Measuring;
+        EXPECT_EQ(!expected.empty(), Drop(files, row));
         EXPECT_EQ("", PathIn("original file"));  // taken only when the drop has returned
         QApplication::processEvents();
+        state.phase = RunPhase::Editing;
         const std::vector<std::string> rows = {PathIn("original file"), PathIn("processed file"),
                                                PathIn("second processed file")};
-        EXPECT_EQ(test.expected.empty() ? std::vector<std::string>(3) : test.expected, rows);
+        EXPECT_EQ(expected.empty() ? std::vector<std::string>(3) : expected, rows);
     }
-}
-
-TEST_F(Drops, AreRefusedDuringARun) {
-    Open();
-    state.phase = RunPhase::Measuring;
-    EXPECT_FALSE(Drop({directory.Write("a.y4m", "x")}, ""));
-    state.phase = RunPhase::Editing;
 }
 
 }  // namespace

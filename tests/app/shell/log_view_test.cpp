@@ -3,8 +3,7 @@
 
 namespace {
 
-class LogViewTest : public testing::Test {
-protected:
+struct LogViewTest : testing::Test {
     LogViewTest() {
         view.resize(300, 150);
         view.show();

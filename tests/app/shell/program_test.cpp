@@ -3,13 +3,10 @@
 
 #include <signal.h>
 
-#include <filesystem>
-
 namespace {
 
 /// The program as a user starts it, with a home of its own.
-class Program : public testing::Test {
-protected:
+struct Program : testing::Test {
     void Start(const QStringList& arguments = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), QString::fromStdString(home.Root().native()));

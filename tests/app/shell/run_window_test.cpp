@@ -11,13 +11,6 @@ namespace {
 
 const std::string kProgress = "Tolvane - Progress";
 
-std::string BmpOf(unsigned char gray) {
-    std::string bmp = {'B', 'M', 102, 0, 0, 0, 0, 0, 0, 0, 54, 0, 0, 0,  40,
-                       0,   0,   0,   4, 0, 0, 0, 4, 0, 0, 0,  1, 0, 24, 0};
-    bmp.resize(54, '\0');
-    return bmp + std::string(48, static_cast<char>(gray));
-}
-
 std::string LogOf(QWidget& progress) {
     return progress.findChild<LogView*>()->Lines().join(u'\n').toStdString();
 }
@@ -42,8 +35,7 @@ void ExpectExactValues(QWidget& viewer) {
     EXPECT_EQ(frame - 1, Find<QSlider>(viewer, "Video slide").maximum());
 }
 
-class RunWindow : public ShellWindow {
-protected:
+struct RunWindow : ShellWindow {
     /// Begins a run and returns when it is left.
     void Process() { Click(*window, "Process"); }
 
@@ -90,7 +82,6 @@ TEST_F(RunWindow, FromChoosingFilesToTheFinishedRecord) {
         ExpectExactValues(viewer);
         EXPECT_TRUE(Find(viewer, "Next bad frame")->isEnabled());
         viewer.close();
-        return true;
     });
     Process();
     EXPECT_TRUE(wasViewed);
@@ -107,7 +98,7 @@ TEST_F(RunWindow, FromChoosingFilesToTheFinishedRecord) {
     }
 }
 
-TEST_F(RunWindow, LocksControlsShowsItsPaceAndGoesOnAfterNo) {
+TEST_F(RunWindow, LocksControlsShowsItsPaceAndEndsByAYesAlone) {
     ChooseLongVideo();
     state.showResults = true;  // but what was interrupted isn't shown
     MainWindow& main = Open();
@@ -128,11 +119,19 @@ TEST_F(RunWindow, LocksControlsShowsItsPaceAndGoesOnAfterNo) {
                 const QString all = texts.join(u'|');
                 const QRegularExpression pace(
                     QStringLiteral("^Frame \\d+ of 1000000\\|[\\d.]+ frames/s\\|.* left$"));
-                if (!all.endsWith(QStringLiteral(" left"))) return false;
+                if (!all.endsWith(QStringLiteral(" left")) || !progress.findChild<LogView*>()->hasFocus())
+                    return false;
                 EXPECT_TRUE(pace.match(all).hasMatch()) << all.toStdString();
                 EXPECT_EQ(RunPhase::Measuring, state.phase);
                 ExpectAsTheFormTells();
                 EXPECT_EQ("Sto&p", Find<QPushButton>(main, "Stop").text().toStdString());
+                EXPECT_FALSE(progress.windowFlags() & Qt::WindowCloseButtonHint);
+                for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space})
+                    QTest::keyClick(QApplication::focusWidget(), key);
+                progress.close();
+                main.close();
+                EXPECT_TRUE(progress.isVisible() && main.isVisible());
+                EXPECT_FALSE(main.HasEnded());
                 Click(progress, "Stop");
                 return true;
             })
@@ -145,7 +144,6 @@ TEST_F(RunWindow, LocksControlsShowsItsPaceAndGoesOnAfterNo) {
                 QTest::qWait(200);
                 EXPECT_EQ(atQuestion, PositionOf(progress)) << "the run waits";
                 QTest::keyClick(&box, Qt::Key_Escape);  // means No
-                return true;
             })
         .In(kProgress,
             [&](QWidget& progress) {
@@ -158,33 +156,6 @@ TEST_F(RunWindow, LocksControlsShowsItsPaceAndGoesOnAfterNo) {
     LeaveAfter(user, [](QWidget& progress) {
         EXPECT_FALSE(Find(progress, "Stop")->isEnabled());
         EXPECT_NE(std::string::npos, LogOf(progress).find("Measurement interrupted"));
-    });
-    Process();
-    EXPECT_EQ(RunPhase::Editing, state.phase);
-    EXPECT_EQ(before, areEnabled());
-    EXPECT_EQ(Find(main, "Y-YUV"), main.focusWidget());
-    EXPECT_EQ("&Process", Find<QPushButton>(main, "Process").text().toStdString());
-}
-
-TEST_F(RunWindow, KeysAndTheCloseBoxDontEndIt) {
-    ChooseLongVideo();
-    MainWindow& main = Open();
-    User user;
-    user.In(kProgress,
-            [&](QWidget& progress) {
-                if (PositionOf(progress) == 0 || !progress.findChild<LogView*>()->hasFocus()) return false;
-                EXPECT_FALSE(progress.windowFlags() & Qt::WindowCloseButtonHint);
-                for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space})
-                    QTest::keyClick(QApplication::focusWidget(), key);
-                progress.close();
-                main.close();
-                EXPECT_TRUE(progress.isVisible() && main.isVisible());
-                EXPECT_FALSE(main.HasEnded());
-                Click(progress, "Stop");
-                return true;
-            })
-        .Press("Tolvane: Warning", "Yes");
-    LeaveAfter(user, [](QWidget& progress) {
         progress.close();
         QTest::keyClick(&progress, Qt::Key_Escape);
         EXPECT_TRUE(progress.isVisible());
@@ -192,6 +163,10 @@ TEST_F(RunWindow, KeysAndTheCloseBoxDontEndIt) {
         EXPECT_FALSE(progress.isVisible());
     });
     Process();
+    EXPECT_EQ(RunPhase::Editing, state.phase);
+    EXPECT_EQ(before, areEnabled());
+    EXPECT_EQ(Find(main, "Y-YUV"), main.focusWidget());
+    EXPECT_EQ("&Process", Find<QPushButton>(main, "Process").text().toStdString());
     canSave = false;  // the settings are lost, but it ends
     EXPECT_TRUE(main.close());
     EXPECT_TRUE(main.HasEnded());
@@ -201,8 +176,12 @@ TEST_F(RunWindow, AutocloseIsReadAtTheEndAndLeavesTheLogOfImagesForTwoSeconds) {
     for (const auto& [isTickedBefore, ofImages] : {std::pair(true, false), {false, false}, {true, true}}) {
         ChooseSamples();
         if (ofImages) {
-            SetPath(state.job.fileSlots[RowOriginal], FromUtf8(directory.Write("a.bmp", BmpOf(10))));
-            SetPath(state.job.fileSlots[RowProcessed], FromUtf8(directory.Write("b.bmp", BmpOf(20))));
+            for (const auto& [row, name] : {std::pair(RowOriginal, "a.bmp"), {RowProcessed, "b.bmp"}}) {
+                QImage image(4, 4, QImage::Format_RGB888);
+                image.fill(row == RowOriginal ? Qt::red : Qt::blue);
+                ASSERT_TRUE(image.save(QString::fromStdString(directory.Path(name))));
+                SetPath(SlotOf(state.job, row), FromUtf8(directory.Path(name)));
+            }
         }
         state.job.autoCloseProgress = isTickedBefore;
         Open();
@@ -213,7 +192,6 @@ TEST_F(RunWindow, AutocloseIsReadAtTheEndAndLeavesTheLogOfImagesForTwoSeconds) {
                 Click(progress, "autoclose");
                 // The run may have been faster than the tick, which then comes too late for it.
                 if (Find(progress, "Continue")->isEnabled()) Click(progress, "Continue");
-                return true;
             });
         }
         QElapsedTimer time;
@@ -229,6 +207,7 @@ TEST_F(RunWindow, AutocloseIsReadAtTheEndAndLeavesTheLogOfImagesForTwoSeconds) {
 TEST_F(RunWindow, ARunThatOpensNoFileSaysWhy) {
     SetPath(state.job.fileSlots[RowOriginal], L"/nowhere/a.mkv");
     SetPath(state.job.fileSlots[RowProcessed], L"/nowhere/b<b>&.y4m");
+    state.showResults = true;  // there are none
     canSave = false;
     Open();
     std::string log;
@@ -238,6 +217,7 @@ TEST_F(RunWindow, ARunThatOpensNoFileSaysWhy) {
     for (const char* said :
          {"/nowhere/b<b>&.y4m", "needs \"Open with AVISynth\" in its row", "The settings can't be saved"})
         EXPECT_NE(std::string::npos, log.find(said)) << said << " in " << log;
+    EXPECT_EQ(RunPhase::Editing, state.phase);
     EXPECT_TRUE(log.ends_with("No files were opened, can not perform measurement.")) << log;
 }
 
@@ -248,10 +228,7 @@ TEST_F(RunWindow, EndsWithTheProgramFromAnyOfItsWindows) {
         MainWindow& main = Open();
         User user;
         if (isAsked) user.Press(kProgress, "Stop");
-        user.In(isAsked ? "Tolvane: Warning" : kProgress, [&](QWidget&) {
-            main.EndSoon();
-            return true;
-        });
+        user.In(isAsked ? "Tolvane: Warning" : kProgress, [&](QWidget&) { main.EndSoon(); });
         Process();
         EXPECT_TRUE(QTest::qWaitFor([&] { return main.HasEnded(); }, 5000));
         EXPECT_EQ(RunPhase::Editing, state.phase);

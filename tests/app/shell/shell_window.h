@@ -1,7 +1,5 @@
 #pragma once
 
-#include <filesystem>
-
 #include "app/rules/main_form.h"
 #include "app/shell/main_window.h"
 #include "platform/text.h"
@@ -42,8 +40,7 @@ inline std::vector<std::string> ControlNames() {
 }
 
 /// The main dialog on the screen, with a state that a test prepares.
-class ShellWindow : public testing::Test {
-protected:
+struct ShellWindow : testing::Test {
     /// Shows the window; the state is complete.
     MainWindow& Open() {
         window = std::make_unique<MainWindow>(state, [this] {
@@ -55,8 +52,7 @@ protected:
     }
     /// And gives it the keyboard.
     MainWindow& OpenActive() {
-        Open().activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        Activate(Open());
         return *window;
     }
 
@@ -93,8 +89,7 @@ protected:
         SetPath(state.job.fileSlots[RowOriginal], Sample("yard.y4m"));
         SetPath(state.job.fileSlots[RowProcessed], Sample("yard_x264.y4m"));
     }
-    /// Raw files of zeros, which take no space on the disk: a million frames, more than are measured while a
-    /// test looks on.
+    /// Raw files of zeros, which take no space on the disk: a million frames, more than a test waits for.
     void ChooseLongVideo() {
         const std::string path = directory.Write("long.yuv", "");
         std::filesystem::resize_file(path, std::uintmax_t{96} * 1000 * 1000);

@@ -9,8 +9,7 @@
 
 namespace {
 
-class WavPlayerTest : public testing::Test {
-protected:
+struct WavPlayerTest : testing::Test {
     /// A program that notes this, in which $@ are its arguments, and then ends by a command.
     SoundProgram Program(const std::string& name, const std::string& note, const std::string& end) {
         const std::string path = directory.Write(

@@ -9,8 +9,7 @@ namespace {
 constexpr int kPatienceMs = 10000;
 constexpr int kAtOnceMs = 500;
 
-class Updating : public UpdateFixture {
-protected:
+struct Updating : UpdateFixture {
     Updating() {
         calls.endWindowsAndThen = [this](std::function<void()> then) {
             EXPECT_EQ(qApp->thread(), QThread::currentThread());
@@ -33,8 +32,7 @@ protected:
 TEST_F(Updating, AsksOverTheActiveWindowAndRestarts) {
     Offer({{"tolvane", Script("new")}});
     QWidget window;
-    window.show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    Activate(window);
     CAutoUpdater updater(Settings());
     UpdateThread thread(updater, calls);
     thread.Start(server.Url());
@@ -46,7 +44,6 @@ TEST_F(Updating, AsksOverTheActiveWindowAndRestarts) {
                 EXPECT_EQ(&window, box.parentWidget());
                 EXPECT_EQ(QMessageBox::No, box.standardButton(box.defaultButton()));
                 EXPECT_EQ(QMessageBox::No, box.standardButton(box.escapeButton()));
-                return true;
             })
         .Press("Update is available", "Yes")
         .Press("Download completed", "Yes");
@@ -73,22 +70,22 @@ TEST_F(Updating, EndsAtOnceWhateverItWaitsFor) {
     const BlackHole hole;
     const HttpAnswer aByteAMinute = {.body = std::string(100, ' '), .pause = std::chrono::minutes(1)};
     server.Answer("/slow/update/LATEST", aByteAMinute);
+    server.Answer("/silent/update/LATEST", {.hangsAfterBody = true, .raw = ""});
     Offer({{"tolvane", Script("new")}});
-    const struct {
-        const char* what;
-        std::string url;
-        std::function<void()> meanwhile;
-    } cases[] = {
+    const auto download = [&](const std::string& slow) {
+        server.Answer("/update/files/Win32/" + slow, aByteAMinute);
+        User user;
+        user.Press("Update is available", "Yes");
+        QTest::qWait(200);
+        Offer({{"tolvane", Script("new")}});
+    };
+    const std::tuple<const char*, std::string, std::function<void()>> cases[] = {
         {"an address that swallows everything", hole.Url(), [] { QTest::qWait(100); }},
+        {"a name that nobody knows", "https://update.tolvane.invalid/", [] { QTest::qWait(100); }},
+        {"a server that says nothing", server.Url() + "silent/", [] { QTest::qWait(100); }},
         {"a version of a byte a minute", server.Url() + "slow/", [] { QTest::qWait(100); }},
-        {"a file of a byte a minute", server.Url(),
-         [this, &aByteAMinute] {
-             server.Answer("/update/files/Win32/tolvane", aByteAMinute);
-             User user;
-             user.Press("Update is available", "Yes");
-             QTest::qWait(200);
-             Offer({{"tolvane", Script("new")}});
-         }},
+        {"a list of a byte a minute", server.Url(), [&] { download("LIST"); }},
+        {"a file of a byte a minute", server.Url(), [&] { download("tolvane"); }},
         {"a question that nobody has seen", server.Url(), [] { QThread::msleep(200); }},
         {"a run that doesn't stop", server.Url(),
          [this] {
@@ -99,16 +96,16 @@ TEST_F(Updating, EndsAtOnceWhateverItWaitsFor) {
          }},
         {"nothing", server.Url(), [] {}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [what, url, meanwhile] : cases) {
+        SCOPED_TRACE(what);
         UpdaterSettings settings = Settings();
         settings.http = {};
         CAutoUpdater updater(settings);
         QElapsedTimer time;
         {
             UpdateThread thread(updater, calls);
-            thread.Start(c.url);
-            c.meanwhile();
+            thread.Start(url);
+            meanwhile();
             time.start();
         }
         EXPECT_LT(time.elapsed(), kAtOnceMs);
@@ -126,7 +123,7 @@ TEST_F(Updating, TellsAtTheStartWhatCouldNotBeInstalled) {
     CAutoUpdater updater(Settings());
     {
         User user;
-        user.In("Update error", [](QWidget& box) { return box.close(); });
+        user.Close("Update error");
         InstallDownloadedUpdate(updater);
     }
     InstallDownloadedUpdate(updater);              // says nothing at the next start, or it would wait here

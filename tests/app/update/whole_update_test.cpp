@@ -16,8 +16,7 @@ constexpr int kPatienceMs = 30000;
 using Notes = std::vector<std::string>;
 
 /// Updates of a copy of the desktop program, in a process of its own, with a user at its windows.
-class WholeUpdate : public UpdateFixture {
-protected:
+struct WholeUpdate : UpdateFixture {
     WholeUpdate() {
         fs::create_directories(directory.Path("config/Lumetry"));
         Set("XDG_CONFIG_HOME", directory.Path("config"));
@@ -136,8 +135,8 @@ TEST_F(WholeUpdate, ARunEndsFirstAndKeepsWhatItHas) {
                 "\ncsv_output_dir=" + directory.Path("results") + "\n";
     Save(settings);
     Set("TEST_MEASURES", "1");
-    server.Answer("/update/LATEST",
-                  {.body = "3.0.0.1", .beforeBody = [this] { Sees("3.0.0.0 Tolvane - Progress"); }});
+    const auto waits = [this] { Sees("3.0.0.0 Tolvane - Progress"); };
+    server.Answer("/update/LATEST", {.body = "3.0.0.1", .beforeBody = waits});
     Start();
     EXPECT_TRUE(Sees("3.0.0.1 Tolvane 3.0"));
     EXPECT_EQ(Notes({"3.0.0.0 Tolvane 3.0", "3.0.0.0 Tolvane - Progress", "3.0.0.0 Update is available",

@@ -9,8 +9,7 @@
 
 namespace {
 
-class Https : public testing::Test {
-protected:
+struct Https : testing::Test {
     // OpenSSL writes to sockets that the client has closed.
     Https() { std::signal(SIGPIPE, SIG_IGN); }
 
@@ -37,25 +36,20 @@ protected:
 TEST_F(Https, TrustsAServerWithTheRightCertificateOnly) {
     const TlsIdentity right("127.0.0.1"), another("127.0.0.1"), otherAddress("127.0.0.2"),
         otherHost("update.tolvane.invalid"), old("127.0.0.1", -1);
-    const struct {
-        const char* what;
-        const TlsIdentity& server;
-        const TlsIdentity& trusted;
-        bool isGood;
-    } cases[] = {
+    const std::tuple<const char*, const TlsIdentity&, const TlsIdentity&, bool> cases[] = {
         {"trusted", right, right, true},
         {"unknown issuer", right, another, false},
         {"for another address", otherAddress, otherAddress, false},
         {"for another host", otherHost, otherHost, false},
         {"out of date", old, old, false},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        HttpServer server(c.server.Streams());
+    for (const auto& [what, own, trusted, isGood] : cases) {
+        SCOPED_TRACE(what);
+        HttpServer server(own.Streams());
         server.AnswerText("/file", "contents");
-        EXPECT_EQ(c.isGood ? HttpEnd::Complete : HttpEnd::NotOpened, Get(UrlOf(server) + "file", c.trusted));
-        EXPECT_EQ(c.isGood ? "contents" : "", body);
-        EXPECT_EQ(c.isGood ? 1u : 0u, server.Requests().size()) << "nothing is asked of a stranger";
+        EXPECT_EQ(isGood ? HttpEnd::Complete : HttpEnd::NotOpened, Get(UrlOf(server) + "file", trusted));
+        EXPECT_EQ(isGood ? "contents" : "", body);
+        EXPECT_EQ(isGood ? 1u : 0u, server.Requests().size()) << "nothing is asked of a stranger";
         HttpSession session("AutoUpdateAgent");  // which trusts the system's roots
         EXPECT_EQ(HttpEnd::NotOpened, session.Get(UrlOf(server), 1, [](std::string_view) { return true; }));
     }

@@ -4,9 +4,6 @@
 
 #include <openssl/ssl.h>
 
-#include <memory>
-#include <string>
-
 /// A new key with a certificate that it has signed itself, for a host given by its name or its IPv4 address.
 /// It is its own root: a client that trusts the certificate trusts the server.
 class TlsIdentity {

@@ -137,8 +137,7 @@ long Difference(const AVFrame& first, const AVFrame& second) {
 
 std::vector<std::uint8_t> ToYv12(const AVFrame& picture) {
     std::vector<std::uint8_t> bytes[3];
-    ForEachSample(picture,
-                  [&](int plane, int x, int y) { bytes[plane].push_back(Sample(picture, plane, x, y)); });
+    ForEachSample(picture, [&](int i, int x, int y) { bytes[i].push_back(Sample(picture, i, x, y)); });
     for (const int plane : {2, 1}) bytes[0].insert(bytes[0].end(), bytes[plane].begin(), bytes[plane].end());
     return bytes[0];
 }

@@ -34,8 +34,7 @@ bool WriteContainerFile(const ContainerFile& file, const EncodedPictures& encode
 /// Both in one.
 bool WriteContainerFile(const ContainerFile& file, const std::string& path);
 
-/// Picture `number` of every such file, 4:2:0: smooth enough to survive a lossy codec, and unlike all its
-/// neighbours.
+/// Picture `number` of every such file, 4:2:0: smooth enough to survive a lossy codec, and unlike its neighbours.
 FramePtr SamplePicture(int number, int width, int height);
 
 /// The sum of the absolute differences of two 4:2:0 pictures of one size.

@@ -48,10 +48,7 @@ std::vector<int> Shown(IndexedVideo& video, int pictures) {
 
 // What was encoded without loss must come out as it went in, in whatever order it is asked for.
 TEST_F(IndexedVideoTest, EveryFrameIsItsPicture) {
-    const struct {
-        ContainerFile file;
-        bool isExact;
-    } kCases[] = {
+    const std::pair<ContainerFile, bool> kCases[] = {
         {{"mp4", "libx264", kLossless}, true},
         {{"mov", "libx264", kLossless}, true},
         {{"matroska", "libx264", kLossless}, true},
@@ -71,20 +68,20 @@ TEST_F(IndexedVideoTest, EveryFrameIsItsPicture) {
         {{"asf", "wmv2", "b=2000000"}, false},
     };
     std::mt19937 random(1);
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(std::string(c.file.container) + " " + c.file.encoder);
-        const auto video = Make(c.file);
+    for (const auto& [file, isExact] : kCases) {
+        SCOPED_TRACE(std::string(file.container) + " " + file.encoder);
+        const auto video = Make(file);
         ASSERT_NE(nullptr, video) << error;
         const int count = video->GetProperties().frameCount;
-        ASSERT_EQ(c.file.pictures, count);
+        ASSERT_EQ(file.pictures, count);
         EXPECT_EQ(25u, video->GetProperties().rate);
         std::vector<int> numbers = InOrder(count);
         for (int round = 0; round < 3; ++round) {
             for (const int number : numbers) {
                 const AVFrame* frame = video->ReadFrame(number);
                 ASSERT_NE(nullptr, frame) << number;
-                const bool isRight = c.isExact ? Difference(*frame, *SamplePicture(number, 64, 48)) == 0
-                                               : NearestSample(*frame, count) == number;
+                const bool isRight = isExact ? Difference(*frame, *SamplePicture(number, 64, 48)) == 0
+                                             : NearestSample(*frame, count) == number;
                 ASSERT_TRUE(isRight) << number;
             }
             std::shuffle(numbers.begin(), numbers.end(), random);
@@ -111,32 +108,22 @@ TEST_F(IndexedVideoTest, PicturesThatArePackedInPairs) {
 }
 
 TEST_F(IndexedVideoTest, CountsFrames) {
-    const struct {
-        const char* what;
-        ContainerFile file;
-        std::vector<int> shown;
-    } kCases[] = {
-        {"an empty place of an AVI file repeats the picture before",
-         {"avi", "ffv1", "", 4, 64, 48, "0145"},
-         {0, 1, 1, 1, 2, 3}},
-        {"frames of a variable rate count one by one",
-         {"matroska", "ffv1", "", 4, 64, 48, "0179"},
-         {0, 1, 2, 3}},
-        {"what comes before the first key is lost",
+    const std::tuple<const char*, ContainerFile, std::vector<int>> kCases[] = {
+        {"an empty place repeats", {"avi", "ffv1", "", 4, 64, 48, "0145"}, {0, 1, 1, 1, 2, 3}},
+        {"a variable rate", {"matroska", "ffv1", "", 4, 64, 48, "0179"}, {0, 1, 2, 3}},
+        {"before the first key",
          {"matroska", "libx264", "qp=0:bf=0:x264-params=scenecut=0", 24, 64, 48, "", 1},
          {-1, -1, -1, -1, -1, -1, -1, -1, -1, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23}},
-        {"a damaged picture takes what refers to it along",
+        {"damage and what refers to it",
          {"avi", "mpeg4", "bf=0:b=2000000:g=6", 14, 64, 48, "", 0, 3},
          {0, 1, 2, -1, -1, -1, 6, 7, 8, 9, 10, 11, 12, 13}},
-        {"and nothing where none does",
-         {"matroska", "mpeg4", "g=1:b=4000000", 5, 64, 48, "", 0, 2},
-         {0, 1, -1, 3, 4}},
+        {"damage alone", {"matroska", "mpeg4", "g=1:b=4000000", 5, 64, 48, "", 0, 2}, {0, 1, -1, 3, 4}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
-        const auto video = Make(c.file);
+    for (const auto& [what, file, shown] : kCases) {
+        SCOPED_TRACE(what);
+        const auto video = Make(file);
         ASSERT_NE(nullptr, video) << error;
-        for (int time = 0; time < 2; ++time) EXPECT_EQ(c.shown, Shown(*video, c.file.pictures));
+        for (int time = 0; time < 2; ++time) EXPECT_EQ(shown, Shown(*video, file.pictures));
     }
 }
 

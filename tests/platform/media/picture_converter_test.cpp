@@ -29,8 +29,9 @@ struct Samples {
         const AVPixFmtDescriptor* descriptor = av_pix_fmt_desc_get(format);
         std::mt19937 random(seed);
         for (int i = 0; i < std::min<int>(3, descriptor->nb_components); ++i) {
-            const bool chroma =
-                i > 0 && (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0 && descriptor->nb_components > 2;
+            const bool isYuv =
+                (descriptor->flags & AV_PIX_FMT_FLAG_RGB) == 0 && descriptor->nb_components > 2;
+            const bool chroma = i > 0 && isYuv;
             width[i] = chroma ? frame.width >> descriptor->log2_chroma_w : frame.width;
             height[i] = chroma ? frame.height >> descriptor->log2_chroma_h : frame.height;
             depth[i] = descriptor->comp[i].depth;
@@ -121,8 +122,10 @@ TEST(PictureConverter, TakesEveryArrangementSampleBySample) {
     EXPECT_GT(formats, 80);
 }
 
+using Color = std::array<int, 3>;
+
 /// One colour everywhere, as RGB.
-std::array<int, 3> ToRgb(const FramePtr& frame, std::array<int, 3> yuv) {
+Color ToRgb(const FramePtr& frame, Color yuv) {
     for (std::size_t i = 0; i < 3; ++i) {
         const int rows =
             i == 0 || frame->format == AV_PIX_FMT_YUV444P ? frame->height : (frame->height + 1) / 2;
@@ -140,12 +143,7 @@ std::array<int, 3> ToRgb(const FramePtr& frame, std::array<int, 3> yuv) {
 
 TEST(PictureConverter, TurnsYuvIntoRgbByThePicturesMatrix) {
     // Expected: the matrices of the recommendations, worked by hand; the scaler's fixed point may be off by one.
-    const struct {
-        const char* what;
-        AVColorSpace matrix;
-        AVColorRange range;
-        std::array<int, 3> yuv, rgb;
-    } kCases[] = {
+    const std::tuple<const char*, AVColorSpace, AVColorRange, Color, Color> kCases[] = {
         {"black", AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_UNSPECIFIED, {16, 128, 128}, {0, 0, 0}},
         {"white", AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_MPEG, {235, 128, 128}, {255, 255, 255}},
         {"grey, full range", AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_JPEG, {77, 128, 128}, {77, 77, 77}},
@@ -153,13 +151,13 @@ TEST(PictureConverter, TurnsYuvIntoRgbByThePicturesMatrix) {
         {"709", AVCOL_SPC_BT709, AVCOL_RANGE_MPEG, {81, 90, 240}, {255, 24, 0}},
         {"601, full range", AVCOL_SPC_SMPTE170M, AVCOL_RANGE_JPEG, {100, 100, 180}, {173, 72, 50}},
     };
-    for (const auto& c : kCases) {
+    for (const auto& [what, matrix, range, yuv, expected] : kCases) {
         for (const AVPixelFormat format : {AV_PIX_FMT_YUV444P, AV_PIX_FMT_YUV420P}) {
-            SCOPED_TRACE(c.what);
-            const FramePtr frame = MakePicture(format, 7, 5, c.range);
-            frame->colorspace = c.matrix;
-            const auto rgb = ToRgb(frame, c.yuv);
-            for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(c.rgb[i], rgb[i], 1);
+            SCOPED_TRACE(what);
+            const FramePtr frame = MakePicture(format, 7, 5, range);
+            frame->colorspace = matrix;
+            const auto rgb = ToRgb(frame, yuv);
+            for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(expected[i], rgb[i], 1);
         }
     }
 }
@@ -201,13 +199,7 @@ TEST(PictureConverter, LooksColoursUpInAPalette) {
 TEST(PictureFormat, ChoosesTheSurfaceAndSaysWhatItCosts) {
     const auto kFull = AVCOL_RANGE_JPEG, kVideo = AVCOL_RANGE_MPEG, kUntold = AVCOL_RANGE_UNSPECIFIED;
     const char* const kSqueezed = "full range converted to video range";
-    const struct {
-        AVPixelFormat format;
-        AVColorRange range;
-        int width, height;
-        Surface surface;
-        const char* words;
-    } kCases[] = {
+    const std::tuple<AVPixelFormat, AVColorRange, int, int, Surface, const char*> kCases[] = {
         {AV_PIX_FMT_YUV420P, kVideo, 16, 8, Surface::YV12, ""},
         {AV_PIX_FMT_NV12, kUntold, 16, 8, Surface::YV12, ""},
         {AV_PIX_FMT_YUV420P, kVideo, 15, 8, Surface::RGB24, "4:2:0 converted to RGB"},
@@ -234,13 +226,13 @@ TEST(PictureFormat, ChoosesTheSurfaceAndSaysWhatItCosts) {
         {AV_PIX_FMT_GBRP10LE, kFull, 16, 8, Surface::RGB24, "10-bit RGB rounded to 8 bits"},
         {AV_PIX_FMT_XYZ12LE, kFull, 16, 8, Surface::RGB24, "12-bit XYZ converted to 8-bit RGB"},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(av_get_pix_fmt_name(c.format));
-        EXPECT_EQ(c.surface, NaturalSurface(c.format, c.width, c.height));
-        EXPECT_EQ(c.words, DescribeConversion(c.format, c.range, c.surface));
-        EXPECT_TRUE(CanConvert(c.format, c.width, c.height, Surface::RGB24));
+    for (const auto& [format, range, width, height, surface, words] : kCases) {
+        SCOPED_TRACE(av_get_pix_fmt_name(format));
+        EXPECT_EQ(surface, NaturalSurface(format, width, height));
+        EXPECT_EQ(words, DescribeConversion(format, range, surface));
+        EXPECT_TRUE(CanConvert(format, width, height, Surface::RGB24));
         for (const Surface other : {Surface::YV12, Surface::YUY2})
-            EXPECT_EQ(other == c.surface, CanConvert(c.format, c.width, c.height, other));
+            EXPECT_EQ(other == surface, CanConvert(format, width, height, other));
     }
     for (const AVPixelFormat format : {AV_PIX_FMT_NONE, AV_PIX_FMT_VAAPI})
         EXPECT_FALSE(CanConvert(format, 16, 8, Surface::RGB24));

@@ -55,8 +55,7 @@ TEST(ColorScheme, AsksThePortal) {
     QThread thread;
     thread.start();
     portal.moveToThread(&thread);
-    QDBusConnection bus =
-        QDBusConnection::connectToBus(QString::fromLatin1(address), QStringLiteral("portal"));
+    auto bus = QDBusConnection::connectToBus(QString::fromLatin1(address), QStringLiteral("portal"));
     ASSERT_TRUE(bus.registerObject(QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
                                    QDBusConnection::ExportAllSlots));
     ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));

@@ -20,11 +20,8 @@ struct Window {
     }
 
     void Press(QWidget& control, QKeyCombination key) {
-        widget.activateWindow();
         control.setFocus();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&widget));
-        ASSERT_TRUE(control.hasFocus());
-        QTest::keyClick(&control, key.key(), key.keyboardModifiers());
+        ::Press(widget, key);
     }
 
     QWidget widget;

@@ -22,8 +22,7 @@ double Contrast(const QColor& a, const QColor& b) {
 }
 
 /// Each test runs in both palettes, which it sets as a change while the program runs.
-class Look : public testing::TestWithParam<ColorScheme> {
-protected:
+struct Look : testing::TestWithParam<ColorScheme> {
     void SetUp() override { QApplication::setPalette(palette); }
 
     static bool Shows(const QImage& image, const QColor& color) {
@@ -116,8 +115,7 @@ TEST_P(Look, StatusFollowsAChangeOfPalette) {
     EXPECT_TRUE(Shows(line, StatusColor(Status::Good, other)));
 }
 
-// The style draws a control once for each palette and keeps that for good: what is new with each window only
-// ever grows.
+// The style keeps for good how it drew a control in a palette: new palettes would pile up with each window.
 TEST(Theme, WindowsShareAPalette) {
     QApplication::setPalette(QPalette());  // as if no test had set one
     const QCheckBox first, second;

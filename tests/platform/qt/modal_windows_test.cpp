@@ -1,5 +1,4 @@
 #include "platform/program_directory.h"
-#include "platform/qt/dialog_buttons.h"
 #include "platform/qt/file_chooser.h"
 #include "platform/qt/help.h"
 #include "platform/qt/message_box.h"
@@ -34,15 +33,11 @@ TEST(FileChooser, BeginsAtThePathAndGivesTheChosenFileOrFolder) {
             EXPECT_EQ("All supported files () (*.avi *.AVI *.y4m *.Y4M)|All files (*.*) (*)",
                       dialog.nameFilters().join(u'|').toStdString());
             static_cast<QDialog&>(dialog).done(c.answer);
-            return true;
         });
         const auto chosen = ChooseFile(nullptr, L"Open", FromUtf8(c.path), kinds);
         EXPECT_EQ(c.answer == QDialog::Accepted ? std::optional(FromUtf8(c.path)) : std::nullopt, chosen);
     }
-    user.In("Select folder", [](QWidget& window) {
-        static_cast<QDialog&>(dynamic_cast<QFileDialog&>(window)).accept();
-        return true;
-    });
+    user.In("Select folder", [](QWidget& window) { dynamic_cast<QDialog&>(window).accept(); });
     EXPECT_EQ(FromUtf8(root), ChooseFolder(nullptr, L"Select folder", FromUtf8(root)));
 }
 
@@ -58,24 +53,6 @@ TEST(Help, PageComesFromTheFirstDirectoryThatHasIt) {
     EXPECT_EQ(first + L"a.html", HelpFile(L"a.html", {first, second}));
 }
 
-TEST(DialogButtons, KeysMeanOkAndCancel) {
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
-        QDialog dialog;
-        auto* rows = new QVBoxLayout(&dialog);
-        auto* field = new QLineEdit;
-        rows->addWidget(field);
-        rows->addWidget(MakeDialogButtons(dialog, [] {}));
-        const QSignalSpy finished(&dialog, &QDialog::finished);
-        dialog.show();
-        dialog.activateWindow();
-        field->setFocus();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-        QTest::keyClick(field, key);
-        ASSERT_EQ(1, finished.size());
-        EXPECT_EQ(key == Qt::Key_Return ? QDialog::Accepted : QDialog::Rejected, finished[0][0].toInt());
-    }
-}
-
 TEST(MessageBox, SafeAnswerIsDefaultAndEscape) {
     const std::pair<std::function<bool()>, const char*> cases[] = {
         {[] { return AskYesNo(nullptr, QMessageBox::Question, L"Title", L"Sure?"); }, "Yes"},
@@ -83,10 +60,7 @@ TEST(MessageBox, SafeAnswerIsDefaultAndEscape) {
     User user;
     for (const auto& [ask, yes] : cases) {
         for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
-            user.In("Title", [key](QWidget& box) {
-                QTest::keyClick(box.focusWidget() ? box.focusWidget() : &box, key);
-                return true;
-            });
+            user.In("Title", [key](QWidget& box) { Press(box, key); });
             EXPECT_FALSE(ask());
         }
         user.Press("Title", yes);
@@ -105,13 +79,13 @@ TEST(MessageBox, TextIsShownAndCopiedAsItIs) {
         QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
         EXPECT_EQ(text, QGuiApplication::clipboard()->text());
         EXPECT_EQ(QMessageBox::Critical, box.icon());
-        return box.close();
+        box.close();
     });
     ShowMessage(nullptr, QMessageBox::Critical, L"Could not open file", ToWide(text), L"Try <b>.");
     QString missing;
     user.In("Tolvane: Help", [&](QWidget& window) {
         missing = dynamic_cast<QMessageBox&>(window).text().remove(QChar(0x200B));
-        return window.close();
+        window.close();
     });
     ShowHelp(L"no such page.html");
     EXPECT_TRUE(missing.contains(ToQString(L"\"" + ProgramDirectory() + L"help/no such page.html\"")));

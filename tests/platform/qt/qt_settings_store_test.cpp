@@ -14,8 +14,7 @@ QtSettingsStore Open(const char* organisation = "Lumetry") {
 }
 
 // The file lies below the test program's own XDG_CONFIG_HOME.
-class SettingsStore : public testing::Test {
-protected:
+struct SettingsStore : testing::Test {
     void SetUp() override { QFile::remove(store.FilePath()); }
 
     void WriteFile(const std::string& text) const { std::ofstream(store.FilePath().toStdString()) << text; }

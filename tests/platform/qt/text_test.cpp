@@ -29,8 +29,7 @@ TEST(WideText, ToolTipsShowLettersNotMarkup) {
 TEST(WideText, LongPiecesCanBeBroken) {
     const QString sentence = QStringLiteral("a sentence of short words ").repeated(10);
     EXPECT_EQ(sentence, BreakableText(sentence));
-    const QString path =
-        QStringLiteral("Could not open ") + QStringLiteral("/0123456789").repeated(20) + u'!';
+    const QString path = QStringLiteral("Can't open ") + QStringLiteral("/0123456789").repeated(20) + u'!';
     const QStringList pieces = BreakableText(path).split(QChar(0x200B));
     EXPECT_EQ(4, pieces.size());  // 221 letters without a blank, 60 a piece
     EXPECT_EQ(path, pieces.join(QString()));

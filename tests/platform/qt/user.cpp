@@ -18,6 +18,18 @@ void Click(const QWidget& window, const std::string& name) {
     if (auto* button = qobject_cast<QAbstractButton*>(control)) button->click();
 }
 
+void Activate(QWidget& window) {
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
+void Press(QWidget& window, QKeyCombination key) {
+    Activate(window);
+    QWidget* const focused = QApplication::focusWidget();
+    QTest::keyClick(focused ? focused : &window, key.key(), key.keyboardModifiers());
+}
+
 std::string Mnemonics(const QWidget& window) {
     std::string letters;
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
@@ -43,6 +55,10 @@ User::~User() {
 User& User::In(const std::string& title, Act act) {
     steps.emplace_back(title, std::move(act));
     return *this;
+}
+
+User& User::Close(const std::string& title) {
+    return In(title, [](QWidget& window) { return window.close(); });
 }
 
 User& User::Press(const std::string& title, const std::string& button) {

@@ -5,6 +5,7 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <concepts>
 #include <deque>
 #include <functional>
 #include <string>
@@ -27,6 +28,12 @@ Type& Find(const QWidget& window, const std::string& name) {
 /// Clicks as a user does, also to turn a box on or off.
 void Click(const QWidget& window, const std::string& name);
 
+/// Makes it the active window.
+void Activate(QWidget& window);
+
+/// Presses a key in a window, where it goes to the control that has the focus.
+void Press(QWidget& window, QKeyCombination key);
+
 /// The letters of all mnemonics of a window, capital and in ascending order.
 std::string Mnemonics(const QWidget& window);
 
@@ -40,6 +47,13 @@ public:
     ~User();  ///< a failure if a step is left
 
     User& In(const std::string& title, Act act);
+    /// The same with what is done once, whatever comes of it.
+    template <std::invocable<QWidget&> Once>
+    requires std::is_void_v<std::invoke_result_t<Once&, QWidget&>> User& In(const std::string& title,
+                                                                            Once act) {
+        return In(title, Act([act](QWidget& window) { return act(window), true; }));
+    }
+    User& Close(const std::string& title);
     /// In the window with this title, presses a button as soon as it can be used.
     User& Press(const std::string& title, const std::string& button);
 

@@ -6,7 +6,6 @@
 #include <QApplication>
 
 #include <cstdio>
-#include <cstdlib>
 
 /// Runs tests of windows without a display, unless QT_QPA_PLATFORM asks for one, and away from the user's
 /// settings and desktop.

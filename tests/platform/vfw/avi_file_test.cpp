@@ -1,12 +1,5 @@
 #include "platform/vfw/avi_file.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <random>
-#include <string>
-#include <vector>
-
 #include "platform/byte_order.h"
 #include "platform/text.h"
 #include "tests/file_size_limit.h"
@@ -78,8 +71,7 @@ Samples RandomSamples(int count, std::size_t mostBytes) {
     return samples;
 }
 
-class AviWriting : public testing::Test {
-protected:
+struct AviWriting : testing::Test {
     /// The file holds at least so many of the samples, and nothing else.
     void ExpectStart(const std::string& file, const Samples& samples, std::size_t least) const {
         const Seen seen(file);

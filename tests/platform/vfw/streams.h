@@ -29,14 +29,11 @@ struct TestStream {
         const auto& bytes = samples[static_cast<std::size_t>(sample)].bytes;
         return {bytes.data(), static_cast<int>(bytes.size()), sample};
     }
-    std::uint32_t Flags(int sample) const {
-        return samples[static_cast<std::size_t>(sample)].isKey ? 0 : ICDECOMPRESS_NOTKEYFRAME;
-    }
 };
 
-/// The mean of the first component of picture n.
+/// The mean of the first component of picture n, another one than those of its neighbours.
 inline int Brightness(int picture) {
-    return 40 + 8 * picture;
+    return 40 + 8 * (picture % 23);
 }
 
 /// A format of `bits` with `compression` and what follows it.
@@ -108,6 +105,17 @@ inline TestStream MakeStream(const char* encoderName, AVPixelFormat pixels, std:
     return stream;
 }
 
+/// One whose key samples stand `keyDistance` apart.
+inline TestStream MakeGroups(const char* encoderName, std::uint32_t tag, int count, int bFrames,
+                             int keyDistance, const char* x264 = nullptr) {
+    return MakeStream(encoderName, AV_PIX_FMT_YUV420P, tag, count, [=](AVCodecContext& encoder) {
+        encoder.gop_size = keyDistance;
+        encoder.max_b_frames = bFrames;
+        av_opt_set_int(encoder.priv_data, "sc_threshold", 1000000000, 0);  // no other keys
+        if (x264 != nullptr) av_opt_set(encoder.priv_data, "x264-params", x264, 0);
+    });
+}
+
 /// A decoder's answers, one a turn.
 struct Turn {
     bool isSound;
@@ -137,9 +145,9 @@ public:
     std::vector<Turn> Run(int first = 0) {
         std::vector<Turn> turns;
         EXPECT_EQ(ICERR_OK, ICDecompressBegin(handle, stream.Format(), Output()));
-        for (int i = first; i < static_cast<int>(stream.samples.size()); ++i) {
-            Take(stream.Flags(i), stream.Input(i), turns);
-        }
+        for (int i = first; i < static_cast<int>(stream.samples.size()); ++i)
+            Take(stream.samples[static_cast<std::size_t>(i)].isKey ? 0 : ICDECOMPRESS_NOTKEYFRAME,
+                 stream.Input(i), turns);
         while (Take(0, {}, turns) != ICERR_ERROR) {
         }
         return turns;

@@ -9,7 +9,7 @@
 #include <limits>
 #include <tuple>
 
-namespace Report {
+using namespace Report;
 
 namespace {
 
@@ -42,8 +42,7 @@ TEST(PlotScale, FramesAndValues) {
         EXPECT_EQ(x, scale.CurveX(frame)) << frame;
         EXPECT_EQ(50 + x, scale.FrameX(frame)) << frame;
     }
-    // Axis and curve cut to whole pixels from opposite ends: 33.33 lies 16.65 above the bottom, 33.35 below
-    // the top.
+    // Axis and curve cut to whole pixels from opposite ends: 33.33 lies 16.65 above one, 33.35 below the other.
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
     constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
     constexpr std::tuple<float, int, int> kValues[] = {{30, 60, 50},  {33.33F, 44, 33}, {40, 10, 0},
@@ -108,11 +107,7 @@ TEST(Curve, Corners) {
     const auto scale = [](int width, int first, int last) {
         return Scale(width, 100, first, last, {0, 100});
     };
-    const struct {
-        const char* what;
-        PlotScale scale;
-        std::vector<Point> corners;
-    } kCases[] = {
+    const std::tuple<const char*, PlotScale, std::vector<Point>> kCases[] = {
         {"all of it", scale(30, 10, 13), {{0, 100}, {10, 50}, {20, 0}, {30, 75}}},
         {"a part", scale(30, 11, 12), {{0, 50}, {30, 0}}},
         {"the series ends in the range", scale(30, 12, 15), {{0, 0}, {10, 75}}},
@@ -122,7 +117,7 @@ TEST(Curve, Corners) {
         {"one frame without a value", scale(30, 20, 20), {}},
         {"one column: in the order of the frames", scale(0, 10, 13), {{0, 100}, {0, 0}, {0, 75}}},
     };
-    for (const auto& c : kCases) EXPECT_EQ(c.corners, CurveOf(series, c.scale)) << c.what;
+    for (const auto& [what, scale, corners] : kCases) EXPECT_EQ(corners, CurveOf(series, scale)) << what;
     // However many frames a column has, four of its corners are kept.
     Series noise;
     for (int i = 0; i < 10'000; ++i) noise.values.push_back(static_cast<float>(i * 7919 % 101));
@@ -204,5 +199,3 @@ TEST(ValueAxis, LabelsMoveUpOrAreLeftOut) {
 }
 
 }  // namespace
-
-}  // namespace Report

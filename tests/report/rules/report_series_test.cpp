@@ -7,7 +7,7 @@
 
 #include <limits>
 
-namespace Report {
+using namespace Report;
 
 namespace {
 
@@ -28,8 +28,10 @@ struct Store : CResultsStore {
 
 const std::map<int, FileRecord> kFiles = {{0, File(L"orig")}, {1, File(L"one")}, {2, File(L"two")}};
 
-std::map<int, float> FirstValues(const CResultsStore& store, const std::map<int, FileRecord>& files) {
-    std::map<int, float> values;
+using Values = std::map<int, float>;
+
+Values FirstValues(const CResultsStore& store, const std::map<int, FileRecord>& files) {
+    Values values;
     for (const auto& [file, series] : SeriesOfFiles(store, files)) values[file] = series.values.front();
     return values;
 }
@@ -39,13 +41,13 @@ TEST(Series, BelongToFiles) {
     store.Add(0, {L"orig", L"two"}, 0, {20});
     store.Add(1, {L"orig", L"one"}, 0, {10});
     store.Add(2, {L"orig", L"one"}, 0, {11});
-    EXPECT_EQ((std::map<int, float>{{1, 10}, {2, 20}}), FirstValues(store, kFiles)) << "the first of each";
+    EXPECT_EQ((Values{{1, 10}, {2, 20}}), FirstValues(store, kFiles)) << "the first of each";
 
     store.Add(3, {L"orig"}, 0, {30});
     store.Add(4, {L"one"}, 0, {40});
-    EXPECT_EQ((std::map<int, float>{{0, 30}, {1, 10}, {2, 20}}), FirstValues(store, kFiles));
+    EXPECT_EQ((Values{{0, 30}, {1, 10}, {2, 20}}), FirstValues(store, kFiles));
 
-    EXPECT_EQ((std::map<int, float>{{1, 10}}), FirstValues(store, {{1, File(L"one")}}))
+    EXPECT_EQ((Values{{1, 10}}), FirstValues(store, {{1, File(L"one")}}))
         << "without an original a file keeps its number";
     EXPECT_TRUE(FirstValues(store, {{1, File(L"other")}}).empty());
 
@@ -61,8 +63,7 @@ TEST(Series, BelongToFiles) {
     }
     for (const int filter : {0, 3}) {
         script.filter = filter;
-        EXPECT_EQ((std::map<int, float>{{1, 60}, {2, 50}}),
-                  FirstValues(opened, {{1, File(L"one")}, {2, script}}));
+        EXPECT_EQ((Values{{1, 60}, {2, 50}}), FirstValues(opened, {{1, File(L"one")}, {2, script}}));
     }
 
     Store without;
@@ -73,12 +74,8 @@ TEST(Series, BelongToFiles) {
 TEST(ValueRange, Extremes) {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
     constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
-    const struct {
-        const char* what;
-        std::vector<float> one, two;  // two starts at frame 1
-        int first, last;
-        ValueRange range;
-    } kCases[] = {
+    // The values of two series, of which the second starts at frame 1; the frames shown.
+    const std::tuple<const char*, std::vector<float>, std::vector<float>, int, int, ValueRange> kCases[] = {
         {"of all results", {30, 20}, {45, 25}, 0, 2, {20, 45}},
         {"of the frames shown, and the first series' first value", {30, 20, 90}, {45, 25}, 1, 1, {20, 45}},
         {"equal ones get 0.1", {30, 30}, {30}, 0, 1, {30 - 0.1F, 30}},
@@ -86,14 +83,14 @@ TEST(ValueRange, Extremes) {
         {"what is no number doesn't count", {kInfinity, 40}, {kNone, 50}, 0, 2, {40, 50}},
         {"none", {}, {}, 0, 0, {0, 0.1F}},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.what);
+    for (const auto& [what, one, two, first, last, expected] : kCases) {
+        SCOPED_TRACE(what);
         Store store;
-        store.Add(0, {L"one"}, 0, c.one);
-        store.Add(1, {L"two"}, 1, c.two);
-        const ValueRange range = RangeOfValues(store, c.first, c.last);
-        EXPECT_EQ(c.range.min, range.min);
-        EXPECT_EQ(c.range.max, range.max);
+        store.Add(0, {L"one"}, 0, one);
+        store.Add(1, {L"two"}, 1, two);
+        const ValueRange range = RangeOfValues(store, first, last);
+        EXPECT_EQ(expected.min, range.min);
+        EXPECT_EQ(expected.max, range.max);
     }
     Store large;
     large.Add(0, {L"one"}, 0, {1e9F});
@@ -108,8 +105,7 @@ TEST(ReportData, TakesWhatAllResultsShare) {
     const ReportData data = GatherData({store, nullptr, kFiles, 0});
     EXPECT_EQ(1, data.firstFrame);
     EXPECT_EQ(2, data.lastFrame);
-    EXPECT_EQ(1, data.values.min)
-        << "the first value of the first series counts, though its frame isn't shown";
+    EXPECT_EQ(1, data.values.min) << "the first value of the first series counts, though it isn't shown";
     EXPECT_EQ(6, data.values.max);
     EXPECT_EQ(L"one", data.paths.at(1));
 
@@ -137,5 +133,3 @@ TEST(ReportText, TheLargestValue) {
 }
 
 }  // namespace
-
-}  // namespace Report

@@ -1,6 +1,5 @@
 #include "video/avi/avi_opendml_parser.h"
 
-#include <fstream>
 #include <optional>
 
 #include "tests/video/avi/riff_builder.h"
@@ -50,8 +49,8 @@ TEST_F(AviOpenDMLParser, EveryKindOfIndexFindsTheSamples) {
     // An index of chunks tells where the bytes are, behind the 8 of the header.
     const auto entries = [](std::uint64_t base, bool fields) {
         const std::string more = fields ? Word(77) : "";
-        return Word(base + 8) + Word(3) + more + Word(base + 20) + Word(4 | kNoKey) + more + Word(0) +
-               Word(0) + more;
+        return Word(base + 8) + Word(3) + more + Word(base + 20) + Word(4 | kNoKey) + more + Number(0, 8) +
+               more;
     };
     const auto direct = [&](std::uint64_t base, bool fields) {
         const auto headers = [&](std::uint64_t start) {
@@ -218,17 +217,14 @@ TEST_F(AviOpenDMLParser, Stream) {
 
     std::uint8_t buffer[40] = {};
     const int cut = 4 + 8 + 48;  // from the last sample to the file's end: its own four, and the index
-    const struct {
-        int sample, bufferSize;
-        bool read;
-        int actualBytes;
-    } kReads[] = {{4, 8, false, 0}, {7, 8, false, 0}, {INT32_MIN, 8, false, 0}, {5, 0, false, 7},
-                  {5, 6, false, 7}, {5, 7, true, 7},  {6, 0, false, cut}};
-    for (const auto& c : kReads) {
-        SCOPED_TRACE(testing::Message() << c.sample << " into " << c.bufferSize);
+    const std::tuple<int, int, bool, int> kReads[] = {
+        {4, 8, false, 0}, {7, 8, false, 0}, {INT32_MIN, 8, false, 0}, {5, 0, false, 7},
+        {5, 6, false, 7}, {5, 7, true, 7},  {6, 0, false, cut}};
+    for (const auto& [sample, bufferSize, read, expected] : kReads) {
+        SCOPED_TRACE(testing::Message() << sample << " into " << bufferSize);
         int actualBytes = -1;
-        EXPECT_EQ(c.read, stream->ReadSample(c.sample, buffer, c.bufferSize, &actualBytes));
-        EXPECT_EQ(c.actualBytes, actualBytes);
+        EXPECT_EQ(read, stream->ReadSample(sample, buffer, bufferSize, &actualBytes));
+        EXPECT_EQ(expected, actualBytes);
     }
     EXPECT_EQ((std::vector<std::string>{"1234567", "unreadable-"}), Samples(*stream)) << "from 5 on";
     EXPECT_FALSE(stream->IsKeyFrame(2) || stream->IsKeyFrame(-1)) << "counted from 0";

@@ -141,8 +141,7 @@ TEST_F(AviSource, DecompressorsGiveWhatIsAskedForOrRgb) {
         const auto source = rkCreateVideoSource(name, preferPlanar);
         ASSERT_NE(nullptr, source);
         EXPECT_EQ(colorSpace, source->GetColorSpace());
-        EXPECT_NE(std::wstring::npos, FullDescription(*source).find(L", decompressor "))
-            << "before a frame is read";
+        EXPECT_NE(std::wstring::npos, FullDescription(*source).find(L", decompressor "));
         for (const int i : {0, 2, 1}) {
             ASSERT_EQ(0, source->ReadFrameImage(image, i));
             const int grey = 40 + 50 * i;

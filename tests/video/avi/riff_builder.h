@@ -19,6 +19,10 @@ std::string Word(std::integral auto value) {
     return Number(value, 4);
 }
 
+inline std::string Zeros(std::size_t count) {
+    return std::string(count, '\0');
+}
+
 /// A chunk that claims `size` bytes whatever it has.
 inline std::string ChunkOfSize(const std::string& type, std::uint64_t size, const std::string& data) {
     return type + Word(size) + data + std::string(data.size() % 2, '\0');
@@ -37,8 +41,7 @@ inline std::string Riff(const std::string& data, const std::string& form = "AVI 
 }
 
 inline std::string MainHeader(int frames, int streams) {
-    return Chunk("avih",
-                 std::string(16, '\0') + Word(frames) + Word(0) + Word(streams) + std::string(28, '\0'));
+    return Chunk("avih", Zeros(16) + Word(frames) + Word(0) + Word(streams) + Zeros(28));
 }
 
 struct StreamFields {
@@ -47,19 +50,18 @@ struct StreamFields {
     unsigned scale = 1, rate = 25, start = 0, length = 0;
     int width = 16, height = 16;
     int bitsPerPixel = 24;
-    std::string compression = std::string(4, '\0');
+    std::string compression = Zeros(4);
 };
 
 inline std::string StreamHeader(const StreamFields& fields) {
-    return Chunk("strh", fields.type + fields.handler + std::string(12, '\0') + Word(fields.scale) +
-                             Word(fields.rate) + Word(fields.start) + Word(fields.length) +
-                             std::string(12, '\0') + Number(0, 4) + Number(fields.width, 2) +
-                             Number(fields.height, 2));
+    return Chunk("strh", fields.type + fields.handler + Zeros(12) + Word(fields.scale) + Word(fields.rate) +
+                             Word(fields.start) + Word(fields.length) + Zeros(12) + Number(0, 4) +
+                             Number(fields.width, 2) + Number(fields.height, 2));
 }
 
 inline std::string StreamFormat(const StreamFields& fields) {
     return Chunk("strf", Word(40) + Word(fields.width) + Word(fields.height) + Number(1, 2) +
-                             Number(fields.bitsPerPixel, 2) + fields.compression + std::string(20, '\0'));
+                             Number(fields.bitsPerPixel, 2) + fields.compression + Zeros(20));
 }
 
 /// A stream's list of headers; `behind` follows them.
@@ -68,8 +70,7 @@ inline std::string StreamList(const StreamFields& fields, const std::string& beh
 }
 
 /// An entry of `idx1`.
-inline std::string Idx1Entry(const std::string& id, std::uint64_t offset, std::uint64_t size,
-                             bool key = true) {
+inline std::string Idx1Entry(const char* id, std::uint64_t offset, std::uint64_t size, bool key = true) {
     return id + Word(key ? 0x10 : 0) + Word(offset) + Word(size);
 }
 
@@ -86,8 +87,7 @@ inline std::string SuperIndexEntry(std::uint64_t offset) {
 
 constexpr std::uint64_t kNoKey = 1u << 31;  // in the size of an entry of an index of chunks
 
-/// A whole file of one stream with an `idx1` whose offsets count from the type of the `movi` list. An empty
-/// sample is a dropped frame.
+/// A whole file of one stream with an `idx1` that counts from the `movi` list. An empty sample is a dropped frame.
 inline std::string AviBytes(StreamFields fields, const std::vector<std::string>& samples) {
     std::string movi, index;
     for (const std::string& sample : samples) {

@@ -10,7 +10,7 @@
 namespace {
 
 struct VideoFile : SourceFiles {
-    bool Open(const std::wstring& path, int width, int height, std::uint32_t handler = 0, int scale = 1,
+    bool Open(const std::wstring& path, int width, int height, unsigned handler = 0, int scale = 1,
               int rate = 25) {
         rkCompressorSettings settings;
         settings.fccType = kFccVideoCodec;

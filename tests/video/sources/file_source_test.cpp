@@ -55,8 +55,7 @@ TEST_F(Bmp, OfTheWrittenFramesTheLastStays) {
                                      {pipe, rkBmpWriter::OpenFailed},
                                      {L"/dev/full", rkBmpWriter::WriteFailed}}) {
         EXPECT_EQ(0, writer.Open(path, 2, 2));
-        EXPECT_EQ(code, writer.WriteFrame(frame.data()))
-            << ToUtf8(path) << ", and a pipe's reader isn't waited for";
+        EXPECT_EQ(code, writer.WriteFrame(frame.data())) << ToUtf8(path) << ", without waiting";
     }
     EXPECT_EQ(L"Error when writing file \"/dev/full\": Failed to create BMP file with incorrect dimensions!",
               ErrorText(writer, rkBmpWriter::BadDimensions));

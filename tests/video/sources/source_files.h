@@ -2,17 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <string_view>
-
 #include "platform/text.h"
 #include "tests/temporary_directory.h"
 #include "video/raw_layout.h"
 #include "video/video_source.h"
 
 /// A directory of the test's own for the small files it writes.
-class SourceFiles : public testing::Test {
-protected:
+struct SourceFiles : testing::Test {
     std::wstring Write(const wchar_t* name, std::string_view bytes) const {
         return FromUtf8(temporary.Write(ToUtf8(name), bytes));
     }

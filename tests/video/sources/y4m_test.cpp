@@ -104,9 +104,8 @@ std::vector<std::string> ReadAll(rkIVideoSource& source) {
     return frames;
 }
 
-// Sizes by hand. 5 by 3 has 15 pixels, 6 chroma samples a plane at 4:2:0 and 9 at 4:2:2 when sides are
-// rounded up; lines of 7, 10 and 15 bytes at 8 bits when they are cut. In words, a cut chroma row has 5
-// bytes.
+// Sizes by hand. 5 by 3 has 15 pixels, 6 chroma samples a plane at 4:2:0 and 9 at 4:2:2 with sides rounded up;
+// lines of 7, 10 and 15 bytes at 8 bits when they are cut. In words, a cut chroma row has 5 bytes.
 TEST_F(Y4mSource, LayoutByTheDistanceOfTheFirstTwoFrames) {
     const std::wstring roundedUp = L", chroma sides rounded up in the file";
     const std::wstring cut = L", chroma rows cut in the file";

@@ -1,15 +1,80 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <vector>
-
 #include "platform/program_directory.h"
 #include "platform/script_host/clip.h"
+#include "platform/script_host/script_text.h"
 #include "platform/text.h"
 #include "tests/platform/media/container_file.h"
 #include "tests/temporary_directory.h"
 
+#include <gtest/gtest.h>
+
 namespace {
+
+/// A script as one line, to be compared: "plug-in|function name=value value".
+std::string Told(const Script& script) {
+    std::string told;
+    for (const auto& plugin : script.plugins) told += plugin.path + "|";
+    told += script.source.function;
+    for (const ScriptArgument& argument : script.source.arguments) {
+        told += " " + (argument.name.empty() ? "" : argument.name + "=");
+        if (const auto* text = std::get_if<std::string>(&argument.value)) told += "'" + *text + "'";
+        if (const auto* whole = std::get_if<std::int64_t>(&argument.value)) told += std::to_string(*whole);
+        if (const auto* real = std::get_if<double>(&argument.value)) told += std::to_string(*real);
+        if (const auto* flag = std::get_if<bool>(&argument.value)) told += *flag ? "yes" : "no";
+    }
+    return told;
+}
+
+TEST(ScriptText, Reads) {
+    const std::pair<const char*, const char*> kCases[] = {
+        {"AviSource(\"C:\\v\\a.avi\", audio = false, pixel_type = \"RGB24\")",
+         "AviSource 'C:\\v\\a.avi' audio=no pixel_type='RGB24'"},
+        {"loadplugin(\"avs_plugins\\rawsource.dll\")\nRawSource(\"a b.yuv\", 352, 288, \"I420\")",
+         "avs_plugins\\rawsource.dll|RawSource 'a b.yuv' 352 288 'I420'"},
+        {"\xEF\xBB\xBF# a comment\r\n\r\n\tLoadPlugin ( \"x\" ) # with \"this\"\r\nF()\r\n\r\n# end", "x|F"},
+        {"F(\"#,)(\", a=-12,b=+1.5 , c=TRUE,_d1=-.25)", "F '#,)(' a=-12 b=1.500000 c=yes _d1=-0.250000"},
+        {"F(\"two\nlines\")", "F 'two\nlines'"},
+        {"F(true, 9223372036854775807)", "F yes 9223372036854775807"},
+    };
+    for (const auto& [text, told] : kCases) EXPECT_EQ(told, Told(ParseScript(text)));
+}
+
+TEST(ScriptText, NamesTheLineAndWhatIsWrong) {
+    const std::pair<std::string, const char*> kCases[] = {
+        {"", "line 1: the script calls no source function"},
+        {"\n# nothing\nloadplugin(\"x\")\n", "line 4: the script calls no source function"},
+        {"F(\"a\")\nF(\"b\")", "line 2: a script ends with its one source"},
+        {"F(\"a\")\nloadplugin(\"b\")", "line 2: a script ends with its one source"},
+        {"loadplugin()\nF()", "line 1: loadplugin takes one text, the plug-in's file"},
+        {"loadplugin(1)", "line 1: loadplugin takes one text, the plug-in's file"},
+        {"a = F(\"x\")", "line 1: \"=\" stands after \"a\" instead of \"(\""},
+        {"F(\"x\").Crop(2)", "line 1: \".\" stands behind the call"},
+        {"\n1", "line 2: \"1\" stands instead of a function's name"},
+        {"\"x\"", "line 1: \"\"\" stands instead of a function's name"},
+        {"F(\"x\"", "line 1: the script ends after an argument instead of \")\""},
+        {"F(\"x\",\n1)", "line 1: the line ends instead of a value"},
+        {"F(,1)", "line 1: \",\" stands instead of a value"},
+        {"F(1 2)", "line 1: \"2\" stands after an argument instead of \")\""},
+        {"F(\"x)\n\n", "line 1: a text has no closing quote"},
+        {"F(\"x\ny\")\nG()", "line 3: a script ends with its one source"},
+        {"F(yes)", "line 1: \"yes\" is no value: texts stand in quotes, flags are true and false"},
+        {"F(a=b=c)", "line 1: \"b\" is no value: texts stand in quotes, flags are true and false"},
+        {"F(1e5)", "line 1: \"1e5\" is no number, or one that is too large"},
+        {"F(-)", "line 1: \"-\" is no number, or one that is too large"},
+        {"F(1-2)", "line 1: \"1-2\" is no number, or one that is too large"},
+        {"F(9223372036854775808)", "line 1: \"9223372036854775808\" is no number, or one that is too large"},
+        {"F(\xC3\xA9)", "line 1: a character of code 195 stands instead of a value"},
+        {std::string("F(\"a\0b\")", 9), "line 1: a text holds a zero byte"},
+        {std::string("F()\0", 4), "line 1: a character of code 0 stands behind the call"},
+    };
+    for (const auto& [text, expected] : kCases) {
+        try {
+            ParseScript(text);
+            ADD_FAILURE() << "it is accepted: " << text;
+        } catch (const ScriptError& error) {
+            EXPECT_STREQ(expected, error.what()) << text;
+        }
+    }
+}
 
 namespace fs = std::filesystem;
 
@@ -77,19 +142,13 @@ TEST_F(RunScriptTest, EveryFunctionOpensItsFiles) {
         EXPECT_EQ(1u, properties.scale);
         EXPECT_TRUE(Frame(*result.clip, 5).empty());
         for (const int number : {4, 0, 2})
-            EXPECT_TRUE(converts || ToYv12(*SamplePicture(number, 64, 48)) == Frame(*result.clip, number))
-                << number;
+            EXPECT_TRUE(converts || ToYv12(*SamplePicture(number, 64, 48)) == Frame(*result.clip, number));
     }
 }
 
 // Two frames of two by two pixels, numbered bytes; the surfaces are worked out by hand.
 TEST_F(RunScriptTest, RawFormats) {
-    const struct {
-        const char* format;
-        std::string file;
-        Surface surface;
-        std::string second;
-    } kCases[] = {
+    const std::tuple<const char*, std::string, Surface, std::string> kCases[] = {
         {"YV12", "------ABCDVU", Surface::YV12, "ABCDVU"},
         {"i420", "------ABCDUV+", Surface::YV12, "ABCDVU"},
         {"Y8", "----ABCD", Surface::YV12, "ABCD\x80\x80"},
@@ -98,15 +157,15 @@ TEST_F(RunScriptTest, RawFormats) {
         {"UYVY", "--------UAVBuCvD", Surface::YUY2, "AUBVCuDv"},
         {"VYUY", "--------VAUBvCuD---", Surface::YUY2, "AUBVCuDv"},
     };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.format);
-        directory.Write("a.raw", c.file);
-        const ScriptResult result = Run(kRawSource + "RawSource(\"a.raw\", 2, 2, \"" + c.format + "\")");
+    for (const auto& [format, file, surface, expected] : kCases) {
+        SCOPED_TRACE(format);
+        directory.Write("a.raw", file);
+        const ScriptResult result = Run(kRawSource + "RawSource(\"a.raw\", 2, 2, \"" + format + "\")");
         ASSERT_NE(nullptr, result.clip) << result.error;
-        EXPECT_EQ(c.surface, result.clip->GetProperties().surface);
+        EXPECT_EQ(surface, result.clip->GetProperties().surface);
         EXPECT_EQ(2, result.clip->GetProperties().frameCount) << "a partial frame doesn't count";
         const std::vector<std::uint8_t> second = Frame(*result.clip, 1);
-        EXPECT_EQ(c.second, std::string(second.begin(), second.end()));
+        EXPECT_EQ(expected, std::string(second.begin(), second.end()));
     }
 }
 
@@ -169,8 +228,8 @@ TEST_F(RunScriptTest, Plugins) {
     const fs::path old = fs::current_path();
     fs::current_path(directory.Root());
 
-    const std::string kAbsent = "there is no such file beside the program",
-                      kDamaged = "the plug-in can't be loaded";
+    const std::string kAbsent = "there is no such file beside the program";
+    const std::string kDamaged = "the plug-in can't be loaded";
     const std::pair<std::string, std::string> kCases[] = {
         {"avs_plugins\\avss.dll", ""},
         {".\\avs_plugins//avss.dll", ""},
