@@ -67,7 +67,8 @@ file(READ ${packaging}/description CPACK_DEBIAN_PACKAGE_DESCRIPTION)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION video)
-# The libraries come from dpkg-shlibdeps, but for those that are loaded when first needed. Pages open by xdg-open, addresses by https need authorities.
+# The libraries come from dpkg-shlibdeps, but for those that are loaded when first needed. Pages open by xdg-open,
+# addresses by https need authorities.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 foreach(library avcodec avformat avutil swscale)
     string(REGEX MATCH "^[0-9]+" major ${LIBAV_lib${library}_VERSION})

@@ -18,6 +18,18 @@ Listeners& GetListeners() {
     return listeners;
 }
 
+/// Which contexts have a listener in their field. Asked for before anything speaks: the libraries that call `Note` don't
+/// bear an exception.
+struct Kinds {
+    const AVClass* codec = avcodec_get_class();
+    const AVClass* container = avformat_get_class();
+};
+
+const Kinds& GetKinds() {
+    static const Kinds kinds;
+    return kinds;
+}
+
 /// A decoder that makes up what a picture lacks mentions it among its news. With several threads nothing else tells
 /// it reliably: the mark on the picture comes too late for one that another thread has handed over.
 bool IsOfConcealment(const char* format) {
@@ -27,6 +39,7 @@ bool IsOfConcealment(const char* format) {
 }  // namespace
 
 Complaints::Complaints() {
+    GetKinds();
     static std::once_flag once;
     std::call_once(once, [] { av_log_set_callback(Note); });
     Listeners& listeners = GetListeners();
@@ -45,8 +58,8 @@ void Complaints::Note(void* speaker, int level, const char* format, va_list) {
     if (speaker == nullptr || !isComplaint) return;
     const AVClass* kind = *static_cast<const AVClass* const*>(speaker);
     void* listener = nullptr;
-    if (kind == avcodec_get_class()) listener = static_cast<AVCodecContext*>(speaker)->opaque;
-    if (kind == avformat_get_class()) listener = static_cast<AVFormatContext*>(speaker)->opaque;
+    if (kind == GetKinds().codec) listener = static_cast<AVCodecContext*>(speaker)->opaque;
+    if (kind == GetKinds().container) listener = static_cast<AVFormatContext*>(speaker)->opaque;
 
     Listeners& listeners = GetListeners();
     const std::lock_guard lock(listeners.mutex);

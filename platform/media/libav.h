@@ -11,7 +11,20 @@ extern "C" {
 }
 
 #include <memory>
+#include <new>
 #include <span>
+#include <string>
+
+/// The first call of a library's function loads the library. Thrown if that fails: to a caller it's the same as memory that
+/// isn't there, whatever the system lacks.
+class NoCodecLibrary : public std::bad_alloc {
+public:
+    explicit NoCodecLibrary(const std::string& reason) : reason(std::make_shared<std::string>(reason)) {}
+    const char* what() const noexcept override { return reason->c_str(); }
+
+private:
+    std::shared_ptr<const std::string> reason;
+};
 
 /// Owners of the codec libraries' objects. Each belongs to one thread at a time.
 

@@ -6,14 +6,23 @@
 
 #include <dlfcn.h>
 
+#include <atomic>
 #include <cstdio>
-#include <stdexcept>
 #include <string>
 
 namespace {
 
-/// One of the libraries, with those that it needs. Stays to the end of the process. What the system lacks is said on the
-/// terminal, as its loader does when a program starts, and thrown as a std::runtime_error.
+/// Says the loader's reason, the first time on the terminal too, as the loader does when a program starts: not all that
+/// comes of it, an error code for one, has room for a reason.
+[[noreturn]] void Fail() {
+    static std::atomic<bool> isTold = false;
+    const std::string reason = dlerror();
+    if (!isTold.exchange(true)) std::fprintf(stderr, "%s\n", reason.c_str());
+    throw NoCodecLibrary(reason);
+}
+
+/// One of the libraries, with those that it needs. The system finds it by its name, and it stays to the end of the process,
+/// unlike a `DynamicLibrary`. Throws NoCodecLibrary.
 class Library {
 public:
     /// From now on the library itself writes nothing to the terminal: what fails is told by our own results.
@@ -31,12 +40,6 @@ public:
     }
 
 private:
-    [[noreturn]] static void Fail() {
-        const std::string message = dlerror();
-        std::fprintf(stderr, "%s\n", message.c_str());
-        throw std::runtime_error(message);
-    }
-
     void* handle;
 };
 

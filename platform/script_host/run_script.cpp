@@ -2,6 +2,7 @@
 #include <new>
 
 #include "platform/file.h"
+#include "platform/media/libav.h"
 #include "platform/script_host/builtin_sources.h"
 #include "platform/script_host/source_plugin.h"
 #include "platform/text.h"
@@ -52,6 +53,8 @@ ScriptResult RunScript(const std::wstring& path) try {
     const std::string name = ToUtf8(path);
     return Call(script.source, FunctionsFor(script), name.substr(0, name.rfind('/') + 1));
 } catch (const ScriptError& error) {
+    return {nullptr, error.what()};
+} catch (const NoCodecLibrary& error) {
     return {nullptr, error.what()};
 } catch (const std::bad_alloc&) {
     return {nullptr, "there isn't enough memory for the script"};

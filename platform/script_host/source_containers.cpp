@@ -18,6 +18,8 @@ ScriptResult OpenClip(const char* path, SourceSurface asked) try {
         if (entry.asked == asked) surface = entry.surface;
     }
     return OpenContainerClip(path, MediaFile::Container::Any, surface);
+} catch (const NoCodecLibrary& error) {
+    return {nullptr, error.what()};
 } catch (const std::bad_alloc&) {
     return {nullptr, "there isn't enough memory"};
 }

@@ -26,10 +26,12 @@ std::span<const EncoderEntry> EncoderTable() {
     return kEncoders;
 }
 
-const EncoderEntry* FindEncoder(std::uint32_t handler) {
+const EncoderEntry* FindEncoder(std::uint32_t handler) try {
     for (const EncoderEntry& entry : kEncoders) {
         if (entry.handler != handler) continue;
         return avcodec_find_encoder_by_name(entry.encoder) != nullptr ? &entry : nullptr;
     }
+    return nullptr;
+} catch (const NoCodecLibrary&) {
     return nullptr;
 }

@@ -57,6 +57,35 @@ TEST_F(Measure, ItsResultsSayHowToMeasureAgain) {
     EXPECT_EQ("x=8 y=8 w=32 h=32", run["results"][1]["settings"]);
 }
 
+// The codec libraries are withheld by empty files of their names.
+TEST_F(Measure, OnlyCompressedVideoNeedsTheCodecLibraries) {
+    const std::string raw = out + "raw", coded = out + "coded";
+    for (const std::string& made : {raw, coded, raw + "_too"}) fs::create_directory(made);
+    ASSERT_EQ(0, RunProgram(kPair + " -m ssim_fast --visualize " + raw).status);
+    ASSERT_EQ(0, RunProgram(kPair + " -m ssim_fast --codec MJPG --visualize " + coded).status);
+    for (int version = 50; version < 100; ++version)
+        for (const char* library : {"avcodec", "avformat", "avutil", "swscale"})
+            directory.Write("lib" + std::string(library) + ".so." + std::to_string(version), "");
+    const std::string name = "/ssim_fast_yyuv_yard_yard_x264.avi";
+    fs::copy(coded + name, out + "coded.mp4");  // whatever it holds: the script host opens it
+    const std::vector<std::tuple<std::string, int>> rows = {
+        {kPair, 0},
+        {kPair + " --visualize " + raw + "_too --bad-frames " + raw, 0},
+        {"--original " + raw + name + " --processed " + raw + name, 0},
+        {"--original " + coded + name + " --processed " + raw + name, 2},
+        {"--original " + out + "coded.mp4 --processed " + raw + name, 2},
+    };
+    const char* before = std::getenv("LD_LIBRARY_PATH");
+    setenv("LD_LIBRARY_PATH", out.c_str(), 1);
+    for (const auto& [arguments, status] : rows) {
+        const ProgramRun run = RunProgram(arguments + " -m ssim_fast");
+        EXPECT_EQ(status, run.status) << arguments << '\n' << run.errors;
+        EXPECT_EQ(status != 0, run.Says("file too short")) << run.errors;
+        EXPECT_EQ(status != 0, run.Says("Failed to open file ")) << run.errors;
+    }
+    before != nullptr ? setenv("LD_LIBRARY_PATH", before, 1) : unsetenv("LD_LIBRARY_PATH");
+}
+
 TEST_F(Measure, PrintsOneLineAResult) {
     const ProgramRun run = RunProgram(kPair + " -q -m psnr:Y -m mse:U");
     EXPECT_EQ(0, run.status);

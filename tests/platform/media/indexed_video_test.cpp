@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 #include <random>
 
@@ -44,6 +45,25 @@ std::vector<int> Shown(IndexedVideo& video, int pictures) {
         numbers.push_back(frame != nullptr ? NearestSample(*frame, pictures) : kLost);
     }
     return numbers;
+}
+
+// A damaged JPEG picture keeps what was never written to it; the memory comes back from an earlier one.
+TEST(PictureBuffer, OfJpegBeginsAsZeros) {
+    const AVCodec* codec = avcodec_find_decoder(AV_CODEC_ID_MJPEG);
+    const CodecContextPtr context(avcodec_alloc_context3(codec));
+    ASSERT_EQ(0, avcodec_open2(context.get(), codec, nullptr));
+    context->width = context->height = 64;
+    context->pix_fmt = AV_PIX_FMT_YUVJ420P;
+    for (const int turn : {1, 2}) {
+        const FramePtr frame = MakeFrame();
+        frame->width = frame->height = 64;
+        frame->format = AV_PIX_FMT_YUVJ420P;
+        ASSERT_EQ(0, GetPictureBuffer(context.get(), frame.get(), 0));
+        EXPECT_EQ(64, std::count(frame->data[0], frame->data[0] + 64, 0)) << turn;
+        EXPECT_EQ(32, std::count(frame->data[2], frame->data[2] + 32, 0)) << turn;
+        std::fill_n(frame->data[0], 64, std::uint8_t{9});
+        std::fill_n(frame->data[2], 32, std::uint8_t{9});
+    }
 }
 
 // What was encoded without loss must come out as it went in, in whatever order it is asked for.

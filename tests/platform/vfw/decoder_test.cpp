@@ -1,5 +1,3 @@
-
-
 #include "tests/platform/vfw/streams.h"
 
 namespace {

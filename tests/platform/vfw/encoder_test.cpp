@@ -1,4 +1,3 @@
-
 #include <cmath>
 
 #include "platform/vfw/stream_info.h"
