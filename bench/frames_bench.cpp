@@ -4,7 +4,7 @@
 /// plane and its formula (that of L has a power, and no number), PSNR the bytes of both frames and its own
 /// three operations.
 
-#include "bench/keep_last.h"
+#include "bench/kept_for.h"
 #include "bench/layouts.h"
 #include "bench/register.h"
 #include "bench/scene.h"

@@ -69,7 +69,7 @@ KernelPlanes::KernelPlanes(int planeWidth, int planeHeight)
 
     const auto pixelsWithMargins =
         static_cast<std::size_t>(marginStride) * static_cast<std::size_t>(marginHeight);
-    for (BytePlane* plane : {&withMargins, &withMarginsToo[0], &withMarginsToo[1], &withMarginsToo[2]})
+    for (BytePlane* plane : {&withMargins, &marginResults[0], &marginResults[1], &marginResults[2]})
         *plane = MakeBytes(pixelsWithMargins);
     CopyReplicateBorder(bytes[0].get(), width, width, height, withMargins.get(), marginStride, marginStride,
                         marginHeight, kMargin, kMargin);

@@ -90,14 +90,16 @@ constexpr KernelCase kKernels[] = {
     {"OrderedSum of floats", 4, 1,
      [](const Planes& p) {
          DoNotOptimize(OrderedSum(0.0f, p.similarities.get(), p.stride, p.width, p.height));
-     }},
+     },
+     false},
     {"OrderedSum of doubles", 4, 1,
      [](const Planes& p) {
          DoNotOptimize(OrderedSum(0.0, p.similarities.get(), p.stride, p.width, p.height));
-     }},
-    {"AddInOrder", 5, 1, SumOfClasses},
-    {"MeanOfSmallest", 4, 0, Smallest},
-    {"SortAscend, with a copy", 8, 0, SortCopy},
+     },
+     false},
+    {"AddInOrder", 5, 1, SumOfClasses, false},
+    {"MeanOfSmallest", 4, 0, Smallest, false},
+    {"SortAscend, with a copy", 8, 0, SortCopy, false},
 };
 
 }  // namespace

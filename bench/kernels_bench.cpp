@@ -3,7 +3,7 @@
 
 #include "bench/kernels_bench.h"
 
-#include "bench/keep_last.h"
+#include "bench/kept_for.h"
 #include "bench/register.h"
 #include "bench/scene.h"
 
@@ -12,13 +12,15 @@ int main(int argc, char** argv) {
         for (const auto& kernels : {ArithmeticKernels(), ColorKernels(), FilterKernels(), SimilarityKernels(),
                                     MotionKernels(), MetricKernels()}) {
             for (const KernelCase& kernel : kernels) {
-                RegisterOnThreads("kernels/" + std::string(kernel.name) + "/" + SizeName(width, height),
-                                  [&kernel, width = width, height = height](benchmark::State& state) {
-                                      const auto& planes = KeptFor<KernelPlanes>(width, height);
-                                      const auto pixels = static_cast<double>(planes.pixels);
-                                      Repeat(state, {kernel.bytes * pixels, kernel.operations * pixels},
-                                             [&] { kernel.run(planes); });
-                                  });
+                RegisterOnThreads(
+                    "kernels/" + std::string(kernel.name) + "/" + SizeName(width, height),
+                    [&kernel, width = width, height = height](benchmark::State& state) {
+                        const auto& planes = KeptFor<KernelPlanes>(width, height);
+                        const auto pixels = static_cast<double>(planes.pixels);
+                        Repeat(state, {kernel.bytes * pixels, kernel.operations * pixels},
+                               [&] { kernel.run(planes); });
+                    },
+                    kernel.isForTeams);
             }
         }
     }

@@ -35,11 +35,11 @@ struct KernelPlanes {
 
     // Bytes.
     Kernels::BytePlane bytes[2];
-    Kernels::BytePlane words[2];           ///< of 10 bits
-    Kernels::BytePlane units;              ///< four bytes a pixel
-    Kernels::BytePlane classes;            ///< 0 to 2, in areas as pictures have them
-    Kernels::BytePlane withMargins;        ///< a picture for motion
-    Kernels::BytePlane withMarginsToo[3];  ///< what is made of it
+    Kernels::BytePlane words[2];          ///< of 10 bits
+    Kernels::BytePlane units;             ///< four bytes a pixel
+    Kernels::BytePlane classes;           ///< 0 to 2, in areas as pictures have them
+    Kernels::BytePlane withMargins;       ///< a picture for motion
+    Kernels::BytePlane marginResults[3];  ///< what is made of it
     Kernels::BytePlane floatsWithMargins;
     Kernels::BytePlane picture;  ///< three bytes a pixel
     Kernels::BytePlane scratch;  ///< as much as any kernel wants
@@ -62,13 +62,14 @@ struct KernelPlanes {
 };
 
 /// A kernel, with the work of a pixel, on average, and a call that goes over the whole planes. Work that no
-/// number of operations stands for has 0; conversions and memory are free, a Gaussian window counts with all of
-/// its products and sums.
+/// number of operations stands for (look-ups, sorting, powers, choices) has 0; conversions and memory are free, a
+/// Gaussian window counts with all of its products and sums.
 struct KernelCase {
     const char* name;
     double bytes;
     double operations;
     void (*run)(const KernelPlanes& planes);
+    bool isForTeams = true;  ///< false: it is of one thread, as its caller's other work is shared out
 };
 
 // By theme; static storage.

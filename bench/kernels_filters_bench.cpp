@@ -28,7 +28,7 @@ void PadFloats(const Planes& p) {
 }
 
 void PadBytes(const Planes& p) {
-    CopyReplicateBorder(p.bytes[0].get(), p.width, p.width, p.height, p.withMarginsToo[0].get(),
+    CopyReplicateBorder(p.bytes[0].get(), p.width, p.width, p.height, p.marginResults[0].get(),
                         p.marginStride, p.marginStride, p.marginHeight, Planes::kMargin, Planes::kMargin);
 }
 
@@ -80,11 +80,11 @@ constexpr KernelCase kKernels[] = {
          benchmark::DoNotOptimize(
              GreatestSobelSquare({{p.first.get(), p.second.get()}, p.stride, p.width, p.height}));
      }},
-    {"Halve", 4 + 4 * kPixelsOfHalf, 4 * kPixelsOfHalf, HalveFloats},  // three sums and a product
-    {"HalveBytes", 1 + 4 * kPixelsOfHalf, 4 * kPixelsOfHalf, HalveSamples},
+    {"Halve", 4 + 4 * kPixelsOfHalf, 4 * kPixelsOfHalf, HalveFloats, false},  // three sums and a product
+    {"HalveBytes", 1 + 4 * kPixelsOfHalf, 4 * kPixelsOfHalf, HalveSamples, false},
     {"ResizeLinear by 1/2", 4 + 4 * kPixelsOfHalf, (kOfFour + kWeights) * kPixelsOfHalf, Resize<1, 2>},
     {"ResizeLinear by 3/4", 4 + 4 * kPixelsOfThreeQuarters, (kOfFour + kWeights) * kPixelsOfThreeQuarters,
-     Resize<3, 4>},
+     Resize<3, 4>, false},
 };
 
 }  // namespace

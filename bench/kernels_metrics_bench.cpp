@@ -1,6 +1,6 @@
 /// Vector code that belongs to one metric.
 
-#include "bench/keep_last.h"
+#include "bench/kept_for.h"
 #include "bench/kernels_bench.h"
 #include "metrics/blocking_line.h"
 #include "metrics/msssim_greys.h"
@@ -105,11 +105,11 @@ constexpr KernelCase kKernels[] = {
     // Two filters and the sum of their squares of both pictures, three comparisons.
     {"3SSIM, FindSegments", 8 + 1, 2 * (7 + 7 + 3) + 3, FindSegments},
     {"3SSIM, PaintSegments", 4 + 1 + 3, 2, PaintSegments},
-    {"Blocking, MeasureStrengths of vertical lines", 4. * 4 / 8, 0, MeasureGrid<true>},
-    {"Blocking, MeasureStrengths of horizontal lines", 4. * 4 / 8, 0, MeasureGrid<false>},
-    {"MSSSIM, WeighLogarithms", 4 + 8, 0, WeighLogarithms},
-    {"MSSSIM, AddCoarser", 4 + 8 + 8, 1, AddCoarser},
-    {"MSSSIM, GreysOfSums", 8 + 1, 0, GreysOfSums},
+    {"Blocking, MeasureStrengths of vertical lines", 4. * 4 / 8, 0, MeasureGrid<true>, false},
+    {"Blocking, MeasureStrengths of horizontal lines", 4. * 4 / 8, 0, MeasureGrid<false>, false},
+    {"MSSSIM, WeighLogarithms", 4 + 8, 0, WeighLogarithms, false},
+    {"MSSSIM, AddCoarser", 4 + 8 + 8, 1, AddCoarser, false},
+    {"MSSSIM, GreysOfSums", 8 + 1, 0, GreysOfSums, false},
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
 /// Pictures in motion: the search for it, and similarity over time.
 
-#include "bench/keep_last.h"
+#include "bench/kept_for.h"
 #include "bench/kernels_bench.h"
 #include "bench/noise.h"
 #include "kernels/block_difference.h"
@@ -34,8 +34,8 @@ void CompareBlocks(const Planes& p) {
 
 void MakeHalfPixels(const Planes& p) {
     HalfPixels(p.withMargins.get() + p.inside, p.marginStride, p.width, p.height,
-               {p.withMarginsToo[0].get() + p.inside, p.withMarginsToo[1].get() + p.inside,
-                p.withMarginsToo[2].get() + p.inside});
+               {p.marginResults[0].get() + p.inside, p.marginResults[1].get() + p.inside,
+                p.marginResults[2].get() + p.inside});
 }
 
 // Two sequences, and what their comparison needs.
@@ -88,12 +88,12 @@ constexpr double OperationsOverTime(int lines) {
 }
 
 constexpr KernelCase kKernels[] = {
-    {"BlockDifference of 16 by 16", 2, kDifference, CompareBlocks<16, false>},
-    {"BlockDifference of 8 by 8", 2, kDifference, CompareBlocks<8, false>},
-    {"BlockDifference of 4 by 4", 2, kDifference, CompareBlocks<4, false>},
-    {"BlockDifference of 16 by 16 between two", 3, kDifference + kMean, CompareBlocks<16, true>},
-    {"BlockDifference of 8 by 8 between two", 3, kDifference + kMean, CompareBlocks<8, true>},
-    {"BlockDifference of 4 by 4 between two", 3, kDifference + kMean, CompareBlocks<4, true>},
+    {"BlockDifference of 16 by 16", 2, kDifference, CompareBlocks<16, false>, false},
+    {"BlockDifference of 8 by 8", 2, kDifference, CompareBlocks<8, false>, false},
+    {"BlockDifference of 4 by 4", 2, kDifference, CompareBlocks<4, false>, false},
+    {"BlockDifference of 16 by 16 between two", 3, kDifference + kMean, CompareBlocks<16, true>, false},
+    {"BlockDifference of 8 by 8 between two", 3, kDifference + kMean, CompareBlocks<8, true>, false},
+    {"BlockDifference of 4 by 4 between two", 3, kDifference + kMean, CompareBlocks<4, true>, false},
     {"HalfPixels", 1 + 3, 3 * (kTaps + kRounded), MakeHalfPixels},
     {"StoreFrame", 4 + 1, 2, Store},
     {"SpaceTimeSSIM, horizontal", kBytesOverTime, OperationsOverTime(1),

@@ -45,23 +45,22 @@ void Walk(const Planes& p, const NextRow& next) {
 
 constexpr KernelCase kKernels[] = {
     {"FlatSSIM", 12, kFlatSums + kFlatFormula,
-     [](const Planes& p) { FlatSSIM(p.Pair(p.results[0].get()), kFlatC1, kFlatC2, p.scratch.get()); }},
+     [](const Planes& p) { FlatSSIM(p.Pair(p.results[0].get()), kFlatC1, kFlatC2, p.scratch.get()); }, false},
     {"FlatContrastStructure", 12, kFlatSums + kFlatContrastFormula,
-     [](const Planes& p) { FlatContrastStructure(p.Pair(p.results[0].get()), kFlatC2, p.scratch.get()); }},
+     [](const Planes& p) { FlatContrastStructure(p.Pair(p.results[0].get()), kFlatC2, p.scratch.get()); },
+     false},
     {"FlatWalk, NextSSIM", 2, kFlatSums + kFlatFormula,
      [](const Planes& p) {
          Walk(p, [](FlatWalk& walk, float* values) { walk.NextSSIM(kFlatC1, kFlatC2, values); });
-     }},
+     },
+     false},
     {"FlatWalk, NextContrastStructure", 2, kFlatSums + kFlatContrastFormula,
      [](const Planes& p) {
          Walk(p, [](FlatWalk& walk, float* values) { walk.NextContrastStructure(kFlatC2, values); });
-     }},
+     },
+     false},
     {"SSIMMap", 24, kMap,
      [](const Planes& p) { SSIMMap(Moments(p), p.results[0].get(), p.stride, p.width, p.height, kC1, kC2); }},
-    {"ContrastStructureMap", 24, kContrastMap,
-     [](const Planes& p) {
-         ContrastStructureMap(Moments(p), p.results[0].get(), p.stride, p.width, p.height, kC2);
-     }},
     {"GaussSSIM", 12, kGaussMoments + kMap,
      [](const Planes& p) {
          GaussSSIM(p.Pair(p.results[0].get()), BorderReplicate, kC1, kC2, p.scratch.get());

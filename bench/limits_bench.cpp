@@ -2,7 +2,7 @@
 /// of which each needs the one before, products and sums in vectors, and frames of 4:2:0 read from two files
 /// that lie in memory; of each size, with 1 and 2 threads.
 
-#include "bench/keep_last.h"
+#include "bench/kept_for.h"
 #include "bench/limits.h"
 #include "bench/register.h"
 #include "bench/scene.h"

@@ -1,7 +1,7 @@
 /// What stSSIM does for a frame, part by part, of each size, with 1 and 2 threads; on frames of a scene of which
 /// two thirds drift. What it takes as a whole, metrics_bench tells.
 
-#include "bench/keep_last.h"
+#include "bench/kept_for.h"
 #include "bench/register.h"
 #include "bench/scene.h"
 #include "kernels/plane.h"

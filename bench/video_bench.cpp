@@ -2,7 +2,7 @@
 /// each size, on one thread, as it has no teams. The bytes are those of both frames without their padding;
 /// how many operations a conversion has in integers is its own affair.
 
-#include "bench/keep_last.h"
+#include "bench/kept_for.h"
 #include "bench/layouts.h"
 #include "bench/register.h"
 #include "bench/scene.h"
