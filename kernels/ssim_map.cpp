@@ -18,10 +18,6 @@ void MapRow(const SSIMMoments& moments, float* map, int width, float c1, float c
     SSIMRow(moments, map, width, c1, c2);
 }
 
-void ContrastRow(const SSIMMoments& moments, float* map, int width, double c2) {
-    ContrastStructureRow(moments, map, width, c2);
-}
-
 }  // namespace
 }  // namespace Kernels::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -32,7 +28,6 @@ namespace Kernels {
 namespace {
 
 HWY_EXPORT(MapRow);
-HWY_EXPORT(ContrastRow);
 
 SSIMMoments RowOf(const SSIMMoments& moments, int y) {
     const int stride = moments.stride;
@@ -47,13 +42,6 @@ void SSIMMap(const SSIMMoments& moments, float* map, int mapStride, int width, i
     const auto mapRow = HWY_DYNAMIC_DISPATCH(MapRow);
     ForEachRow(width, height,
                [=](int y) { mapRow(RowOf(moments, y), Row(map, mapStride, y), width, c1, c2); });
-}
-
-void ContrastStructureMap(const SSIMMoments& moments, float* map, int mapStride, int width, int height,
-                          double c2) {
-    const auto contrastRow = HWY_DYNAMIC_DISPATCH(ContrastRow);
-    ForEachRow(width, height,
-               [=](int y) { contrastRow(RowOf(moments, y), Row(map, mapStride, y), width, c2); });
 }
 
 }  // namespace Kernels

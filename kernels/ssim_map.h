@@ -27,9 +27,4 @@ struct SSIMMoments {
 void SSIMMap(const SSIMMoments& moments, float* map, int mapStride, int width, int height, float c1,
              float c2);
 
-/// The contrast and structure terms alone, (2 (mxy - mx my) + c2) / (mxx - mx^2 + myy - my^2 + c2), for the
-/// finer levels of a multi-scale SSIM. The differences are made in float, the quotient in double.
-void ContrastStructureMap(const SSIMMoments& moments, float* map, int mapStride, int width, int height,
-                          double c2);
-
 }  // namespace Kernels

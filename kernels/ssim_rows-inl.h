@@ -48,7 +48,7 @@ HWY_INLINE void SSIMRow(const SSIMMoments& moments, float* map, int width, float
     });
 }
 
-/// `ContrastStructureMap` of one row.
+/// The map of `GaussContrastStructure` in one row.
 HWY_INLINE void ContrastStructureRow(const SSIMMoments& moments, float* map, int width, double c2) {
     ForEachVector<double>(width, [=](auto d, int x) HWY_ATTR {
         const hn::Rebind<float, decltype(d)> f;

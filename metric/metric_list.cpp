@@ -94,11 +94,6 @@ const MetricInfo& CMetricList::Info(int index) const {
     return Has(index) ? entries[static_cast<std::size_t>(index)].info : kNone;
 }
 
-bool CMetricList::HasGpu() const {
-    return std::any_of(entries.begin(), entries.end(),
-                       [](const Entry& entry) { return entry.info.needsGpu; });
-}
-
 bool CMetricList::FindById(std::wstring_view id, int& index) const {
     const auto found = std::find_if(entries.begin(), entries.end(),
                                     [id](const Entry& entry) { return entry.info.id == id; });

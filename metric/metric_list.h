@@ -66,9 +66,6 @@ public:
     /// The whole record; an empty one for an index that isn't in the list.
     const MetricInfo& Info(int index) const;
 
-    /// Whether a metric of the list runs on a GPU: such metrics are entered only if there is one.
-    bool HasGpu() const;
-
     /// The index of the first metric with exactly this id. False leaves `index` alone.
     bool FindById(std::wstring_view id, int& index) const;
 

@@ -17,7 +17,6 @@ public:
     /// Still images are measured at once: so long their log stays on the screen.
     static constexpr std::chrono::milliseconds kDelay{2000};
 
-    Phase GetPhase() const { return phase; }
     bool CanStop() const { return phase == Phase::Validating || phase == Phase::Measuring; }
     bool CanContinue() const { return phase == Phase::Waiting || phase == Phase::Timing; }
 

@@ -42,7 +42,6 @@ public:
     void Start();
 
     /// From `Start` until just before the window hears of the end.
-    bool IsActive() const { return runActive; }
 
     // What a user does meanwhile; all three change nothing once the run is over.
     void Pause() { job.run.interruption->Pause(); }

@@ -6,8 +6,6 @@
 
 namespace Gpu {
 
-constexpr unsigned kMostReduceThreads = 512;
-
 /// One block of a launch: on a card the one that the calling thread belongs to, on the host all its threads
 /// in turn.
 struct ThreadBlock {

@@ -52,7 +52,6 @@ TEST(MetricList, MetricsStandInTheirOrderAndPluginsLast) {
         Gpu::StubRuntime runtime(devices == 2 ? std::vector{10, 9} : std::vector{10});
         if (devices < 0) runtime.failingName = "GetDeviceCount";
         const auto list = MakeMetricList(devices == 0 ? nullptr : &runtime);
-        EXPECT_EQ(devices > 0, list->HasGpu());
         const int builtIn = devices > 0 ? static_cast<int>(kMetrics.size()) : kHostMetrics;
         ASSERT_GT(list->GetCount(), builtIn) << "a plug-in stands beside this program";
         std::set<std::wstring> ids;

@@ -15,6 +15,7 @@
 #include "app/rules/yuv_form.h"
 #include "platform/text.h"
 #include "tests/fuzz/metrics_with_plugins.h"
+#include "tests/memory_settings_store.h"
 
 namespace {
 

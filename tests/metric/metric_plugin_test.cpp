@@ -198,7 +198,6 @@ TEST_F(MetricLists, GoodPluginsAreFoundInTheOrderOfTheirNames) {
     EXPECT_EQ(1, list.GetInputCount(2, false));
     EXPECT_EQ(2, list.GetInputCount(2, true));
     EXPECT_EQ(1499u, list.GetDefaultSettings(2).size());
-    EXPECT_FALSE(list.HasGpu());
     for (const int missing : {-1, 3, 1 << 30}) {
         SCOPED_TRACE(missing);
         EXPECT_EQ(L"", list.GetId(missing));

@@ -26,7 +26,6 @@ public:
     /// The name of the video stream in the AVI files opened from now on; empty stands for the library's own.
     void SetStreamTitle(const std::wstring& title) { streamTitle = title; }
 
-    bool IsWriterOpen() const { return writer != nullptr; }
     int FramesWritten() const { return framesWritten; }  ///< since the writer was opened
     int LastError() const { return lastError; }          ///< of the last failure
     int WriterResult() const { return writerResult; }    ///< the writer's own code of it

@@ -7,6 +7,7 @@
 #include "platform/text.h"
 #include "tests/app/rules/shell_fixture.h"
 #include "tests/engine/fake_metric.h"
+#include "tests/memory_settings_store.h"
 #include "tests/temporary_directory.h"
 
 namespace {
