@@ -80,7 +80,7 @@ void CReportFrame::ConnectControls() {
     connect(panel, &FramePanel::NextBadAsked, this, [this] { GoToBadFrame(true); });
     auto* close = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this);
     connect(close, &QShortcut::activated, this, &QWidget::close);
-    AddHelpKey(*this, kHelpViewer);
+    AddHelpKey(*this, kHelpFrames);
 }
 
 void CReportFrame::RegisterKeys() {

@@ -36,7 +36,7 @@ BadFramesDialog::BadFramesDialog(QWidget* parent, MeasurementJob& job)
     radius->SetText(QString::number(form.radiusShown));
     outputDir->SetPath(form.outputDir);
     connect(radius, &ValueSlider::Moved, this, [this](int position) { MoveRadius(form, position); });
-    AddHelpKey(*this, kHelpOutput);
+    AddHelpKey(*this, kHelpBadFrames);
     SetUsualSize(*this, kUsualSize);
 }
 

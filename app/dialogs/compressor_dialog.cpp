@@ -50,7 +50,7 @@ CompressorDialog::CompressorDialog(QWidget* parent, COMPVARS& choice, const QStr
     ShowQualityRule();
     connect(codecs, &QTreeWidget::currentItemChanged, this, &CompressorDialog::ShowQualityRule);
     connect(codecs, &QTreeWidget::itemDoubleClicked, this, &CompressorDialog::accept);
-    AddHelpKey(*this, kHelpOutput);
+    AddHelpKey(*this, kHelpCompression);
     FocusFirst(*codecs);
     SetUsualSize(*this, kUsualSize);
 }

@@ -45,7 +45,7 @@ MoreOptionsDialog::MoreOptionsDialog(QWidget* parent, ShellState& state)
     connect(playWav, &QCheckBox::toggled, this, &MoreOptionsDialog::ShowPathRule);
     connect(browse, &QPushButton::clicked, this, &MoreOptionsDialog::Browse);
     connect(path, &PathField::FileDropped, path, &PathField::SetPath);
-    AddHelpKey(*this, kHelpOutput);
+    AddHelpKey(*this, kHelpMoreOptions);
     FocusFirst(*playWav);
     SetUsualSize(*this, kUsualSize);
 }

@@ -57,7 +57,7 @@ YuvDialog::YuvDialog(QWidget* parent, FileRecord& record, const Capabilities& ca
     SetAvailable(*scriptParser, form.whyScriptDisabled);
     (form.useScript ? scriptParser : internalParser)->setChecked(true);
     connect(scriptParser, &QRadioButton::toggled, this, &YuvDialog::TakeParser);
-    AddHelpKey(*this, kHelpFiles);
+    AddHelpKey(*this, kHelpYuvFile);
     FocusFirst(*width);
     SetUsualSize(*this, kUsualSize);
 }

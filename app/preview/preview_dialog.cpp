@@ -66,7 +66,7 @@ PreviewDialog::PreviewDialog(QWidget* parent, std::unique_ptr<rkIVideoSource> so
     connect(picture, &PreviewPicture::Resized, this, &PreviewDialog::FitPicture);
     auto* close = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this);
     connect(close, &QShortcut::activated, this, &QWidget::close);
-    AddHelpKey(*this, kHelpFiles);
+    AddHelpKey(*this, kHelpPreview);
     FocusFirst(*frameSlider);
     SetLimits();
     ResizeTo(100);

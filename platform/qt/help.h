@@ -7,13 +7,18 @@ class QWidget;
 
 /// The help: pages of HTML in the directory "help" beside the program, or where packages put them.
 constexpr const wchar_t* kHelpStart = L"index.html";
-constexpr const wchar_t* kHelpFiles = L"files.html";
+constexpr const wchar_t* kHelpYuvFile = L"yuv_file.html";
+constexpr const wchar_t* kHelpPreview = L"preview.html";
 constexpr const wchar_t* kHelpMetrics = L"metrics.html";
 constexpr const wchar_t* kHelpOutput = L"output.html";
+constexpr const wchar_t* kHelpBadFrames = L"bad_frames.html";
+constexpr const wchar_t* kHelpCompression = L"compression.html";
+constexpr const wchar_t* kHelpMoreOptions = L"more_options.html";
 constexpr const wchar_t* kHelpScripts = L"AviSynth_filters.html";
 constexpr const wchar_t* kHelpRun = L"run.html";
 constexpr const wchar_t* kHelpMatrix = L"YUV_RGB.html";
 constexpr const wchar_t* kHelpViewer = L"viewer.html";
+constexpr const wchar_t* kHelpFrames = L"frames.html";
 
 /// Opens a page with the user's program for HTML, or tells in a message which file couldn't be opened. GUI
 /// thread only.

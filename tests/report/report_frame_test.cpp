@@ -306,7 +306,7 @@ TEST_F(FrameWindow, ClosesAndOpensAgain) {
     OpenedFiles help;
     Press(*frame, Qt::Key_F1);
     ASSERT_EQ(1, help.urls.size()) << "one of the two windows' keys";
-    EXPECT_EQ("viewer.html", help.urls[0].fileName().toStdString());
+    EXPECT_EQ("frames.html", help.urls[0].fileName().toStdString());
     Press(*frame, Qt::CTRL | Qt::Key_W);
     EXPECT_TRUE(QTest::qWaitFor([&] { return frame.isNull(); }));
     EXPECT_TRUE(viewer->dialog->isVisible());

@@ -58,16 +58,16 @@ struct EachDialog {
 };
 
 constexpr EachDialog kDialogs[] = {
-    {"Tolvane - YUV File settings", "yuv", kYuv, "ACHIW", "Width:", kHelpFiles},
+    {"Tolvane - YUV File settings", "yuv", kYuv, "ACHIW", "Width:", kHelpYuvFile},
     {"Tolvane - AVISynth parameters", "script", kScript, "DEFHP",
      "Choose prefered AVISynth filter:", kHelpScripts},
     {"Tolvane - Advanced file settings", "matrix", kMatrix, "6HP", "REC.601", kHelpMatrix},
     {"Tolvane - Advanced CSV and visualization settings", "output", kOutput, "BCDFGMNOPRTUVW",
      "Output dir, CSV files", kHelpOutput},
     {"Tolvane - \"Bad frames\" settings", "bad-frames", kBadFrames, "BDFNORST",
-     "With maximum difference between original and processed", kHelpOutput},
+     "With maximum difference between original and processed", kHelpBadFrames},
     {"Tolvane - More options", "more-options", kMoreOptions, "BPW", "Play WAV file, when finished",
-     kHelpOutput},
+     kHelpMoreOptions},
     {"Tolvane - Metric configuration", "metric", kMetric, "M", "Metric configuration line:", kHelpMetrics},
-    {"Choose compressor:", "compressor", kCompressor, "Q", "Compressors", kHelpOutput},
+    {"Choose compressor:", "compressor", kCompressor, "Q", "Compressors", kHelpCompression},
 };
