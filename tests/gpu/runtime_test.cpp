@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <random>
 
 #include "gpu/reduction.h"
 #include "tests/gpu/literal.h"

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <random>
 
 #include "kernels/reference/flat_ssim.h"
 #include "kernels/reference/gauss_ssim.h"

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <iterator>
+#include <random>
 
 #include "metric/convert_frame.h"
 #include "metrics/psnr_variants.h"

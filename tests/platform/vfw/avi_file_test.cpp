@@ -1,3 +1,5 @@
+#include <random>
+
 #include "platform/vfw/avi_file.h"
 
 #include "platform/byte_order.h"

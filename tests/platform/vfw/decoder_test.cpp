@@ -1,3 +1,5 @@
+#include <random>
+
 #include "tests/platform/vfw/streams.h"
 
 namespace {

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <random>
 
 #include "platform/vfw/stream_info.h"
 #include "tests/platform/vfw/streams.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <random>
 
 #include "tests/platform/vfw/streams.h"
 
